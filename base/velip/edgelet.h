@@ -1,0 +1,34 @@
+/// Edge points: what an edge detector reports.
+#pragma once
+
+#include <velip/angle8.h>
+#include <velip/export.h>
+#include <velstd/vector.h>
+
+class gxArchive;
+
+/// An edge point: a position, the edge's magnitude there and the direction of its gradient.
+/// The default is at (0, 0) with magnitude 0 and angle 0.
+class VELIP_API gxEdgelet {
+ public:
+  constexpr gxEdgelet() = default;
+  constexpr gxEdgelet(const gxVector<2>& position, unsigned short magnitude, const gxAngle8& angle)
+      : position_(position), magnitude_(magnitude), angle_(angle) {}
+
+  constexpr gxVector<2> position() const { return position_; }
+  constexpr unsigned short magnitude() const { return magnitude_; }
+  constexpr gxAngle8 angle() const { return angle_; }
+
+  /// Is true when position, magnitude and angle are equal, exactly.
+  friend constexpr bool operator==(const gxEdgelet&, const gxEdgelet&) = default;
+
+ private:
+  friend VELIP_API gxArchive& operator||(gxArchive& archive, gxEdgelet& edgelet);
+
+  gxVector<2> position_;
+  unsigned short magnitude_ = 0;
+  gxAngle8 angle_;
+};
+
+/// Stores or loads an edge point: position, magnitude, angle.
+VELIP_API gxArchive& operator||(gxArchive& archive, gxEdgelet& edgelet);

@@ -1,0 +1,89 @@
+// The text of an exception: its class name as a reader writes it, then its message in UTF-8.
+#include <velstd/exception.h>
+#include <velstd/registry.h>
+
+#include <new>
+#include <ostream>
+#include <sstream>
+
+namespace {
+
+void appendUtf8(std::string& out, std::uint32_t code) {
+  const auto tail = [&out](std::uint32_t bits) { out += static_cast<char>(0x80U | (bits & 0x3fU)); };
+  if (code < 0x80) {
+    out += static_cast<char>(code);
+  } else if (code < 0x800) {
+    out += static_cast<char>(0xc0U | (code >> 6U));
+    tail(code);
+  } else if (code < 0x10000) {
+    out += static_cast<char>(0xe0U | (code >> 12U));
+    tail(code >> 6U);
+    tail(code);
+  } else {
+    out += static_cast<char>(0xf0U | ((code >> 18U) & 7U));
+    tail(code >> 12U);
+    tail(code >> 6U);
+    tail(code);
+  }
+}
+
+std::string utf8(const std::wstring& text) {
+  std::string result;
+  for (const wchar_t c : text) appendUtf8(result, static_cast<std::uint32_t>(c));
+  return result;
+}
+
+}  // namespace
+
+gxException::gxException() noexcept = default;
+gxException::gxException(const gxException& other) noexcept = default;
+gxException& gxException::operator=(const gxException& other) noexcept {
+  what_ = other.what_;
+  return *this;
+}
+gxException::~gxException() = default;
+
+void gxException::dispatchSerialize(gxArchive& archive) { gxPersistent::dispatchSerialize(archive); }
+
+void gxException::message_(std::basic_ostream<wchar_t>& /*out*/) const {}
+
+std::wstring gxException::message() const {
+  std::wostringstream out;
+  message_(out);
+  return out.str();
+}
+
+const char* gxException::what() const noexcept {
+  try {
+    std::string text = gf_ClassName(typeid(*this));
+    const std::wstring said = message();
+    if (!said.empty()) text += ": " + utf8(said);
+    if (what_ == nullptr || *what_ != text) what_ = std::make_shared<const std::string>(std::move(text));
+    return what_->c_str();
+  } catch (...) {
+    return "gxException";  // no memory left for a text
+  }
+}
+
+gxExceptionWithString::gxExceptionWithString(const wchar_t* message)
+    : text_(std::make_shared<const std::wstring>(message == nullptr ? L"" : message)) {}
+gxExceptionWithString::gxExceptionWithString(const gxExceptionWithString&) noexcept = default;
+gxExceptionWithString& gxExceptionWithString::operator=(const gxExceptionWithString&) noexcept = default;
+gxExceptionWithString::~gxExceptionWithString() = default;
+
+void gxExceptionWithString::message_(std::basic_ostream<wchar_t>& out) const { out << *text_; }
+
+gxBadPointer::gxBadPointer() noexcept = default;
+gxBadPointer::gxBadPointer(const gxBadPointer&) noexcept = default;
+gxBadPointer& gxBadPointer::operator=(const gxBadPointer&) noexcept = default;
+gxBadPointer::~gxBadPointer() = default;
+
+gxMathError::Errors::Errors() noexcept = default;
+gxMathError::Errors::Errors(const Errors&) noexcept = default;
+gxMathError::Errors& gxMathError::Errors::operator=(const Errors&) noexcept = default;
+gxMathError::Errors::~Errors() = default;
+
+gxMathError::Singular::Singular() noexcept = default;
+gxMathError::Singular::Singular(const Singular&) noexcept = default;
+gxMathError::Singular& gxMathError::Singular::operator=(const Singular&) noexcept = default;
+gxMathError::Singular::~Singular() = default;

@@ -1,0 +1,61 @@
+/// Affine transforms of the plane, as values.
+#pragma once
+
+#include <velstd/export.h>
+#include <velstd/matrix.h>
+#include <velstd/vector.h>
+
+template <int N>
+class gxXform;
+
+/// An affine transform: x' = xx·x + xy·y + tx, y' = yx·x + yy·y + ty.  The default is the identity.
+template <>
+class VELSTD_API gxXform<2> {
+ public:
+  constexpr gxXform() = default;
+  constexpr gxXform(const gxMatrix<2>& matrix, const gxVector<2>& translation)
+      : stored_{matrix.m00(),    matrix.m01(),    matrix.m11(),
+                translation.x(), translation.y(), matrix.m10(),
+                matrix.m00() * matrix.m11() - matrix.m01() * matrix.m10()} {}
+
+  /// The identity.
+  static const gxXform I;
+
+  constexpr double xx() const { return stored_[0]; }
+  constexpr double xy() const { return stored_[1]; }
+  constexpr double yy() const { return stored_[2]; }
+  constexpr double tx() const { return stored_[3]; }
+  constexpr double ty() const { return stored_[4]; }
+  constexpr double yx() const { return stored_[5]; }
+  constexpr double determinant() const { return stored_[6]; }
+
+  constexpr gxMatrix<2> matrix() const { return {xx(), xy(), yx(), yy()}; }
+  constexpr gxVector<2> translation() const { return {tx(), ty()}; }
+
+  /// Maps a point.
+  constexpr gxVector<2> operator*(const gxVector<2>& p) const {
+    return {xx() * p.x() + xy() * p.y() + tx(), yx() * p.x() + yy() * p.y() + ty()};
+  }
+  /// Returns the transform that maps by `first` and then by this one.
+  constexpr gxXform operator*(const gxXform& first) const {
+    return {matrix() * first.matrix(), *this * first.translation()};
+  }
+
+  /// Returns the transform that undoes this one.  Throws: gxMathError::Singular when there is none
+  /// (the determinant is 0 or not finite, or a number of the inverse is not finite).
+  gxXform inverse() const;
+
+  /// Is true when all six numbers are equal, exactly.
+  friend constexpr bool operator==(const gxXform&, const gxXform&) = default;
+
+  /// Returns number i, 0 to 6, in the order of storage: xx, xy, yy, tx, ty, yx, determinant.
+  constexpr double stored(int i) const { return stored_[i]; }
+
+ private:
+  // The order matters: ordered maps keyed by a transform compare the first five numbers only, so
+  // that two transforms share an entry exactly when they differ in yx alone.  The identity can
+  // therefore only be confused with a shear along y, never with a rotation or a scale.
+  double stored_[7] = {1.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0};
+};
+
+inline const gxXform<2> gxXform<2>::I{};
