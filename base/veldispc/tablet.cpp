@@ -1,0 +1,4 @@
+// The out-of-line part of the drawing surface.
+#include <veldispc/tablet.h>
+
+gxUITablet::~gxUITablet() = default;
