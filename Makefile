@@ -1,0 +1,88 @@
+# The front door. Each command installs what is missing (Debian packages, through apt-get), builds
+# what it needs under build/, and can be given again from any state of that folder.
+
+.DEFAULT_GOAL := help
+.PHONY: help demo test check format lint bench soak asan tsan coverage clang debug fuzz docs install clean
+
+PREFIX ?= /usr/local
+
+help:  ## say what there is to say
+	@echo "gxshape: planar shape geometry for machine vision"
+	@echo
+	@awk -F ':.*## ' '/^[a-z]+:.*## / {printf "  make %-10s %s\n", $$1, $$2}' $(MAKEFILE_LIST)
+
+demo:  ## measure the coin and country outlines in examples/data; draws build/demo/*.svg
+	@tools/install_packages build test
+	@tools/build release gxshape_demo
+	@mkdir -p build/demo
+	build/release/bin/gxshape_demo examples/data build/demo
+
+test:  ## build a release, run every test, count them
+	@tools/install_packages build test
+	@tools/build release
+	@tools/run_tests release
+
+check: test lint asan clang  ## all that CI runs: test, lint, asan, clang
+	@tail -q -n 1 build/release/test-results/totals.txt
+
+format:  ## repair what a tool can repair: formatting, the umbrella header
+	@tools/install_packages lint
+	@tools/lint --repair
+
+lint:  ## formatting, clang-tidy, cppcheck, layout
+	@tools/install_packages build test lint clang
+	@tools/build release
+	@tools/lint
+
+asan:  ## the tests under the address and undefined behaviour sanitizers
+	@tools/install_packages build test
+	@tools/build asan
+	@tools/run_tests asan
+
+tsan:  ## the tests under the thread sanitizer
+	@tools/install_packages build test
+	@tools/build tsan
+	@tools/run_tests tsan
+
+debug:  ## the tests without optimisation, with the standard library's assertions
+	@tools/install_packages build test
+	@tools/build debug
+	@tools/run_tests debug
+
+clang:  ## build with clang, run the tests
+	@tools/install_packages build test clang
+	@tools/build clang
+	@tools/run_tests clang
+
+coverage:  ## the share of lines and branches that the tests reach; build/coverage/report/index.html
+	@tools/install_packages build test coverage
+	@tools/build coverage
+	@tools/run_tests coverage
+	@tools/coverage_report
+
+soak:  ## the random tests at full length (hours)
+	@tools/install_packages build test
+	@tools/build release
+	@GXSHAPE_SOAK=1 tools/run_tests release --timeout 36000
+
+bench:  ## the benchmarks, ours and the peers'; results in build/bench/results
+	@tools/install_packages build bench
+	@tools/build bench
+	@tools/run_benchmarks
+
+fuzz:  ## fuzz each target for FUZZ_SECONDS (60); corpora stay in build/fuzz/corpus
+	@tools/install_packages build clang
+	@tools/build fuzz
+	@tools/run_fuzzers
+
+docs:  ## reference pages from the headers; build/docs/html/index.html
+	@tools/install_packages docs
+	@tools/make_docs
+
+install:  ## install a release to PREFIX (/usr/local)
+	@tools/install_packages build test
+	@tools/build release
+	cmake --install build/release --prefix $(PREFIX)
+
+clean:  ## remove build/
+	rm -rf build
