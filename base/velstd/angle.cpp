@@ -15,6 +15,10 @@ double intoOneTurn(double angle, double turn) {
 
 }  // namespace
 
-gxRadian gxRadian::norm() const { return gxRadian(intoOneTurn(value_, 6.283185307179586)); }
+gxRadian gxRadian::norm() const {
+  return gxRadian(intoOneTurn(value_, 6.283185307179586));
+}
 
-gxDegree gxDegree::norm() const { return gxDegree(intoOneTurn(value_, 360.0)); }
+gxDegree gxDegree::norm() const {
+  return gxDegree(intoOneTurn(value_, 360.0));
+}

@@ -63,5 +63,7 @@ class VELSTD_API gxDegree {
 inline constexpr double gx_kRadiansPerDegree = 0.017453292519943295;
 inline constexpr double gx_kDegreesPerRadian = 57.29577951308232;
 
-constexpr gxRadian::gxRadian(const gxDegree& degrees) : value_(degrees.toDouble() * gx_kRadiansPerDegree) {}
-constexpr gxDegree::gxDegree(const gxRadian& radians) : value_(radians.toDouble() * gx_kDegreesPerRadian) {}
+constexpr gxRadian::gxRadian(const gxDegree& degrees)
+    : value_(degrees.toDouble() * gx_kRadiansPerDegree) {}
+constexpr gxDegree::gxDegree(const gxRadian& radians)
+    : value_(radians.toDouble() * gx_kDegreesPerRadian) {}

@@ -11,7 +11,12 @@ class VELSTD_API gxCircle : public gxPersistent {
   gxCircle() noexcept = default;
   gxCircle(const gxVector<2>& center, double radius) noexcept : center_(center), radius_(radius) {}
   gxCircle(const gxCircle&) noexcept = default;
-  gxCircle& operator=(const gxCircle&) noexcept = default;
+  gxCircle& operator=(const gxCircle& other) noexcept {
+    center_ = other.center_;
+    radius_ = other.radius_;
+    mutating_();
+    return *this;
+  }
   ~gxCircle() override;
 
   const gxVector<2>& center() const noexcept { return center_; }

@@ -13,8 +13,8 @@ class VELSTD_API gxEllipse {
   /// The numbers that describe an ellipse.
   struct gxEllipseGeom {
     gxVector<2> center;
-    gxVector<2> radii;    ///< semi-axis along `rotation`, then the one across it
-    gxRadian rotation;    ///< direction of the first axis, from the x axis towards the y axis
+    gxVector<2> radii;       ///< semi-axis along `rotation`, then the one across it
+    gxRadian rotation;       ///< direction of the first axis, from the x axis towards the y axis
     bool clockwise = false;  ///< walked from the y axis towards the x axis; read by no operation here
     bool inverted = false;   ///< its outside is meant; read by no operation here
   };

@@ -2,7 +2,7 @@
 #include <velstd/exception.h>
 #include <velstd/registry.h>
 
-#include <new>
+#include <cstdint>
 #include <ostream>
 #include <sstream>
 
@@ -29,21 +29,29 @@ void appendUtf8(std::string& out, std::uint32_t code) {
 
 std::string utf8(const std::wstring& text) {
   std::string result;
-  for (const wchar_t c : text) appendUtf8(result, static_cast<std::uint32_t>(c));
+  for (const wchar_t c : text) {
+    const auto code = static_cast<std::uint32_t>(c);
+    const bool isCharacter = code < 0xd800U || (code > 0xdfffU && code <= 0x10ffffU);
+    appendUtf8(result, isCharacter ? code : 0xfffdU);
+  }
   return result;
 }
 
 }  // namespace
 
 gxException::gxException() noexcept = default;
-gxException::gxException(const gxException& other) noexcept = default;
-gxException& gxException::operator=(const gxException& other) noexcept {
-  what_ = other.what_;
+gxException::gxException(const gxException& other) noexcept
+    : gxPersistent(other), std::exception(other) {}
+gxException& gxException::operator=(const gxException& /*other*/) noexcept {
   return *this;
 }
-gxException::~gxException() = default;
+gxException::~gxException() {
+  delete what_.load(std::memory_order_relaxed);
+}
 
-void gxException::dispatchSerialize(gxArchive& archive) { gxPersistent::dispatchSerialize(archive); }
+void gxException::dispatchSerialize(gxArchive& archive) {
+  gxPersistent::dispatchSerialize(archive);
+}
 
 void gxException::message_(std::basic_ostream<wchar_t>& /*out*/) const {}
 
@@ -58,8 +66,18 @@ const char* gxException::what() const noexcept {
     std::string text = gf_ClassName(typeid(*this));
     const std::wstring said = message();
     if (!said.empty()) text += ": " + utf8(said);
-    if (what_ == nullptr || *what_ != text) what_ = std::make_shared<const std::string>(std::move(text));
-    return what_->c_str();
+    // The first thread to bring in the text wins, and later ones find it equal to theirs: only
+    // after the message changed is an earlier text dropped, and then no other thread looks on.
+    const std::string* known = what_.load(std::memory_order_acquire);
+    std::unique_ptr<const std::string> made;
+    while (known == nullptr || *known != text) {
+      if (made == nullptr) made = std::make_unique<const std::string>(text);
+      if (what_.compare_exchange_weak(known, made.get(), std::memory_order_acq_rel)) {
+        delete known;
+        return made.release()->c_str();
+      }
+    }
+    return known->c_str();
   } catch (...) {
     return "gxException";  // no memory left for a text
   }
@@ -71,7 +89,14 @@ gxExceptionWithString::gxExceptionWithString(const gxExceptionWithString&) noexc
 gxExceptionWithString& gxExceptionWithString::operator=(const gxExceptionWithString&) noexcept = default;
 gxExceptionWithString::~gxExceptionWithString() = default;
 
-void gxExceptionWithString::message_(std::basic_ostream<wchar_t>& out) const { out << *text_; }
+void gxExceptionWithString::reInit() {
+  text_ = std::make_shared<const std::wstring>();
+  mutating_();
+}
+
+void gxExceptionWithString::message_(std::basic_ostream<wchar_t>& out) const {
+  out << *text_;
+}
 
 gxBadPointer::gxBadPointer() noexcept = default;
 gxBadPointer::gxBadPointer(const gxBadPointer&) noexcept = default;

@@ -4,6 +4,7 @@
 #include <velstd/export.h>
 #include <velstd/persistent.h>
 
+#include <atomic>
 #include <exception>
 #include <iosfwd>
 #include <memory>
@@ -29,10 +30,6 @@ class VELSTD_API gxException : public gxPersistent, public std::exception {
   /// object, throws the copy by value as its own class.
   virtual void suicideAndRethrow() = 0;
 
-  /// Returns the class name, followed by ": " and the message in UTF-8 where there is one.  The
-  /// text lives as long as the exception and is made on the first call.
-  const char* what() const noexcept override;
-
   /// Returns the message, empty where there is none.
   std::wstring message() const;
 
@@ -40,17 +37,28 @@ class VELSTD_API gxException : public gxPersistent, public std::exception {
   /// Writes the message; nothing for an exception without one.
   virtual void message_(std::basic_ostream<wchar_t>& out) const;
 
+ public:
+  /// Returns the class name, followed by ": " and the message in UTF-8 where there is one (a
+  /// character that is none becomes U+FFFD).  The text lives until the exception dies or changes.
+  /// May be called by several threads at a time, as several may hold one exception.
+  /// Cost: makes the text anew each time.  Remembers: the text, until `what` is called after a change.
+  const char* what() const noexcept override;
+
  private:
-  mutable std::shared_ptr<const std::string> what_;
+  mutable std::atomic<const std::string*> what_{nullptr};  // owned; copies make their own
 };
 
-/// An exception with a message given at construction.
+/// An exception with a message given at construction (null counts as empty).  Copies share the
+/// text, so that copying cannot throw.
 class VELSTD_API gxExceptionWithString : public gxException {
  public:
   explicit gxExceptionWithString(const wchar_t* message = L"");
   gxExceptionWithString(const gxExceptionWithString&) noexcept;
   gxExceptionWithString& operator=(const gxExceptionWithString&) noexcept;
   ~gxExceptionWithString() override;
+
+  /// Makes the message empty.
+  void reInit() override;
 
  protected:
   void message_(std::basic_ostream<wchar_t>& out) const override;
@@ -74,7 +82,8 @@ class gx_ConcreteException : public Base {
 };
 
 /// A null handle was dereferenced.
-class VELSTD_API gxBadPointer final : public gx_ConcreteException<gxBadPointer, gxException, 0x10000101> {
+class VELSTD_API gxBadPointer final
+    : public gx_ConcreteException<gxBadPointer, gxException, 0x10000101> {
  public:
   gxBadPointer() noexcept;
   gxBadPointer(const gxBadPointer&) noexcept;

@@ -134,7 +134,8 @@ class gxPtrHandle_const : public gxPtrHandleBase_const {
  public:
   gxPtrHandle_const() noexcept = default;
   gxPtrHandle_const(std::nullptr_t) noexcept {}  // NOLINT(google-explicit-constructor)
-  explicit gxPtrHandle_const(const T* object) noexcept : gxPtrHandleBase_const(object), object_(object) {}
+  explicit gxPtrHandle_const(const T* object) noexcept
+      : gxPtrHandleBase_const(object), object_(object) {}
   gxPtrHandle_const(const gxPtrHandle_const&) noexcept = default;
   gxPtrHandle_const(gxPtrHandle_const&& o) noexcept
       : gxPtrHandleBase_const(std::move(o)), object_(std::exchange(o.object_, nullptr)) {}

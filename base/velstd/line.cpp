@@ -9,10 +9,21 @@
 // The two cross products of the intersection cancel when the lines are nearly parallel or nearly
 // through each other's points, so they are taken with fused multiply-adds; centroids are built on
 // this.  The other formulas lose at most a few units of |w|, and stay plain.
+//
+// Where a product leaves the range in which it has all its digits (it overflowed, or is so small that
+// it may have underflowed), the formula is taken once more with every vector scaled to size 1, which
+// is exact and changes nothing else.  Coordinates of 1e308 and of 1e-320 are so as good as any.
+#include <velstd/internal/scaled_vector.h>
 #include <velstd/line.h>
 
-#include <algorithm>
 #include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+}  // namespace
 
 gxLine::~gxLine() = default;
 
@@ -23,15 +34,16 @@ void gxLine::reInit() {
 }
 
 void gxLine::scaleDirection_() noexcept {
-  const double largest = std::max(std::abs(direction_.x()), std::abs(direction_.y()));
-  if (largest == 0.0 || !std::isfinite(largest)) return;
-  const int exponent = std::ilogb(largest);
-  direction_ = gxVector<2>(std::scalbn(direction_.x(), -exponent), std::scalbn(direction_.y(), -exponent));
+  direction_ = gf_Scaled(direction_).vector;
 }
 
 bool gxLine::isParallel(const gxLine& other) const {
   const double cross = gf_Cross(direction_, other.direction_);
   return std::abs(cross) <= kParallelSine * (direction_.len() * other.direction_.len());
+}
+
+bool gxLine::isFinite_() const {
+  return gf_IsFinite(point_) && gf_IsFinite(direction_);
 }
 
 gxPoint gxLine::intersect(const gxLine& other) const {
@@ -40,32 +52,54 @@ gxPoint gxLine::intersect(const gxLine& other) const {
   const gxVector<2> w = other.point_ - point_;
   const double denominator = gf_DifferenceOfProducts(d.x(), e.y(), d.y(), e.x());
   const double numerator = gf_DifferenceOfProducts(w.x(), e.y(), w.y(), e.x());
-  const gxVector<2> meeting = point_ + d * (numerator / denominator);
-  if (std::isfinite(meeting.x()) && std::isfinite(meeting.y())) return gxPoint(meeting);
-  return proj(other.point_);
+  const double t = numerator / denominator;
+  if (gf_IsSafe(denominator) && gf_IsSafe(numerator) && gf_IsSafe(t)) {
+    const gxVector<2> meeting = point_ + d * t;
+    if (gf_IsFinite(meeting)) return gxPoint(meeting);
+  }
+  return intersectScaled_(other);
+}
+
+gxPoint gxLine::intersectScaled_(const gxLine& other) const {
+  if (!isFinite_() || !other.isFinite_()) return {kNaN, kNaN};
+  const gxVector<2> d = gf_Scaled(direction_).vector;
+  const gxVector<2> e = gf_Scaled(other.direction_).vector;
+  const gx_ScaledVector w = gf_ScaledDifference(other.point_, point_);
+  const double denominator = gf_DifferenceOfProducts(d.x(), e.y(), d.y(), e.x());
+  const double numerator = gf_DifferenceOfProducts(w.vector.x(), e.y(), w.vector.y(), e.x());
+  if (denominator == 0.0) return proj(other.point_);
+  const gxVector<2> meeting = gf_Moved(point_, d * (numerator / denominator), w.exponent);
+  return gf_IsFinite(meeting) ? gxPoint(meeting) : proj(other.point_);
 }
 
 gxPoint gxLine::proj(const gxVector<2>& point) const {
   const double square = direction_ * direction_;
   if (square == 0.0) return gxPoint(point_);
-  const gxVector<2> foot = point_ + direction_ * (((point - point_) * direction_) / square);
-  if (std::isfinite(foot.x()) && std::isfinite(foot.y())) return gxPoint(foot);
+  const double along = (point - point_) * direction_;
+  const double t = along / square;
+  if (gf_IsSafe(along) && gf_IsSafe(t)) {
+    const gxVector<2> foot = point_ + direction_ * t;
+    if (gf_IsFinite(foot)) return gxPoint(foot);
+  }
+  return projScaled_(point);
+}
 
-  // Coordinates near the end of the double range: the same in quarters of quarters of the unit.
-  constexpr double kShrink = 0x1p-600;
-  const gxVector<2> o = point_ * kShrink;
-  const gxVector<2> unit = direction_.unit();
-  const gxVector<2> shrunk = o + unit * ((point * kShrink - o) * unit);
-  const gxVector<2> grown = shrunk * (1.0 / kShrink);
-  const bool overflows = std::isinf(grown.x()) || std::isinf(grown.y());
-  const bool finiteInput = std::isfinite(point_.x()) && std::isfinite(point_.y()) &&
-                           std::isfinite(point.x()) && std::isfinite(point.y());
-  return gxPoint(overflows && finiteInput ? point_ : grown);
+gxPoint gxLine::projScaled_(const gxVector<2>& point) const {
+  if (!isFinite_() || !gf_IsFinite(point)) return {kNaN, kNaN};
+  const gxVector<2> d = gf_Scaled(direction_).vector;
+  const gx_ScaledVector w = gf_ScaledDifference(point, point_);
+  const gxVector<2> foot = gf_Moved(point_, d * ((w.vector * d) / (d * d)), w.exponent);
+  return gxPoint(gf_IsFinite(foot) ? foot : point_);
 }
 
 double gxLine::distToPoint(const gxVector<2>& point) const {
   const gxVector<2> w = point - point_;
   const double length = direction_.len();
   if (length == 0.0) return w.len();
-  return std::abs(gf_Cross(direction_, w)) / length;
+  const double cross = std::abs(gf_Cross(direction_, w));
+  if (gf_IsSafe(cross) || !isFinite_() || !gf_IsFinite(point)) return cross / length;
+
+  const gxVector<2> d = gf_Scaled(direction_).vector;
+  const gx_ScaledVector scaled = gf_ScaledDifference(point, point_);
+  return std::scalbn(std::abs(gf_Cross(d, scaled.vector)) / d.len(), scaled.exponent);
 }

@@ -22,7 +22,12 @@ class VELSTD_API gxLine : public gxPersistent {
     if (!(size >= kShortest && size <= kLongest)) scaleDirection_();
   }
   gxLine(const gxLine&) noexcept = default;
-  gxLine& operator=(const gxLine&) noexcept = default;
+  gxLine& operator=(const gxLine& other) noexcept {
+    point_ = other.point_;
+    direction_ = other.direction_;
+    mutating_();
+    return *this;
+  }
   ~gxLine() override;
 
   const gxVector<2>& point() const noexcept { return point_; }
@@ -39,18 +44,23 @@ class VELSTD_API gxLine : public gxPersistent {
 
   /// Returns the point where the lines meet, computed from differences of coordinates (so that it
   /// is as good far from the origin as near it) and from cross products good to 1.5 units in the
-  /// last place.
-  ///  - parallel within rounding: the point of this line nearest to the other line's point, which
-  ///    is finite for finite lines
-  ///  - a NaN in either line gives NaN
+  /// last place.  Finite for finite lines.
+  ///  - parallel within rounding, a line without direction, or meeting beyond the double range: the
+  ///    point of this line nearest to the other line's point (see `proj`)
+  ///  - lines that are parallel in the sense of `isParallel` but do meet give that far point
+  ///  - NaN or infinity anywhere in either line gives (NaN, NaN)
   gxPoint intersect(const gxLine& other) const;
 
-  /// Returns the orthogonal projection of the point on the line; a line without direction gives
-  /// its one point.
+  /// Returns the orthogonal projection of the point on the line.
+  ///  - a line without direction gives its one point
+  ///  - where the projection exceeds the double range: the line's point
+  ///  - NaN or infinity in the line or the point gives (NaN, NaN)
   gxPoint proj(const gxVector<2>& point) const;
 
-  /// Returns the Euclidean distance of the point from the line, 0 or more; from the line's one
-  /// point where it has no direction.
+  /// Returns the Euclidean distance of the point from the line, 0 or more.
+  ///  - from the line's one point where it has no direction
+  ///  - a NaN anywhere gives NaN, an infinity NaN or infinity; a distance beyond the double range
+  ///    gives infinity
   double distToPoint(const gxVector<2>& point) const;
 
   /// Is true when points and directions are equal, number by number.
@@ -66,6 +76,9 @@ class VELSTD_API gxLine : public gxPersistent {
  private:
   void serialize_(gxArchive& archive, unsigned char version);
   void scaleDirection_() noexcept;
+  bool isFinite_() const;
+  gxPoint intersectScaled_(const gxLine& other) const;
+  gxPoint projScaled_(const gxVector<2>& point) const;
 
   // Between these, the squares and products of directions keep all their digits.
   static constexpr double kShortest = 1e-120;

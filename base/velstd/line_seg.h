@@ -12,20 +12,25 @@ class VELSTD_API gxLineSeg : public gxPersistent {
   gxLineSeg() noexcept = default;
   gxLineSeg(const gxVector<2>& p1, const gxVector<2>& p2) noexcept : p1_(p1), p2_(p2) {}
   gxLineSeg(const gxLineSeg&) noexcept = default;
-  gxLineSeg& operator=(const gxLineSeg&) noexcept = default;
+  gxLineSeg& operator=(const gxLineSeg& other) noexcept {
+    p1_ = other.p1_;
+    p2_ = other.p2_;
+    mutating_();
+    return *this;
+  }
   ~gxLineSeg() override;
 
   const gxVector<2>& p1() const noexcept { return p1_; }
   const gxVector<2>& p2() const noexcept { return p2_; }
 
   /// Returns the infinite line from p1 towards p2; without direction where the ends are equal.
-  gxLine line() const noexcept { return {p1_, p2_ - p1_}; }
+  gxLine line() const noexcept;
 
   /// Returns the Euclidean distance from the point to the nearest point of the segment, 0 or more:
   /// the line's own distance where the foot of the perpendicular lies inside the segment, the
   /// distance to the nearer end elsewhere.
   ///  - a segment of equal ends: the distance to p1
-  ///  - a NaN coordinate of the point or of p1 gives NaN
+  ///  - a NaN anywhere gives NaN
   double distToPoint(const gxVector<2>& point) const;
 
   friend bool operator==(const gxLineSeg& a, const gxLineSeg& b) {

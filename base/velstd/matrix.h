@@ -31,8 +31,8 @@ class VELSTD_API gxMatrix<2> {
     return {m00_ * v.x() + m01_ * v.y(), m10_ * v.x() + m11_ * v.y()};
   }
   constexpr gxMatrix operator*(const gxMatrix& o) const {
-    return {m00_ * o.m00_ + m01_ * o.m10_, m00_ * o.m01_ + m01_ * o.m11_,
-            m10_ * o.m00_ + m11_ * o.m10_, m10_ * o.m01_ + m11_ * o.m11_};
+    return {m00_ * o.m00_ + m01_ * o.m10_, m00_ * o.m01_ + m01_ * o.m11_, m10_ * o.m00_ + m11_ * o.m10_,
+            m10_ * o.m01_ + m11_ * o.m11_};
   }
   constexpr gxMatrix operator*(double f) const { return {m00_ * f, m01_ * f, m10_ * f, m11_ * f}; }
   constexpr gxMatrix operator+(const gxMatrix& o) const {
@@ -44,13 +44,16 @@ class VELSTD_API gxMatrix<2> {
   friend constexpr bool operator==(const gxMatrix&, const gxMatrix&) = default;
 
   constexpr gxMatrix transpose() const { return {m00_, m10_, m01_, m11_}; }
-  /// Returns m00·m11 − m01·m10, accurate to 1.5 units in the last place.
+  /// Returns m00·m11 − m01·m10, accurate to 1.5 units in the last place while the products are
+  /// inside the double range.
   double determinant() const;
-  /// Returns the inverse.  Throws: gxMathError::Singular when the determinant is 0 or not a number,
-  /// or the inverse has an element that is not finite.
+  /// Returns the inverse.  Throws: gxMathError::Singular when an element is not finite, the
+  /// determinant is 0, or the inverse has an element that exceeds the double range.
   gxMatrix inverse() const;
 
  private:
+  bool isFinite_() const;
+
   double m00_ = 0.0;
   double m01_ = 0.0;
   double m10_ = 0.0;

@@ -18,13 +18,20 @@ class VELSTD_API gxRect : public gxPersistent {
   gxRect(const gxVector<2>& origin, const gxVector<2>& size) noexcept
       : origin_(origin), corner_(origin + size), size_(size) {}
   gxRect(const gxRect&) noexcept = default;
-  gxRect& operator=(const gxRect&) noexcept = default;
+  gxRect& operator=(const gxRect& other) noexcept {
+    origin_ = other.origin_;
+    corner_ = other.corner_;
+    size_ = other.size_;
+    mutating_();
+    return *this;
+  }
   ~gxRect() override;
 
   const gxVector<2>& origin() const noexcept { return origin_; }
   /// Returns the highest corner.
   const gxVector<2>& corner() const noexcept { return corner_; }
-  /// Returns width and height: as given, or the difference of the corners after `enclose`.
+  /// Returns width and height: as given, or the difference of the corners after `enclose` and
+  /// `fromCorners` (rounded, and infinite where it exceeds the double range).
   const gxVector<2>& size() const noexcept { return size_; }
 
   /// Returns the smallest rectangle that holds both.
@@ -51,11 +58,11 @@ class VELSTD_API gxRect : public gxPersistent {
   }
   /// Tells whether the rectangles share a point, borders included; false where a NaN is compared.
   bool overlaps(const gxRect& o) const noexcept {
-    return corner_.x() >= o.origin_.x() && o.corner_.x() >= origin_.x() && corner_.y() >= o.origin_.y() &&
-           o.corner_.y() >= origin_.y();
+    return corner_.x() >= o.origin_.x() && o.corner_.x() >= origin_.x() &&
+           corner_.y() >= o.origin_.y() && o.corner_.y() >= origin_.y();
   }
 
-  /// Is true when origins and sizes are equal, number by number.
+  /// Is true when origins and sizes are equal, number by number (a NaN equals nothing).
   friend bool operator==(const gxRect& a, const gxRect& b) {
     return a.origin_ == b.origin_ && a.size_ == b.size_;
   }

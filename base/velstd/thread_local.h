@@ -15,8 +15,11 @@ class VELSTD_API gxThreadID {
   /// Returns the thread's number: 1, 2, 3 … in the order in which threads first asked.
   std::uint64_t number() const { return number_; }
 
-  /// Has `function` run when the calling thread ends, last registered first.  Functions that these
-  /// register run too.  What a function throws is dropped.
+  /// Has `function` run when the calling thread ends, last registered first; on the main thread,
+  /// when the program returns from main or calls std::exit.  Functions that these register run too.
+  /// What a function throws is dropped.
+  ///  - registered later still, by the destructor of a thread-local object that outlives them, a
+  ///    function is never run
   static void atexit(std::function<void()> function);
 
  private:

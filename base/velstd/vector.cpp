@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -37,17 +38,21 @@ double gxVector<2>::scaledLen_() const {
 }
 
 gxVector<2> gxVector<2>::unit() const {
+  if (!std::isfinite(x_) || !std::isfinite(y_)) {
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    return {kNaN, kNaN};
+  }
   const double largest = std::max(std::abs(x_), std::abs(y_));
   if (largest == 0.0) return {};
-  if (!(largest > 1e-140 && largest < 1e140) && std::isfinite(largest)) {
-    const int exponent = std::ilogb(largest);
-    const gxVector scaled(std::scalbn(x_, -exponent), std::scalbn(y_, -exponent));
-    return scaled / scaled.len();
-  }
-  return *this / len();
+  if (largest > 1e-140 && largest < 1e140) return *this / len();
+  const int exponent = std::ilogb(largest);
+  const gxVector scaled(std::scalbn(x_, -exponent), std::scalbn(y_, -exponent));
+  return scaled / scaled.len();
 }
 
-gxRadian gxVector<2>::angle() const { return gxRadian(std::atan2(y_, x_)); }
+gxRadian gxVector<2>::angle() const {
+  return gxRadian(std::atan2(y_ + 0.0, x_ + 0.0));  // + 0.0 turns -0.0 into 0.0
+}
 
 double gf_DifferenceOfProducts(double a, double d, double b, double c) {
   const double bc = b * c;

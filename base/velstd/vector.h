@@ -52,7 +52,8 @@ class VELSTD_API gxVector<2> {
   ///  - (0, 0) has no direction and gives (0, 0); a NaN or infinite component gives NaN components
   gxVector unit() const;
 
-  /// Returns the direction in (−π, π], from the x axis towards the y axis; (0, 0) gives 0.
+  /// Returns the direction in (−π, π], from the x axis towards the y axis: atan2, where a zero
+  /// counts as +0, so that equal vectors have equal directions.  (0, 0) gives 0, a NaN gives NaN.
   gxRadian angle() const;
 
   /// Is true when both components are equal, exactly: no tolerance, 0 equals −0, NaN equals nothing.
@@ -70,7 +71,8 @@ static_assert(sizeof(gxVector<2>) == 16 && std::is_trivially_copyable_v<gxVector
 
 /// Returns a·d − b·c with an error of at most 1.5 units in the last place, however much the two
 /// products cancel (Kahan's difference of products, by fused multiply-add; Jeannerod, Louvet and
-/// Muller, Math. Comp. 82, 2013).  Products beyond the double range give infinities or NaN.
+/// Muller, Math. Comp. 82, 2013).  Products beyond the double range give infinities or NaN, and
+/// products below 1e-290 lose digits: callers that may meet either scale their numbers first.
 VELSTD_API double gf_DifferenceOfProducts(double a, double d, double b, double c);
 
 /// Returns u.x·v.y − u.y·v.x, the plain cross product of two rounded products.

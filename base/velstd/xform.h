@@ -5,6 +5,8 @@
 #include <velstd/matrix.h>
 #include <velstd/vector.h>
 
+#include <stdexcept>
+
 template <int N>
 class gxXform;
 
@@ -14,8 +16,12 @@ class VELSTD_API gxXform<2> {
  public:
   constexpr gxXform() = default;
   constexpr gxXform(const gxMatrix<2>& matrix, const gxVector<2>& translation)
-      : stored_{matrix.m00(),    matrix.m01(),    matrix.m11(),
-                translation.x(), translation.y(), matrix.m10(),
+      : stored_{matrix.m00(),
+                matrix.m01(),
+                matrix.m11(),
+                translation.x(),
+                translation.y(),
+                matrix.m10(),
                 matrix.m00() * matrix.m11() - matrix.m01() * matrix.m10()} {}
 
   /// The identity.
@@ -27,6 +33,8 @@ class VELSTD_API gxXform<2> {
   constexpr double tx() const { return stored_[3]; }
   constexpr double ty() const { return stored_[4]; }
   constexpr double yx() const { return stored_[5]; }
+  /// Returns xx·yy − xy·yx as the plain difference of two rounded products, which is what is kept
+  /// beside the six numbers; `matrix().determinant()` is the accurate one.
   constexpr double determinant() const { return stored_[6]; }
 
   constexpr gxMatrix<2> matrix() const { return {xx(), xy(), yx(), yy()}; }
@@ -42,19 +50,24 @@ class VELSTD_API gxXform<2> {
   }
 
   /// Returns the transform that undoes this one.  Throws: gxMathError::Singular when there is none
-  /// (the determinant is 0 or not finite, or a number of the inverse is not finite).
+  /// (a number is not finite, the determinant is 0, or a number of the inverse exceeds the double range).
   gxXform inverse() const;
 
   /// Is true when all six numbers are equal, exactly.
   friend constexpr bool operator==(const gxXform&, const gxXform&) = default;
 
   /// Returns number i, 0 to 6, in the order of storage: xx, xy, yy, tx, ty, yx, determinant.
-  constexpr double stored(int i) const { return stored_[i]; }
+  /// Throws: std::out_of_range for any other i.
+  constexpr double stored(int i) const {
+    if (i < 0 || i > 6) throw std::out_of_range("gxXform<2>::stored: the index must be 0 to 6");
+    return stored_[i];
+  }
 
  private:
   // The order matters: ordered maps keyed by a transform compare the first five numbers only, so
-  // that two transforms share an entry exactly when they differ in yx alone.  The identity can
-  // therefore only be confused with a shear along y, never with a rotation or a scale.
+  // two transforms share an entry exactly when they differ in yx (and with it in the determinant)
+  // alone.  The identity can therefore only be confused with a shear along y, never with a rotation
+  // or a scale.
   double stored_[7] = {1.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0};
 };
 

@@ -5,12 +5,28 @@
 #include <velstd/xform_base.h>
 
 #include <cmath>
+#include <new>
 
 gx2XformBase::~gx2XformBase() = default;
 
-gxVector<2> gx2XformLinear::mapPoint(const gxVector<2>& point) const { return xform_ * point; }
+void* gx2XformLinear::operator new(std::size_t size) {
+  return ::operator new(size);
+}
+void* gx2XformLinear::operator new(std::size_t /*size*/, void* place) noexcept {
+  return place;
+}
+void gx2XformLinear::operator delete(void* object) noexcept {
+  ::operator delete(object);
+}
+void gx2XformLinear::operator delete(void* /*object*/, void* /*place*/) noexcept {}
 
-gxXform<2> gx2XformLinear::linearXform(const gxVector<2>& /*point*/) const { return xform_; }
+gxVector<2> gx2XformLinear::mapPoint(const gxVector<2>& point) const {
+  return xform_ * point;
+}
+
+gxXform<2> gx2XformLinear::linearXform(const gxVector<2>& /*point*/) const {
+  return xform_;
+}
 
 gxPtrHandle<gx2XformBase> gx2XformLinear::clone() const {
   return gxPtrHandle<gx2XformBase>(new gx2XformLinear(*this));
@@ -38,13 +54,18 @@ gxXform<2> gx2Rigid::xform() const {
   if (turn == 90.0) return {gxMatrix<2>(0, -1, 1, 0), translation_};
   if (turn == 180.0) return {gxMatrix<2>(-1, 0, 0, -1), translation_};
   if (turn == 270.0) return {gxMatrix<2>(0, 1, -1, 0), translation_};
-  const gxRadian angle(angle_);
+  // Far from one turn, the conversion to radians would cost digits that the reduced angle keeps.
+  const gxRadian angle(std::abs(angle_.toDouble()) <= 360.0 ? angle_ : gxDegree(turn));
   return {gxMatrix<2>(angle, angle, 1.0, 1.0), translation_};
 }
 
-gxVector<2> gx2Rigid::mapPoint(const gxVector<2>& point) const { return xform() * point; }
+gxVector<2> gx2Rigid::mapPoint(const gxVector<2>& point) const {
+  return xform() * point;
+}
 
-gxXform<2> gx2Rigid::linearXform(const gxVector<2>& /*point*/) const { return xform(); }
+gxXform<2> gx2Rigid::linearXform(const gxVector<2>& /*point*/) const {
+  return xform();
+}
 
 gxPtrHandle<gx2XformBase> gx2Rigid::clone() const {
   return gxPtrHandle<gx2XformBase>(new gx2Rigid(*this));
@@ -63,7 +84,9 @@ gxPtrHandle<gx2XformBase> gx2Rigid::inverseBase() const {
                       std::isfinite(translation_.y());
   if (!finite) throw gxMathError::Singular();
   const gx2Rigid turnBack(-angle_, gxVector<2>());
-  return gxPtrHandle<gx2XformBase>(new gx2Rigid(-angle_, -turnBack.mapPoint(translation_)));
+  const gxVector<2> back = -turnBack.mapPoint(translation_);
+  if (!std::isfinite(back.x()) || !std::isfinite(back.y())) throw gxMathError::Singular();
+  return gxPtrHandle<gx2XformBase>(new gx2Rigid(-angle_, back));
 }
 
 void gx2Rigid::reInit() {

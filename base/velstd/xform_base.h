@@ -7,6 +7,8 @@
 #include <velstd/persistent.h>
 #include <velstd/xform.h>
 
+#include <cstddef>
+
 /// A transform of the plane as an object: it is held by handle, cloned, inverted and archived
 /// without its class being known.
 class VELSTD_API gx2XformBase : public gxPersistent, public gxRepBase {
@@ -40,6 +42,13 @@ class VELSTD_API gx2XformLinear : public gx2XformBase {
  public:
   gx2XformLinear() = default;
   explicit gx2XformLinear(const gxXform<2>& xform) : xform_(xform) {}
+
+  /// Takes and gives back memory inside this library, so that a transform made by one module can
+  /// be destroyed by another with an allocator of its own.
+  static void* operator new(std::size_t size);
+  static void* operator new(std::size_t size, void* place) noexcept;
+  static void operator delete(void* object) noexcept;
+  static void operator delete(void* object, void* place) noexcept;
 
   const gxXform<2>& xform() const { return xform_; }
 
@@ -79,7 +88,7 @@ class VELSTD_API gx2Rigid : public gx2XformBase {
   /// Composes; two rigid transforms give a rigid one, anything else affine a `gx2XformLinear`.
   gxPtrHandle<gx2XformBase> composeBase(const gx2XformBase& first) const override;
   /// Returns the inverse, again rigid.  Throws: gxMathError::Singular when angle or translation is
-  /// not finite.
+  /// not finite, or the inverse's translation exceeds the double range.
   gxPtrHandle<gx2XformBase> inverseBase() const override;
 
   void reInit() override;
