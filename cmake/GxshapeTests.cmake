@@ -54,4 +54,16 @@ foreach(room IN LISTS rooms)
   set_tests_properties(${room} PROPERTIES TIMEOUT 900)
 endforeach()
 
-include(GxshapeConformance OPTIONAL)
+# ---- The tools' own tests -----------------------------------------------------------------------
+
+find_program(GXSHAPE_PYTHON NAMES python3 PATHS /usr/bin NO_DEFAULT_PATH)
+find_program(GXSHAPE_PYTHON NAMES python3 REQUIRED)
+file(GLOB tool_tests CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tools/*_test.py")
+foreach(test IN LISTS tool_tests)
+  cmake_path(GET test STEM name)
+  add_test(NAME tools_${name} COMMAND ${GXSHAPE_PYTHON} "${test}")
+  set_tests_properties(tools_${name} PROPERTIES TIMEOUT 300)
+endforeach()
+
+include(GxshapeConformance)
+include(GxshapeConsumer)

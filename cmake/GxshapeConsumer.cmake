@@ -1,0 +1,9 @@
+# The installed library, used from outside: installs to a folder of the build, then builds and runs
+# examples/consumer against it, once with find_package and once with pkg-config.
+
+add_test(NAME consumer
+         COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR} -DSOURCE=${PROJECT_SOURCE_DIR}
+                 -DLIBDIR=${CMAKE_INSTALL_LIBDIR} -DCOMPILER=${CMAKE_CXX_COMPILER}
+                 "-DFLAGS=$<$<BOOL:${GXSHAPE_SANITIZE}>:-fsanitize=${GXSHAPE_SANITIZE}>$<$<BOOL:${GXSHAPE_COVERAGE}>:--coverage>"
+                 -P ${PROJECT_SOURCE_DIR}/cmake/RunConsumer.cmake)
+set_tests_properties(consumer PROPERTIES TIMEOUT 600)

@@ -1,0 +1,40 @@
+/// All of gxshape: every public header, lowest layer first.  `make format` keeps the list.
+#pragma once
+
+#include <velstd/angle.h>
+#include <velstd/archive.h>
+#include <velstd/circle.h>
+#include <velstd/circle_fit.h>
+#include <velstd/convex_hull.h>
+#include <velstd/ellipse.h>
+#include <velstd/ellipse_fit.h>
+#include <velstd/exception.h>
+#include <velstd/handle.h>
+#include <velstd/line.h>
+#include <velstd/line_seg.h>
+#include <velstd/matrix.h>
+#include <velstd/pair.h>
+#include <velstd/persistent.h>
+#include <velstd/point.h>
+#include <velstd/polygon.h>
+#include <velstd/random.h>
+#include <velstd/real_eq.h>
+#include <velstd/rect.h>
+#include <velstd/registry.h>
+#include <velstd/thread_local.h>
+#include <velstd/vector.h>
+#include <velstd/xform.h>
+#include <velstd/xform_base.h>
+
+#include <velip/angle8.h>
+#include <velip/edgelet.h>
+#include <velip/pel.h>
+
+#include <veldispc/color.h>
+#include <veldispc/recording_tablet.h>
+#include <veldispc/svg_tablet.h>
+#include <veldispc/tablet.h>
+
+#include <cntr/contour.h>
+#include <cntr/contourdefs.h>
+#include <cntr/shapestat.h>

@@ -1,0 +1,275 @@
+#!/usr/bin/env python3
+"""Checks that the checkout keeps the plan of the house.
+
+    tools/check_layout.py              every rule below that needs no compiler
+    tools/check_layout.py --headers    and that each header of the library compiles alone (CXX, or c++)
+    tools/check_layout.py --repair     rewrites the umbrella header
+
+Findings are printed as file:line: rule: text, and make the exit status 1. Warnings do not.
+
+  include    includes run one way: base/velstd, then base/velip and base/veldispc, then cntr, then
+             ch_core, then everything else; the library includes the standard library and itself
+             only; headers under internal/ are for their own library and for tests
+  test       each source file of the library, and each header under internal/, has a test file of
+             the same name in the same place under tests/
+  story      each source file of the library opens with a comment
+  once       each header says #pragma once
+  name       no file or folder has one of the names that say nothing
+  word       no tracked text names a document outside this repository, or a path of one machine
+  length     (a warning) a file of more than 500 lines outside tests, benchmarks and fuzz targets
+  umbrella   include/gxshape/gxshape.h includes every public header
+  alone      each header compiles alone
+"""
+import argparse
+import concurrent.futures
+import os
+import re
+import subprocess
+import sys
+
+# The folders of the library in the order in which they may see each other.
+LAYERS = {"base/velstd": 0, "base/velip": 1, "base/veldispc": 1, "cntr": 2, "ch_core": 3}
+INCLUDE_NAMES = {"velstd": "base/velstd", "velip": "base/velip", "veldispc": "base/veldispc",
+                 "cntr": "cntr", "ch_core": "ch_core", "gxshape": "include/gxshape"}
+LIBRARY_OF = {"base/velstd": "velstd", "base/velip": "velip", "base/veldispc": "veldispc",
+              "cntr": "gxshape", "ch_core": "gxshape"}
+UMBRELLA = "include/gxshape/gxshape.h"
+MAX_LINES = 500
+
+# Headers that are not of the C++ standard library and may be used all the same: demangling of class
+# names, and what it takes to write a file so that a failure leaves the old one whole.
+SYSTEM_HEADERS = {"cxxabi.h", "fcntl.h", "unistd.h", "sys/stat.h", "sys/types.h"}
+
+# These words are put together from pieces, so that this file is not a finding of its own.
+EMPTY_NAMES = {"".join(p) for p in [("ut", "il"), ("ut", "ils"), ("com", "mon"), ("sha", "red"), ("mi", "sc")]}
+SP = "sp" + "ec"
+FORBIDDEN = [
+    (re.compile(r"\b" + SP + r"(s|ification|ifications)?\b", re.IGNORECASE), "names a document outside this repository"),
+    (re.compile(r"\bas " + SP + r"ified\b", re.IGNORECASE), "names a document outside this repository"),
+    (re.compile(r"\bPar" + r"ts? [0-9]+\.[0-9]"), "names a document outside this repository"),
+    (re.compile(r"\bthe Par" + r"ts\b"), "names a document outside this repository"),
+    (re.compile(r"/(wo" + r"rk|fa" + r"rm|tmp/br" + r"ief)/|\.lib" + r"rary/|bash_" + r"jobs"), "names a path of one machine"),
+    (re.compile(r"/(ro" + r"ot|ho" + r"me/[a-z]+)/"), "names a path of one machine"),
+]
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
+
+
+class Finding:
+    def __init__(self, path, line, rule, text, warning=False):
+        self.path, self.line, self.rule, self.text, self.warning = path, line, rule, text, warning
+
+    def __str__(self):
+        kind = "warning: " if self.warning else ""
+        return f"{self.path}:{self.line}: {kind}{self.rule}: {self.text}"
+
+
+class Tree:
+    """The files of a checkout: paths relative to its root, and their lines."""
+
+    def __init__(self, root):
+        self.root = root
+        self.files = sorted(self._listed())
+
+    def _listed(self):
+        """Tracked files and new ones that are not ignored; without git, all but build/."""
+        listed = subprocess.run(["git", "ls-files", "-z", "-co", "--exclude-standard"], cwd=self.root,
+                                capture_output=True, check=False)
+        if listed.returncode == 0:
+            names = listed.stdout.decode().split("\0")
+            return {n for n in names if n and os.path.isfile(os.path.join(self.root, n))}
+        names = set()
+        for folder, folders, files in os.walk(self.root):
+            folders[:] = [f for f in folders if f not in (".git", "build", "__pycache__")]
+            names |= {os.path.relpath(os.path.join(folder, f), self.root) for f in files}
+        return names
+
+    def lines(self, path):
+        """The lines of a text file; none of a binary one."""
+        with open(os.path.join(self.root, path), "rb") as file:
+            content = file.read()
+        if b"\0" in content[:8192]:
+            return []
+        return content.decode("utf-8", errors="replace").splitlines()
+
+    def sources(self, *suffixes):
+        return [f for f in self.files if f.endswith(suffixes) and layer_folder(f)]
+
+    def public_headers(self):
+        return [f for f in self.sources(".h") if "/internal/" not in f]
+
+
+def layer_folder(path):
+    """The library folder that a file lies in, or None."""
+    for folder in LAYERS:
+        if path.startswith(folder + "/"):
+            return folder
+    return None
+
+
+def check_includes(tree):
+    for path in tree.files:
+        if not path.endswith((".h", ".cpp")):
+            continue
+        here = layer_folder(path)
+        for number, line in enumerate(tree.lines(path), 1):
+            match = INCLUDE.match(line)
+            if match:
+                text = include_fault(path, here, match.group(1), match.group(2))
+                if text:
+                    yield Finding(path, number, "include", text)
+
+
+def include_fault(path, here, bracket, name):
+    """What is wrong with one include, or None."""
+    target = INCLUDE_NAMES.get(name.split("/")[0]) if "/" in name else None
+    if "/internal/" in name and target:
+        library = LIBRARY_OF.get(target)
+        if here and LIBRARY_OF[here] != library:
+            return f"<{name}> is internal to {library}"
+        if not here and not path.startswith(("tests/", "bench/", "fuzz/")):
+            return f"<{name}> is internal to {library}"
+    if here is None:
+        return None
+    if bracket == '"':
+        return f'"{name}" is not found from a root folder; write <folder/{os.path.basename(name)}>'
+    if target is None:
+        if name in SYSTEM_HEADERS or ("." not in name and "/" not in name):
+            return None
+        return f"<{name}> is not of the standard library"
+    if target not in LAYERS:
+        return f"<{name}> lies above {here}"
+    if target != here and LAYERS[target] >= LAYERS[here]:
+        return f"<{name}> lies above or beside {here}"
+    return None
+
+
+def check_tests(tree):
+    files = set(tree.files)
+    for path in tree.sources(".cpp", ".h"):
+        stem = os.path.splitext(path)[0]
+        if path.endswith(".h") and ("/internal/" not in path or stem + ".cpp" in files):
+            continue
+        wanted = [f"tests/{stem}_test.cpp", f"tests/{stem.replace('/internal/', '/')}_test.cpp"]
+        if not any(w in files for w in wanted):
+            yield Finding(path, 1, "test", f"there is no {wanted[0]}")
+
+
+def check_stories(tree):
+    for path in tree.sources(".cpp"):
+        lines = tree.lines(path)
+        if not lines or not lines[0].startswith("//"):
+            yield Finding(path, 1, "story", "does not open with a comment that tells what the file does")
+
+
+def check_pragma_once(tree):
+    for path in tree.files:
+        if path.endswith(".h") and "#pragma once" not in tree.lines(path):
+            yield Finding(path, 1, "once", "has no #pragma once")
+
+
+def check_names(tree):
+    for path in tree.files:
+        for name in path.split("/"):
+            stem = name.split(".")[0].lower()
+            if stem in EMPTY_NAMES:
+                yield Finding(path, 1, "name", f"'{name}' says nothing about what is inside")
+
+
+def check_words(tree):
+    for path in tree.files:
+        for pattern, text in FORBIDDEN:
+            if pattern.search("/" + path):
+                yield Finding(path, 1, "word", f"the file's name {text}")
+        for number, line in enumerate(tree.lines(path), 1):
+            for pattern, text in FORBIDDEN:
+                match = pattern.search(line)
+                if match:
+                    yield Finding(path, number, "word", f"'{match.group(0)}' {text}")
+
+
+def check_lengths(tree):
+    for path in tree.files:
+        if path.endswith((".h", ".cpp", ".py")) and not path.startswith(("tests/", "bench/", "fuzz/")):
+            length = len(tree.lines(path))
+            if length > MAX_LINES:
+                yield Finding(path, length, "length", f"{length} lines; is it still one room?", warning=True)
+
+
+def umbrella_names(tree):
+    """What the umbrella header has to include, lowest layer first."""
+    headers = [h for h in tree.public_headers() if os.path.basename(h) != "export.h"]
+    headers.sort(key=lambda h: (list(LAYERS).index(layer_folder(h)), h))
+    return [h.removeprefix("base/") for h in headers]
+
+
+def umbrella_text(tree):
+    text = ["/// All of gxshape: every public header, lowest layer first.  `make format` keeps the list.",
+            "#pragma once"]
+    folder = None
+    for name in umbrella_names(tree):
+        if os.path.dirname(name) != folder:
+            folder = os.path.dirname(name)
+            text.append("")
+        text.append(f"#include <{name}>")
+    return "\n".join(text) + "\n"
+
+
+def check_umbrella(tree):
+    lines = tree.lines(UMBRELLA) if UMBRELLA in tree.files else []
+    included = {m.group(2) for m in map(INCLUDE.match, lines) if m}
+    for name in umbrella_names(tree):
+        if name not in included:
+            yield Finding(UMBRELLA, 1, "umbrella", f"<{name}> is missing; `make format` adds it")
+    for name in sorted(included - set(umbrella_names(tree))):
+        yield Finding(UMBRELLA, 1, "umbrella", f"<{name}> is no public header")
+
+
+def check_alone(tree, compiler):
+    headers = tree.sources(".h") + [f for f in tree.files if f.startswith("include/") and f.endswith(".h")]
+
+    def compile_one(path):
+        done = subprocess.run(
+            [compiler, "-std=c++20", "-ffp-contract=off", "-Wall", "-Wextra", "-Werror", "-fsyntax-only",
+             "-Ibase", "-I.", "-Iinclude", "-x", "c++", "-"],
+            input=f"#include <{re.sub('^(base|include)/', '', path)}>\n", cwd=tree.root,
+            capture_output=True, text=True, check=False)
+        return path, done
+
+    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+        for path, done in pool.map(compile_one, headers):
+            if done.returncode != 0:
+                first = next((l for l in done.stderr.splitlines() if "error" in l), done.stderr[:200])
+                yield Finding(path, 1, "alone", f"does not compile alone: {first}")
+
+
+RULES = [check_includes, check_tests, check_stories, check_pragma_once, check_names, check_words,
+         check_lengths, check_umbrella]
+
+
+def check(tree):
+    return [finding for rule in RULES for finding in rule(tree)]
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--headers", action="store_true")
+    parser.add_argument("--repair", action="store_true")
+    options = parser.parse_args()
+    tree = Tree(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+    if options.repair:
+        with open(os.path.join(tree.root, UMBRELLA), "w", encoding="utf-8") as file:
+            file.write(umbrella_text(tree))
+        return 0
+    findings = check(tree)
+    if options.headers:
+        findings += check_alone(tree, os.environ.get("CXX", "c++"))
+    for finding in findings:
+        print(finding)
+    faults = [f for f in findings if not f.warning]
+    print(f"layout: {len(tree.files)} files, {len(faults)} findings, {len(findings) - len(faults)} warnings")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
