@@ -64,12 +64,10 @@ class VELSTD_API gxPtrHandleBase_const {
   gxPtrHandleBase_const(gxPtrHandleBase_const&& o) noexcept : rep_(std::exchange(o.rep_, nullptr)) {}
   ~gxPtrHandleBase_const() { gx_PtrHandleBase_RepAccessor::release(rep_); }
 
-  // By value: the old object is released last, after this handle already holds the new one, so
-  // that assigning from something that the old object owned is safe.
-  gxPtrHandleBase_const& operator=(gxPtrHandleBase_const o) noexcept {
-    std::swap(rep_, o.rep_);
-    return *this;
-  }
+  gxPtrHandleBase_const& operator=(const gxPtrHandleBase_const&) = delete;
+  gxPtrHandleBase_const& operator=(gxPtrHandleBase_const&&) = delete;
+
+  void swapRep_(gxPtrHandleBase_const& o) noexcept { std::swap(rep_, o.rep_); }
 
  private:
   const gxRepBase* rep_ = nullptr;
@@ -101,9 +99,11 @@ class gxPtrHandle : public gxPtrHandleBase {
       : gxPtrHandleBase(o), object_(o.get()) {}
   ~gxPtrHandle() = default;
 
+  // By value: the old object is released last, after this handle holds the new one, so that
+  // assigning from something that the old object owned is safe.
   gxPtrHandle& operator=(gxPtrHandle o) noexcept {
     std::swap(object_, o.object_);
-    gxPtrHandleBase_const::operator=(std::move(o));
+    this->swapRep_(o);
     return *this;
   }
 
@@ -147,9 +147,11 @@ class gxPtrHandle_const : public gxPtrHandleBase_const {
       : gxPtrHandleBase_const(o), object_(o.get()) {}
   ~gxPtrHandle_const() = default;
 
+  // By value: the old object is released last, after this handle holds the new one, so that
+  // assigning from something that the old object owned is safe.
   gxPtrHandle_const& operator=(gxPtrHandle_const o) noexcept {
     std::swap(object_, o.object_);
-    gxPtrHandleBase_const::operator=(std::move(o));
+    this->swapRep_(o);
     return *this;
   }
 

@@ -1,0 +1,82 @@
+// Mean position, median edge length, fitted ellipse.
+//
+// Mean position: the midpoints of the edges, weighted with their lengths, divided by the total
+// length.  Median: the length at position count / 2 of the sorted list, the upper of the two middle
+// ones for an even count; a selection finds it without sorting, with NaN as the greatest length.
+#include <cntr/contour.h>
+#include <cntr/internal/edge_walk.h>
+#include <cntr/internal/probe.h>
+#include <cntr/shapestat.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+gxVector<2> meanOfEdges(const std::vector<gxVector<2>>& points, bool closed) {
+  gxVector<2> sum;
+  double total = 0.0;
+  gx_forEachEdge(points.size(), closed, [&](std::size_t from, std::size_t to, std::size_t) {
+    const gxVector<2> middle = (points[from] + points[to]) * 0.5;
+    const double length = points[from].distance(points[to]);
+    total += length;
+    sum += middle * length;
+  });
+  return sum / total;
+}
+
+bool shorter(double a, double b) {
+  if (std::isnan(a)) return false;
+  return std::isnan(b) || a < b;
+}
+
+double medianEdgeLength(const std::vector<gxVector<2>>& points, bool closed) {
+  std::vector<double> lengths;
+  lengths.reserve(points.size());
+  gx_forEachEdge(points.size(), closed, [&](std::size_t from, std::size_t to, std::size_t) {
+    lengths.push_back(points[from].distance(points[to]));
+  });
+  const auto middle = lengths.begin() + static_cast<std::ptrdiff_t>(lengths.size() / 2);
+  std::nth_element(lengths.begin(), middle, lengths.end(), shorter);
+  return *middle;
+}
+
+}  // namespace
+
+gxVector<2> gxContour::meanPosition() const {
+  checkEmptyContour();
+  gx_ContourMemory& memory = state_.memory;
+  if (!memory.meanPositionValid) {
+    gx_countComputation(gx_Computation::eMeanPosition);
+    memory.meanPosition = meanOfEdges(state_.points, isClosed());
+    memory.meanPositionValid = true;
+  }
+  return memory.meanPosition;
+}
+
+double gxContour::medianFeatureSize() const {
+  checkEmptyContour();
+  gx_ContourMemory& memory = state_.memory;
+  if (!memory.medianFeatureSizeValid) {
+    gx_countComputation(gx_Computation::eMedianFeatureSize);
+    memory.medianFeatureSize = medianEdgeLength(state_.points, isClosed());
+    memory.medianFeatureSizeValid = true;
+  }
+  return memory.medianFeatureSize;
+}
+
+void gxContour::fitEllipse(gxEllipse& ellipse, double& residual) const {
+  checkEmptyContour();
+  gx_ContourMemory& memory = state_.memory;
+  if (!memory.ellipseValid) {
+    gx_countComputation(gx_Computation::eFitEllipse);
+    gxEllipse fitted;
+    double fittedResidual = 0.0;
+    gf_FitEllipse(state_.points, fitted, fittedResidual);
+    memory.ellipse = fitted;
+    memory.ellipseResidual = fittedResidual;
+    memory.ellipseValid = true;
+  }
+  ellipse = memory.ellipse;
+  residual = memory.ellipseResidual;
+}

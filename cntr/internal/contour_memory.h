@@ -1,0 +1,87 @@
+/// Everything a contour remembers about itself.
+#pragma once
+
+#include <cntr/internal/bounded_memo.h>
+#include <cntr/internal/deep_ptr.h>
+#include <cntr/internal/vertex_grid.h>
+#include <velstd/circle.h>
+#include <velstd/ellipse.h>
+#include <velstd/handle.h>
+#include <velstd/line.h>
+#include <velstd/line_seg.h>
+#include <velstd/rect.h>
+#include <velstd/vector.h>
+#include <velstd/xform.h>
+
+#include <array>
+#include <vector>
+
+class gxRegion;
+
+/// The results that a contour has computed, each beside the flag that says whether it holds for
+/// the present points.  A flag is set only after its computation returned, and all are dropped by
+/// one call, `drop`, so that a stale value cannot be seen.  Copying a contour copies this with the
+/// language's own copy.
+struct gx_ContourMemory {
+  bool meanPositionValid = false;
+  gxVector<2> meanPosition;
+
+  bool lengthValid = false;
+  double length = 0.0;
+
+  // The hull is shared with copies of the contour.  It outlives the drop of its flag, until the
+  // next computation puts another in its place.
+  bool convexHullValid = false;
+  gxPtrHandle_const<gxRegion> convexHull;
+
+  gx_DeepPtr<gx_BoundedMemo<gxXform<2>, gxRect, gx_XformKey>> encloseRects;
+
+  // One slot per diameter mode.  Dropping clears the flags and leaves the circles: a contour
+  // without two distinct points answers with the circle that stands in the slot.
+  std::array<bool, 2> encloseCircleValid{};
+  std::array<gxCircle, 2> encloseCircles;
+
+  gx_DeepPtr<gx_BoundedMemo<double, long, gx_AngleKey>> extremalVertices;
+
+  bool ellipseValid = false;
+  gxEllipse ellipse;
+  double ellipseResidual = 0.0;
+
+  bool selfIntersecting = false;
+  bool selfIntersectingValid = false;
+
+  // The edges, indexed by edge number: all four lists have the same length once valid.
+  bool segmentsValid = false;
+  std::vector<gxLineSeg> segments;
+  bool linesValid = false;
+  std::vector<gxLine> lines;
+  bool segmentBoundsValid = false;
+  std::vector<gxRect> segmentBounds;
+  std::vector<bool> validLine;  // false for an edge of no length
+
+  bool medianFeatureSizeValid = false;
+  double medianFeatureSize = 0.0;
+
+  // One grid per tolerance asked for, in the order of first use.
+  gx_DeepPtr<std::vector<gx_VertexGrid>> vertexGrids;
+
+  /// Forgets every result.
+  void drop() noexcept {
+    encloseRects.reset();
+    extremalVertices.reset();
+    vertexGrids.reset();
+    meanPositionValid = false;
+    lengthValid = false;
+    length = 0.0;
+    convexHullValid = false;
+    encloseCircleValid = {};
+    ellipseValid = false;
+    ellipseResidual = 0.0;
+    selfIntersectingValid = false;
+    segmentsValid = false;
+    linesValid = false;
+    segmentBoundsValid = false;
+    medianFeatureSizeValid = false;
+    medianFeatureSize = 0.0;
+  }
+};

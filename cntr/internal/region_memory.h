@@ -1,0 +1,44 @@
+/// Everything a region remembers beside what its outline remembers.
+#pragma once
+
+#include <velstd/handle.h>
+#include <velstd/matrix.h>
+#include <velstd/vector.h>
+
+class gxRegion;
+
+/// The results that a region has computed from its outline and holes, each beside the flag that
+/// says whether it holds.  Copied with the region, dropped by one call.
+struct gx_RegionMemory {
+  bool centerWithHolesValid = false;
+  gxVector<2> centerWithHoles;
+  bool centerNoHolesValid = false;
+  gxVector<2> centerNoHoles;
+
+  bool areaWithHolesValid = false;
+  double areaWithHoles = 0.0;
+  bool areaNoHolesValid = false;
+  double areaNoHoles = 0.0;
+
+  // Kept for the moments of a region with holes, which nothing computes yet: the call throws.
+  bool inertiaWithHolesValid = false;
+  gxMatrix<2> inertiaWithHoles;
+  bool inertiaNoHolesValid = false;
+  gxMatrix<2> inertiaNoHoles;
+
+  // The repaired regions are shared with copies.  They outlive the drop of their flags, until the
+  // next repair puts others in their place.
+  bool regularizedValid = false;
+  gxPtrHandle_const<gxRegion> regularized;
+  bool outerHullValid = false;
+  gxPtrHandle_const<gxRegion> outerHull;
+
+  /// Forgets every result.
+  void drop() noexcept {
+    centerWithHolesValid = centerNoHolesValid = false;
+    areaWithHolesValid = areaNoHolesValid = false;
+    areaWithHoles = areaNoHoles = 0.0;
+    inertiaWithHolesValid = inertiaNoHolesValid = false;
+    regularizedValid = outerHullValid = false;
+  }
+};

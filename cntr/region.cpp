@@ -1,0 +1,142 @@
+// The model of the region: construction, copying, comparison, closedness, holes.
+//
+// The outline is the contour part, which edge-point regions share with their edge-point contour;
+// so copying and assigning name its two halves apart, the contour and the rest, and each class
+// assigns each half once.
+#include <cntr/region.h>
+
+#include <utility>
+
+gxRegion::gxRegion() = default;
+
+gxRegion::gxRegion(const std::vector<gxVector<2>>& points, gxContourDefs::IntersectionMode mode)
+    : gxContour(points, true) {
+  applyMode_(mode);
+}
+
+gxRegion::gxRegion(const gxContour& contour, gxContourDefs::IntersectionMode mode) : gxContour(contour) {
+  gxRegion::cleanCacheInfo();  // what the contour remembered may hold for an open one
+  applyMode_(mode);
+}
+
+gxRegion::gxRegion(const gxPolygon& polygon, gxContourDefs::IntersectionMode mode) : gxContour(polygon) {
+  applyMode_(mode);
+}
+
+gxRegion::gxRegion(const gxRegion& other) : gxPersistent(other), gxRepBase(other), gxContour() {
+  assignContour_(other);
+  assignRegion_(other);
+}
+
+gxRegion::gxRegion(gxRegion&& other) noexcept : gxPersistent(other), gxRepBase(other), gxContour() {
+  assignContour_(std::move(other));
+  assignRegion_(std::move(other));
+}
+
+gxRegion::~gxRegion() = default;
+
+gxRegion& gxRegion::operator=(const gxRegion& other) {
+  if (this == &other) return *this;
+  gxRegion copy(other);
+  takeOver_(copy);
+  return *this;
+}
+
+gxRegion& gxRegion::operator=(gxRegion&& other) noexcept {
+  if (this == &other) return *this;
+  try {
+    takeOver_(other);
+  } catch (...) {  // an object of a derived class could not follow: nothing was moved
+  }
+  return *this;
+}
+
+// Takes outline, holes and memory of `source`, which is left empty.  What this region held may own
+// the source, so it stays alive to the end; where a derived class cannot follow, all is put back.
+void gxRegion::takeOver_(gxRegion& source) {
+  gxRegion old;
+  old.swapContour_(*this);
+  swapContour_(source);
+  try {
+    contourAssigned_();
+  } catch (...) {
+    swapContour_(source);
+    old.swapContour_(*this);
+    throw;
+  }
+  old.assignRegion_(std::move(*this));
+  assignRegion_(std::move(source));
+}
+
+void gxRegion::assignRegion_(const gxRegion& other) {
+  std::vector<HoleHandle> holes(other.holes_);
+  gx_RegionMemory memory(other.memory_);
+  holes_.swap(holes);
+  std::swap(memory_, memory);
+}
+
+void gxRegion::assignRegion_(gxRegion&& other) noexcept {
+  std::vector<HoleHandle> holes = std::exchange(other.holes_, {});
+  gx_RegionMemory memory = std::exchange(other.memory_, {});
+  holes_.swap(holes);
+  std::swap(memory_, memory);
+}
+
+void gxRegion::applyMode_(gxContourDefs::IntersectionMode mode) {
+  if (mode == gxContourDefs::eOuterHull) outerHull(*this);
+  if (mode == gxContourDefs::eRegularize) regularize(*this);
+}
+
+bool gxRegion::operator==(const gxRegion& other) const {
+  return gxContour::operator==(other);
+}
+
+bool gxRegion::isClosed() const {
+  return true;
+}
+
+void gxRegion::isClosed(bool closed) {
+  if (!closed) throw gxContourDefs::RegionCannotBeSetOpen();
+}
+
+void gxRegion::reInit() {
+  *this = gxRegion();
+  mutating_();
+}
+
+void gxRegion::cleanCacheInfo() {
+  gxContour::cleanCacheInfo();
+  memory_.drop();
+}
+
+void gxRegion::contourAssigned_() {
+  memory_.drop();
+}
+
+void gxRegion::checkEmptyContour() const {
+  if (points().size() < 3) throw gxContourDefs::EmptyContour();
+}
+
+void gxRegion::checkHoles_(const std::vector<HoleHandle>& holes) const {
+  for (const HoleHandle& hole : holes) {
+    if (!intersections(*hole, false).empty()) {
+      throw gxContourDefs::BadParams(L"holes cannot intersect region");
+    }
+  }
+}
+
+void gxRegion::holes(const std::vector<HoleHandle>& holes) {
+  std::vector<HoleHandle> copy(holes);
+  cleanCacheInfo();
+  checkHoles_(copy);
+  makeDataConsistentWithPoints();
+  holes_.swap(copy);
+}
+
+void gxRegion::holes(const std::vector<gxPtrHandle<gxRegion>>& holes) {
+  this->holes(std::vector<HoleHandle>(holes.begin(), holes.end()));
+}
+
+void gxRegion::holes(std::initializer_list<HoleHandle> holes) {
+  this->holes(std::vector<HoleHandle>(holes));
+}

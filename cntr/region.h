@@ -1,0 +1,191 @@
+/// Regions: outlines that enclose an area, with holes.
+#pragma once
+
+#include <cntr/contour.h>
+#include <cntr/internal/region_memory.h>
+
+#include <initializer_list>
+#include <vector>
+
+/// A closed outline (the contour part) together with an ordered list of holes, each itself a region
+/// held by a shared, read-only handle.  A hole counts through its own outline; only containment
+/// looks at the holes of holes, as islands.
+///
+/// Degenerate regions.  An outline of fewer than 3 points has no area: measures throw
+/// `EmptyContour`.  Holes are only asked not to cross the outline: they may lie outside it, and
+/// overlap each other.
+///
+/// What it refuses: being opened, and holes whose outline crosses or touches its own.
+///
+/// Memory.  As the contour's; measures of area and the repaired forms are remembered beside it, and
+/// dropped together with it on every change of points or holes.  A change of a hole after it was
+/// given is not noticed.  Copies share holes and repaired forms.
+///
+/// Threads.  As the contour's.  Regions that share a hole share the hole's memory: they may not be
+/// used on two threads at the same time.
+class GXSHAPE_API gxRegion : public virtual gxContour {
+ public:
+  using HoleHandle = gxPtrHandle_const<gxRegion>;
+
+  // ---- Model (region.cpp) -----------------------------------------------------------------------
+
+  /// Makes a region without points and holes.
+  gxRegion();
+  /// Makes a region of this outline; `mode` says what to do where it crosses itself.
+  /// Throws: with modes 1 and 2 what `outerHull` and `regularize` throw.
+  explicit gxRegion(const std::vector<gxVector<2>>& points,
+                    gxContourDefs::IntersectionMode mode = gxContourDefs::eNone);
+  /// The same of the points and label of a contour, which may be open.
+  explicit gxRegion(const gxContour& contour,
+                    gxContourDefs::IntersectionMode mode = gxContourDefs::eNone);
+  /// The same of the vertices of a polygon, a repeated last vertex included.
+  explicit gxRegion(const gxPolygon& polygon,
+                    gxContourDefs::IntersectionMode mode = gxContourDefs::eNone);
+  /// Copies outline, holes (shared) and everything remembered.
+  gxRegion(const gxRegion& other);
+  /// Takes everything over; `other` is then without points and holes, and usable.
+  gxRegion(gxRegion&& other) noexcept;
+  ~gxRegion() override;
+
+  /// Assigns as the copy constructor copies; the source may be owned by this region (its hole, its
+  /// repaired form).  Self-assignment does nothing.
+  gxRegion& operator=(const gxRegion& other);
+  gxRegion& operator=(gxRegion&& other) noexcept;
+
+  /// Compares the outlines as contours; holes take no part.
+  bool operator==(const gxRegion& other) const;
+
+  /// Tells that the outline is closed: true, always.
+  bool isClosed() const override;
+  /// Does nothing for true.  Throws: RegionCannotBeSetOpen for false.
+  void isClosed(bool closed) override;
+
+  /// Returns the holes in the order given.
+  const std::vector<HoleHandle>& holes() const { return holes_; }
+  /// Replaces the holes.  Whatever comes of it, everything remembered is dropped first.
+  /// Throws, with the old holes kept: gxBadPointer for a null handle; BadParams "holes cannot
+  /// intersect region" where a hole's outline crosses or touches this one's; EmptyContour where
+  /// this region has fewer than 2 points and the list is not empty.
+  void holes(const std::vector<HoleHandle>& holes);
+  void holes(const std::vector<gxPtrHandle<gxRegion>>& holes);
+  void holes(std::initializer_list<HoleHandle> holes);
+
+  void reInit() override;
+
+  // ---- Mapping, drawing (region_mapping.cpp) ----------------------------------------------------
+
+  using gxContour::map;
+  /// Puts the region of the mapped outline into `result`, without holes, label 0; `result` may be
+  /// this region.
+  void map(const gxXform<2>& xform, gxRegion& result) const;
+
+  using gxContour::draw;
+  /// Draws the edges of the outline, as the contour's drawing does.  Holes are not drawn.
+  virtual void draw(gxUITablet& tablet, const gxColor& colour, const gxUITablet::Layers& layer) const;
+
+  // ---- Queries (region_containment.cpp, region_queries.cpp) -------------------------------------
+
+  /// Tells whether the point lies inside: whether a ray from it crosses the outline an odd number
+  /// of times.  With `considerHoles` a point in a hole is outside, in a hole of the hole inside
+  /// again.
+  ///  - within 1e-6 of a vertex of the outline: inside
+  ///  - NaN: outside
+  /// Throws: EmptyContour below 2 points; gxBadPointer for a null hole; BadParams "holes nest too
+  /// deeply" when a region comes up again among the holes of its own holes.
+  bool inside(const gxVector<2>& point, bool considerHoles) const;
+
+  using gxContour::closestPoint;
+  /// Returns the point of outline and holes nearest to `point`; with `vertexOnly` the nearest
+  /// vertex, of the outline alone or, with `considerHoles`, of outline and holes.  Without
+  /// `vertexOnly` the holes are always searched.  Ties keep the earlier, the outline first.
+  /// Throws: EmptyContour below 2 points, of a hole too; gxBadPointer for a null hole.
+  gxVector<2> closestPoint(const gxVector<2>& point, bool vertexOnly, bool considerHoles) const;
+
+  /// Returns the index of the outline's vertex nearest to `point`.  Throws: as the contour's.
+  long closestVertexIndex(const gxVector<2>& point) const;
+  /// Returns the index of the nearest vertex within its own outline, and in `holeIndex` which: −1
+  /// for this region's, else the hole's position.  Ties keep the earlier, the outline first.
+  /// Throws: EmptyContour below 2 points, of a hole too; gxBadPointer for a null hole.
+  long closestVertexIndex(const gxVector<2>& point, bool considerHoles, long& holeIndex) const;
+
+  using gxContour::distToPoint;
+  /// Returns the distance to `closestPoint(point, vertexOnly, considerHoles)`; with
+  /// `insideIsZero`, 0 for a point inside.  Throws: as `inside` and `closestPoint`.
+  double distToPoint(const gxVector<2>& point, bool vertexOnly, bool considerHoles,
+                     bool insideIsZero) const;
+
+  using gxContour::intersections;
+  /// Returns the crossings of the outline with `other`, then, with `considerHoles`, those of each
+  /// hole's outline in order.  Nothing is sorted or merged across outlines.
+  /// Throws: EmptyContour below 2 points, of a hole too; gxBadPointer for a null hole.
+  std::vector<gxVector<2>> intersections(const gxContour& other, bool considerHoles) const;
+  /// The same with a segment; `countEndContacts` as the contour's.
+  std::vector<gxVector<2>> intersections(const gxLineSeg& seg, bool countEndContacts,
+                                         bool considerHoles) const;
+
+  // ---- Measures (region_measures.cpp) -----------------------------------------------------------
+
+  /// Returns the area of the outline, 0 or more; with `considerHoles`, less the area of every hole,
+  /// wherever it lies, so that the result may be negative.
+  /// Throws: EmptyContour below 3 points, of a hole too; gxBadPointer for a null hole.
+  /// Remembers: both.
+  double area(bool considerHoles) const;
+
+  /// Returns the centre of mass of the outline; with `considerHoles`, with the holes taken out.
+  ///  - an outline without area: (0, 0); holes that cancel the area: the division by zero decides
+  /// Throws: as `area`.  Remembers: both.
+  gxVector<2> centerOfMass(bool considerHoles) const;
+
+  /// Returns the second moments of the outline about its centre of mass (see `gx_InertiaData`).
+  /// Throws: EmptyContour below 3 points; BadParams "inertiaMatrix(considerHoles) is not
+  /// implemented" with `considerHoles` on a region with holes.  Remembers: the matrix.
+  gxMatrix<2> inertiaMatrix(bool considerHoles) const;
+
+  // ---- Repair (region_repair.cpp, internal/outside_walk, internal/loops) --------------------------
+
+  /// Puts into `result`, which may be this region, a region without self-crossings: this region
+  /// itself, holes and all, where its outline does not cross itself, else the outside of the
+  /// figure, walked around, without holes.
+  /// Throws, with `result` untouched: BadParams "invalid contour" where no edge is found on the
+  /// outside or the walk does not close; EmptyContour below 3 points.  Remembers: the result.
+  void regularize(gxRegion& result) const;
+
+  /// The same, cut further into a single loop: at points passed twice, without inner loops, with
+  /// touching loops joined.
+  void outerHull(gxRegion& result) const;
+
+  // ---- Archive (region_archive.cpp) -------------------------------------------------------------
+
+ protected:
+  void dispatchSerialize(gxArchive& archive) override;
+  void serialize_(gxArchive& archive, unsigned char version) override;
+
+  // ---- For derived classes ----------------------------------------------------------------------
+
+  void cleanCacheInfo() override;
+  void contourAssigned_() override;
+
+  /// Assigns holes and remembered results, not the outline.
+  void assignRegion_(const gxRegion& other);
+  void assignRegion_(gxRegion&& other) noexcept;
+
+  /// Throws: EmptyContour below 3 points.
+  void checkEmptyContour() const;
+
+ private:
+  friend class gxRegionSet;       // splices and repairs its regions
+  friend struct gx_RegionInside;  // lets tests see the private operations
+
+  static gxPersistent* make();
+  static gx_Instantiator sExemplar;
+
+  void takeOver_(gxRegion& source);
+  void applyMode_(gxContourDefs::IntersectionMode mode);
+  void checkHoles_(const std::vector<HoleHandle>& holes) const;
+  long insideCount(const gxVector<2>& point, bool bothWays) const;
+  void outerHullRegularize(gxRegion& result, bool hull) const;
+  void splice(const gxRegion& other, gxRegion& result) const;
+
+  std::vector<HoleHandle> holes_;
+  mutable gx_RegionMemory memory_;
+};

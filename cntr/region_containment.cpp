@@ -1,0 +1,123 @@
+// Containment.
+//
+// Counting crossings of a ray:
+//   1. A point outside the upright box of the outline has none.
+//   2. A point within 1e-6 of a vertex is inside: one.  The directions from the point to all other
+//      vertices are collected on the way.
+//   3. A point farther from the first vertex than the radius of the circle around that vertex which
+//      holds all others is outside: none.  (A ray of twice that radius might end inside.)
+//   4. The ray leaves through the middle of the first sector between neighbouring directions that is
+//      wider than π / n, so that it grazes no vertex; along the x axis where there is none.
+//   5. Count its crossings with the outline, over twice the radius; both ways where asked, keeping
+//      the smaller count.
+//
+// Inside: an odd count, and not in a hole.  A hole asks the same question of itself, with its own
+// holes, so an island in a hole is inside again.  The questions are kept on a list, not on the
+// stack: holes may nest ten thousand deep.  A region that comes up again on its own path would
+// nest for ever.
+#include <cntr/region.h>
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_set>
+#include <vector>
+
+namespace {
+
+constexpr double kPi = 3.141592653589793;
+
+// Within this of a vertex a point counts as on it, and so as inside.
+constexpr double kOnVertex = 1e-6;
+
+// Collects the directions to the vertices in [0, 2π); false when the point is on a vertex.  A
+// distance that is not a number is not greater than the limit either.
+bool directionsTo(const std::vector<gxVector<2>>& vertices, const gxVector<2>& point,
+                  std::vector<double>& angles) {
+  angles.reserve(vertices.size());
+  for (const gxVector<2>& vertex : vertices) {
+    const gxVector<2> d = vertex - point;
+    if (!(d.len() > kOnVertex)) return false;
+    angles.push_back(d.angle().norm().toDouble());
+  }
+  return true;
+}
+
+gxVector<2> throughFirstWideGap(std::vector<double>& angles) {
+  std::sort(angles.begin(), angles.end(),
+            [](double a, double b) { return !std::isnan(a) && (std::isnan(b) || a < b); });
+  const double wide = kPi / static_cast<double>(angles.size());
+  for (std::size_t k = 0; k < angles.size(); ++k) {
+    const double next = angles[k + 1 < angles.size() ? k + 1 : 0];
+    const double gap = gxRadian(next - angles[k]).norm().toDouble();
+    if (gap > wide) return {1.0, gxRadian(angles[k] + gap * 0.5)};
+  }
+  return {1.0, 0.0};
+}
+
+// The regions of the path from the outermost to the one being asked.
+class Path {
+ public:
+  void enter(const gxRegion* region) {
+    if (!regions_.insert(region).second) throw gxContourDefs::BadParams(L"holes nest too deeply");
+  }
+  void leave(const gxRegion* region) { regions_.erase(region); }
+
+ private:
+  std::unordered_set<const gxRegion*> regions_;
+};
+
+}  // namespace
+
+long gxRegion::insideCount(const gxVector<2>& point, bool bothWays) const {
+  if (!encloseRect(gxXform<2>::I).within(point)) return 0;
+  std::vector<double> angles;
+  if (!directionsTo(points(), point, angles)) return 1;
+  const double radius = encloseCircle(gxContourDefs::eFirstPoint).radius();
+  if (point.distance(points().front()) > radius) return 0;
+  const gxVector<2> ray = throughFirstWideGap(angles) * (2.0 * radius);
+  const auto crossings = [this, &point](const gxVector<2>& end) {
+    return static_cast<long>(gxContour::intersections(gxLineSeg(point, end), false).size());
+  };
+  const long ahead = crossings(point + ray);
+  return bothWays ? std::min(ahead, crossings(point - ray)) : ahead;
+}
+
+bool gxRegion::inside(const gxVector<2>& point, bool considerHoles) const {
+  struct Question {
+    const gxRegion* region;
+    std::size_t nextHole;
+  };
+  if (insideCount(point, false) % 2 == 0) return false;
+  if (!considerHoles || holes_.empty()) return true;
+
+  Path path;
+  std::vector<Question> open;
+  path.enter(this);
+  open.push_back({this, 0});
+  while (true) {
+    // The region on top contains the point in its outline: the first hole that holds it decides.
+    Question& top = open.back();
+    bool answer = true;
+    bool descended = false;
+    while (top.nextHole < top.region->holes_.size()) {
+      const gxRegion* hole = &*top.region->holes_[top.nextHole++];
+      path.enter(hole);
+      if (hole->insideCount(point, false) % 2 != 0) {
+        open.push_back({hole, 0});
+        descended = true;
+        break;
+      }
+      path.leave(hole);
+    }
+    if (descended) continue;
+    // No hole holds the point, so it is inside this one, and so not inside the region around it,
+    // and so on outwards: an answer of false goes back to the next hole of the region around.
+    while (true) {
+      path.leave(open.back().region);
+      open.pop_back();
+      if (open.empty()) return answer;
+      if (!answer) break;
+      answer = false;
+    }
+  }
+}

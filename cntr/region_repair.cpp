@@ -1,0 +1,78 @@
+// Regularization and outer hull.
+//
+// An outline that does not cross itself is copied as it is, holes and all.  Otherwise:
+//   1. Find an edge on the outside, by probes 0.01 times the median edge length to either side.
+//   2. Walk around the outside from there (internal/outside_walk).
+//   3. That is the regularized region, without holes.  For the outer hull, cut the walk at points
+//      passed twice, drop inner loops, join touching ones (internal/loops), and keep the first.
+// The result is remembered; the flag is set only after the computation returned, and the assignment
+// holds a handle of its own to the result, because the target may be this region.
+#include <cntr/internal/loops.h>
+#include <cntr/internal/outside_walk.h>
+#include <cntr/internal/probe.h>
+#include <cntr/region.h>
+
+#include <utility>
+
+namespace {
+
+// Half the length of a probe, in median edge lengths: short against the features of the outline,
+// long against rounding.
+constexpr double kProbe = 0.01;
+
+}  // namespace
+
+void gxRegion::regularize(gxRegion& result) const {
+  if (!isSelfIntersecting()) {
+    result = *this;
+    return;
+  }
+  if (!memory_.regularizedValid) {
+    gx_countComputation(gx_Computation::eRegularize);
+    gxPtrHandle<gxRegion> repaired(new gxRegion);
+    memory_.regularized = repaired;
+    outerHullRegularize(*repaired, false);
+    memory_.regularizedValid = true;
+  }
+  const gxPtrHandle_const<gxRegion> repaired = memory_.regularized;
+  result = *repaired;
+}
+
+void gxRegion::outerHull(gxRegion& result) const {
+  if (!isSelfIntersecting()) {
+    result = *this;
+    return;
+  }
+  if (!memory_.outerHullValid) {
+    gx_countComputation(gx_Computation::eOuterHull);
+    gxPtrHandle<gxRegion> hull(new gxRegion);
+    memory_.outerHull = hull;
+    outerHullRegularize(*hull, true);
+    memory_.outerHullValid = true;
+  }
+  const gxPtrHandle_const<gxRegion> hull = memory_.outerHull;
+  result = *hull;
+}
+
+void gxRegion::outerHullRegularize(gxRegion& result, bool hull) const {
+  checkEmptyContour();
+  const gx_OutlineQuestions outline{
+      [this](const gxLineSeg& seg, std::vector<int>& edges) {
+        return gxContour::intersections(seg, edges, false);
+      },
+      [this](const gxLineSeg& seg) { return gxContour::intersections(seg, true).size(); },
+      [this](const gxVector<2>& point) { return insideCount(point, true); }};
+
+  const std::size_t start = gx_findStartEdge(points(), kProbe * medianFeatureSize(), outline);
+  gxRegion walked(gx_walkOutside(points(), start, outline));
+  if (!hull) {
+    result = std::move(walked);
+    return;
+  }
+  std::vector<gxRegion> loops;
+  loops.push_back(std::move(walked));
+  gx_cutAtPinchPoints(loops);
+  gx_dropInnerLoops(loops);
+  gx_joinTouchingLoops(loops);
+  result = std::move(loops.front());
+}
