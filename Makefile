@@ -66,7 +66,7 @@ soak:  ## the random tests at full length (hours)
 	@GXSHAPE_SOAK=1 tools/run_tests release --timeout 36000
 
 bench:  ## the benchmarks, ours and the peers'; results in build/bench/results
-	@tools/install_packages build bench
+	@tools/install_packages build test bench
 	@tools/build bench
 	@tools/run_benchmarks
 

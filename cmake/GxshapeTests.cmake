@@ -4,32 +4,13 @@
 #   tests/cntr     -> gxshape_cntr_tests        tests/support -> gxshape_support_tests
 #   tests/archive, tests/golden -> gxshape_archive_tests        and so on for a new folder
 #
-# The other files of tests/support make a static library that every test program links; its headers
-# are included as <support/random_shapes.h>. A test reaches files of the checkout through the macro
-# GXSHAPE_SOURCE_DIR.
-#
 # CTest runs whole programs, not single tests: thousands of processes would cost more than the tests
 # themselves. Each program writes its results as JSON, from which tools/test_totals.py counts.
 
-find_package(GTest REQUIRED)
-find_package(Threads REQUIRED)
+include(GxshapeTestSupport)
 
 set(GXSHAPE_TEST_RESULTS "${PROJECT_BINARY_DIR}/test-results")
 file(MAKE_DIRECTORY "${GXSHAPE_TEST_RESULTS}")
-
-file(GLOB support_sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/support/*.cpp")
-list(FILTER support_sources EXCLUDE REGEX "_test\\.cpp$")
-if(support_sources)
-  add_library(gxshape_test_support STATIC ${support_sources})
-  target_compile_options(gxshape_test_support PRIVATE ${GXSHAPE_WARNINGS})
-  set(scope PUBLIC)
-else()
-  add_library(gxshape_test_support INTERFACE)
-  set(scope INTERFACE)
-endif()
-target_include_directories(gxshape_test_support ${scope} "${PROJECT_SOURCE_DIR}/tests")
-target_compile_definitions(gxshape_test_support ${scope} GXSHAPE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
-target_link_libraries(gxshape_test_support ${scope} gxshape::gxshape GTest::gtest GTest::gmock Threads::Threads)
 
 file(GLOB_RECURSE all_tests CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}/tests"
      "${PROJECT_SOURCE_DIR}/tests/*_test.cpp")
