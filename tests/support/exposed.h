@@ -1,0 +1,78 @@
+/// The protected and private operations of shapes, for tests that look inside.
+#pragma once
+
+#include <cntr/contour.h>
+#include <cntr/region.h>
+#if __has_include(<cntr/regionst.h>)
+#include <cntr/regionst.h>
+#endif
+
+#include <vector>
+
+/// A contour whose protected operations can be called.
+class ExposedContour : public gxContour {
+ public:
+  using gxContour::gxContour;
+  ExposedContour() = default;
+  explicit ExposedContour(const gxContour& contour) : gxContour(contour) {}
+
+  using gxContour::checkEmptyContour;
+  using gxContour::cleanCacheInfo;
+  using gxContour::intersections;
+  using gxContour::lineSegs;
+  using gxContour::makeDataConsistentWithPoints;
+  using gxContour::makePointsConsistentWithData;
+  using gxContour::medianFeatureSize;
+  using gxContour::setPoints;
+  using gxContour::validLine;
+};
+
+/// A region whose protected operations can be called.  Every constructor goes through a plain
+/// region: the contour is a virtual base, which this class would otherwise build itself, empty.
+class ExposedRegion : public gxRegion {
+ public:
+  ExposedRegion() = default;
+  explicit ExposedRegion(const gxRegion& region) { gxRegion::operator=(region); }
+  explicit ExposedRegion(const std::vector<gxVector<2>>& points,
+                         gxContourDefs::IntersectionMode mode = gxContourDefs::eNone)
+      : ExposedRegion(gxRegion(points, mode)) {}
+
+  using gxContour::intersections;
+  using gxContour::lineSegs;
+  using gxContour::makeDataConsistentWithPoints;
+  using gxContour::makePointsConsistentWithData;
+  using gxContour::medianFeatureSize;
+  using gxContour::setPoints;
+  using gxContour::validLine;
+  using gxRegion::checkEmptyContour;
+  using gxRegion::cleanCacheInfo;
+  using gxRegion::intersections;
+};
+
+/// The private operations of regions.
+struct gx_RegionInside {
+  static long insideCount(const gxRegion& region, const gxVector<2>& point, bool bothWays) {
+    return region.insideCount(point, bothWays);
+  }
+  static void outerHullRegularize(const gxRegion& region, gxRegion& result, bool hull) {
+    region.outerHullRegularize(result, hull);
+  }
+  static void splice(const gxRegion& region, const gxRegion& other, gxRegion& result) {
+    region.splice(other, result);
+  }
+};
+
+#if __has_include(<cntr/regionst.h>)
+/// A region set whose protected operations can be called.
+class ExposedRegionSet : public gxRegionSet {
+ public:
+  ExposedRegionSet() = default;
+  explicit ExposedRegionSet(const gxRegionSet& set) : gxRegionSet(set) {}
+
+  using gxRegionSet::checkEmptyRegionSet;
+  using gxRegionSet::cleanCacheInfo;
+  using gxRegionSet::makeDataConsistentWithPoints;
+  using gxRegionSet::makePointsConsistentWithData;
+  using gxRegionSet::setRegions;
+};
+#endif
