@@ -13,10 +13,19 @@ VELSTD_API std::string gf_ClassName(const std::type_info& type);
 
 /// Registers a persistent class at load time: a static object of the class's own library,
 /// constructed from the class's `type_info` and a function that makes a new default object.
+///
+/// The registry comes alive on first use, whichever library's static objects run first, and holds
+/// the persistent classes of velstd itself before any other.  A name that is registered again keeps
+/// its first factory and its place.  Registering and looking up are safe on any thread.
 class VELSTD_API gx_Instantiator {
  public:
-  gx_Instantiator(const std::type_info& type, gxPersistent* (*make)());
+  /// A function that makes a new default-constructed object, which the caller owns.
+  using Factory = gxPersistent* (*)();
 
+  gx_Instantiator(const std::type_info& type, Factory maker);
+
+  /// Returns the factory of the class of that name, null for an unknown name.
+  static Factory factory(const std::string& className);
   /// Makes a new default-constructed object of the class of that name, null for an unknown name.
   static gxPersistent* make(const std::string& className);
   /// Returns the names of the registered classes in the order of their registration.

@@ -1,0 +1,180 @@
+// Archives in files.
+//
+//   1. A file is replaced, never written into: the archive goes into a new file beside the target,
+//      which is flushed to the disk, and then takes the target's name in one step.  Whoever looks,
+//      and whenever the machine stops, finds the old file or the new one.
+//   2. The new file lies in the target's folder, since names change in one step only within a file
+//      system.  Its name is made of the target's, the process and a counter, and it is opened only if
+//      it does not exist yet, so that two writers cannot share it.
+//   3. A target that is a link stays one: the file that it leads to is replaced.  The new file takes
+//      over the old one's permissions.
+//   4. Whatever fails, the new file is removed.
+#include <velstd/archive.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <system_error>
+
+#if defined(__unix__) || defined(__APPLE__)
+#  define GX_POSIX_FILES 1
+#  include <fcntl.h>
+#  include <sys/stat.h>
+#  include <unistd.h>
+#endif
+
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const char* what, const fs::path& path, const std::error_code& reason) {
+  throw gxArchive::FileError(fs::path(what).wstring() + L" \"" + path.wstring() + L"\": " +
+                             fs::path(reason.message()).wstring());
+}
+
+#if defined(GX_POSIX_FILES)
+
+std::error_code lastError() {
+  return {errno, std::generic_category()};
+}
+
+/// A new file, removed again unless it is kept.
+class NewFile {
+ public:
+  explicit NewFile(const fs::path& target) {
+    static std::atomic<unsigned> counter{0};
+    constexpr int kMostTries = 1000;
+    for (int i = 0; i < kMostTries && file_ < 0; ++i) {
+      path_ = target;
+      path_ += ".new-" + std::to_string(::getpid()) + "-" + std::to_string(++counter);
+      file_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+      if (file_ < 0 && errno != EEXIST) break;
+    }
+    if (file_ < 0) fail("cannot create", path_, lastError());
+  }
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+  ~NewFile() {
+    if (file_ >= 0) ::close(file_);
+    if (!kept_) ::unlink(path_.c_str());
+  }
+
+  void takePermissionsOf(const fs::path& old) {
+    struct ::stat state = {};
+    if (::stat(old.c_str(), &state) == 0) static_cast<void>(::fchmod(file_, state.st_mode & 07777));
+  }
+
+  void write(std::span<const unsigned char> bytes) {
+    while (!bytes.empty()) {
+      const ::ssize_t written = ::write(file_, bytes.data(), bytes.size());
+      if (written < 0 && errno == EINTR) continue;
+      if (written < 0) fail("cannot write", path_, lastError());
+      bytes = bytes.subspan(static_cast<std::size_t>(written));
+    }
+    if (::fsync(file_) != 0) fail("cannot flush", path_, lastError());
+    const int file = std::exchange(file_, -1);
+    if (::close(file) != 0) fail("cannot close", path_, lastError());
+  }
+
+  void replace(const fs::path& target) {
+    if (::rename(path_.c_str(), target.c_str()) != 0) fail("cannot replace", target, lastError());
+    kept_ = true;
+    // The new name is a change of the folder, which has a flush of its own.  It is no longer a
+    // failure of the file when that is not possible.
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    const int opened = ::open(folder.c_str(), O_RDONLY | O_CLOEXEC);
+    if (opened < 0) return;
+    static_cast<void>(::fsync(opened));
+    ::close(opened);
+  }
+
+ private:
+  fs::path path_;
+  int file_ = -1;
+  bool kept_ = false;
+};
+
+#else
+
+/// The same with what the language offers, which has no flush to the disk.
+class NewFile {
+ public:
+  explicit NewFile(const fs::path& target) : path_(target) {
+    static std::atomic<unsigned> counter{0};
+    path_ += ".new-" + std::to_string(++counter);
+  }
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+  ~NewFile() {
+    std::error_code ignored;
+    if (!kept_) fs::remove(path_, ignored);
+  }
+  void takePermissionsOf(const fs::path&) {}
+  void write(std::span<const unsigned char> bytes) {
+    std::ofstream file(path_, std::ios::binary | std::ios::trunc);
+    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    if (!file) fail("cannot write", path_, std::make_error_code(std::errc::io_error));
+  }
+  void replace(const fs::path& target) {
+    std::error_code reason;
+    fs::rename(path_, target, reason);
+    if (reason) fail("cannot replace", target, reason);
+    kept_ = true;
+  }
+
+ private:
+  fs::path path_;
+  bool kept_ = false;
+};
+
+#endif
+
+/// Follows a link to the file that it names, so that the link stays when the file is replaced.
+fs::path throughLinks(const fs::path& path) {
+  std::error_code reason;
+  if (!fs::is_symlink(fs::symlink_status(path, reason))) return path;
+  fs::path target = fs::weakly_canonical(path, reason);
+  if (reason) fail("cannot follow", path, reason);
+  return target;
+}
+
+}  // namespace
+
+void gxArchive::writeFile(const std::filesystem::path& path) const {
+  if (!isStoring()) throw BadFormat(L"an archive that loads has nothing to write");
+  const fs::path target = throughLinks(path);
+  NewFile file(target);
+  file.takePermissionsOf(target);
+  file.write(bytes());
+  file.replace(target);
+}
+
+gxArchive gxArchive::fromFile(const std::filesystem::path& path, const Limits& limits) {
+  std::error_code reason;
+  if (fs::is_directory(path, reason))
+    fail("cannot read", path, std::make_error_code(std::errc::is_a_directory));
+  errno = 0;
+  std::ifstream file(path, std::ios::binary);
+  if (!file) fail("cannot open", path, {errno == 0 ? EIO : errno, std::generic_category()});
+  std::vector<unsigned char> bytes;
+  constexpr std::size_t kFirstPiece = 1U << 16U;
+  const std::uintmax_t size = fs::file_size(path, reason);
+  if (!reason && size <= limits.bytes) bytes.reserve(static_cast<std::size_t>(size) + 1);
+  for (bool more = true; more;) {
+    const std::size_t had = bytes.size();
+    const std::size_t room = bytes.capacity() - had;
+    const std::size_t piece = room != 0 ? room : std::max(had, kFirstPiece);
+    bytes.resize(had + piece);
+    file.read(reinterpret_cast<char*>(bytes.data() + had), static_cast<std::streamsize>(piece));
+    more = static_cast<std::size_t>(file.gcount()) == piece;
+    bytes.resize(had + static_cast<std::size_t>(file.gcount()));
+    if (file.bad()) fail("cannot read", path, std::make_error_code(std::errc::io_error));
+    if (bytes.size() > limits.bytes) {
+      throw LimitExceeded(L"the file is longer than " + std::to_wstring(limits.bytes) + L" bytes");
+    }
+  }
+  return {std::move(bytes), limits};
+}
