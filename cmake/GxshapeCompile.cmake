@@ -41,12 +41,15 @@ set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
 set(GXSHAPE_WARNINGS
     -Wall -Wextra -Wpedantic
     -Wshadow                 # a member or outer name hidden by a local one
-    -Wconversion -Wsign-conversion -Wdouble-promotion
+    -Wconversion -Wsign-conversion
     -Wold-style-cast -Wcast-align -Wcast-qual
     -Wnon-virtual-dtor -Woverloaded-virtual
+    -Wmissing-declarations   # a function that ought to be in an unnamed namespace
     -Wformat=2 -Wundef -Wextra-semi)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  list(APPEND GXSHAPE_WARNINGS -Wduplicated-cond -Wlogical-op)
+  list(APPEND GXSHAPE_WARNINGS -Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wnull-dereference)
+else()
+  list(APPEND GXSHAPE_WARNINGS -Wunreachable-code -Wrange-loop-analysis -Wdocumentation)
 endif()
 if(GXSHAPE_WERROR)
   list(APPEND GXSHAPE_WARNINGS -Werror)
@@ -55,11 +58,11 @@ endif()
 # ---- Sanitizers and coverage ------------------------------------------------------------------------
 
 if(GXSHAPE_SANITIZE)
-  add_compile_options(-fsanitize=${GXSHAPE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+  add_compile_options(-fsanitize=${GXSHAPE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
   add_link_options(-fsanitize=${GXSHAPE_SANITIZE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # The instrumented code confuses g++'s flow analysis; the plain builds keep this warning.
-    list(APPEND GXSHAPE_WARNINGS -Wno-maybe-uninitialized)
+    # The instrumented code confuses g++'s flow analysis; the plain builds keep these warnings.
+    list(APPEND GXSHAPE_WARNINGS -Wno-maybe-uninitialized -Wno-null-dereference)
   endif()
 endif()
 if(GXSHAPE_COVERAGE)
