@@ -4,7 +4,7 @@
 #include <cntr/contour.h>
 #include <cntr/region.h>
 #if __has_include(<cntr/regionst.h>)
-#include <cntr/regionst.h>
+#  include <cntr/regionst.h>
 #endif
 
 #include <vector>
