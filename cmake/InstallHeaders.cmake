@@ -5,6 +5,8 @@
 #
 # Runs within the install step; needs GXSHAPE_SOURCE_DIR and GXSHAPE_INSTALL_INCLUDEDIR.
 
+cmake_policy(VERSION 3.22)
+
 set(_roots base . include)    # what <velstd/...>, <cntr/...> and <gxshape/...> are looked up in
 set(_folders base/velstd base/velip base/veldispc cntr ch_core include/gxshape)
 

@@ -4,6 +4,8 @@
 # A judge that knows which requests are ours to answer is tests/conformance/judge.py; where there is
 # none, the plain comparison judges all of them.
 
+cmake_minimum_required(VERSION 3.22)
+
 set(_requests "${RESULTS}/requests.jsonl")
 set(_answers "${RESULTS}/answers.jsonl")
 

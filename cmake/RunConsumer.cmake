@@ -1,6 +1,8 @@
 # Builds and runs examples/consumer against a fresh install, twice:
 # cmake -DBUILD= -DSOURCE= -DLIBDIR= -DCOMPILER= -DFLAGS= -P RunConsumer.cmake
 
+cmake_minimum_required(VERSION 3.22)
+
 set(_stage "${BUILD}/consumer")
 set(_prefix "${_stage}/installed")
 set(_expected "${SOURCE}/examples/consumer/expected.txt")
@@ -11,7 +13,8 @@ function(run)
   execute_process(COMMAND ${ARGV} OUTPUT_VARIABLE out ERROR_VARIABLE err RESULT_VARIABLE result)
   if(NOT result EQUAL 0)
     list(JOIN ARGV " " command)
-    message(FATAL_ERROR "${command}\nended with ${result}\n${out}${err}")
+    message("${out}${err}")
+    message(FATAL_ERROR "${command} ended with ${result}")
   endif()
   set(output "${out}" PARENT_SCOPE)
 endfunction()

@@ -1,5 +1,7 @@
 # Runs one example and compares what it prints: cmake -DPROGRAM= -DEXPECTED= -DACTUAL= -P RunExample.cmake
 
+cmake_minimum_required(VERSION 3.22)
+
 execute_process(COMMAND "${PROGRAM}" OUTPUT_FILE "${ACTUAL}" RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "${PROGRAM} ended with ${result}")
