@@ -7,8 +7,8 @@
 //   parallel     |d × e| <= sine |d| |e|
 //
 // The two cross products of the intersection cancel when the lines are nearly parallel or nearly
-// through each other's points, so they are taken with fused multiply-adds; centroids are built on
-// this.  The other formulas lose at most a few units of |w|, and stay plain.
+// through each other's points, so they are taken with fused multiply-adds, and what rounding took
+// from w is put back; centroids are built on this.  The other formulas lose at most a few units of |w|, and stay plain.
 //
 // Where a product leaves the range in which it has all its digits (it overflowed, or is so small that
 // it may have underflowed), the formula is taken once more with every vector scaled to size 1, which
@@ -22,6 +22,12 @@
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+// Returns what rounding took from the difference a − b, exactly (Møller and Knuth's two-sum).
+double lostBySubtraction(double a, double b, double difference) {
+  const double minusB = difference - a;
+  return (a - (difference - minusB)) - (b + minusB);
+}
 
 }  // namespace
 
@@ -51,7 +57,9 @@ gxPoint gxLine::intersect(const gxLine& other) const {
   const gxVector<2>& e = other.direction_;
   const gxVector<2> w = other.point_ - point_;
   const double denominator = gf_DifferenceOfProducts(d.x(), e.y(), d.y(), e.x());
-  const double numerator = gf_DifferenceOfProducts(w.x(), e.y(), w.y(), e.x());
+  const gxVector<2> lost(lostBySubtraction(other.point_.x(), point_.x(), w.x()),
+                         lostBySubtraction(other.point_.y(), point_.y(), w.y()));
+  const double numerator = gf_DifferenceOfProducts(w.x(), e.y(), w.y(), e.x()) + gf_Cross(lost, e);
   const double t = numerator / denominator;
   if (gf_IsSafe(denominator) && gf_IsSafe(numerator) && gf_IsSafe(t)) {
     const gxVector<2> meeting = point_ + d * t;
