@@ -39,7 +39,10 @@ function(gxshape_library name)
     VERSION ${PROJECT_VERSION}
     # Below 1.0 every minor version may break binary compatibility, so it is part of the soname.
     SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
-    INSTALL_RPATH "$ORIGIN"
-    # A symbol that nothing defines is an error of the library, not of whoever links it.
-    LINK_OPTIONS "$<$<NOT:$<BOOL:${GXSHAPE_SANITIZE}>>:LINKER:--no-undefined>")
+    INSTALL_RPATH "$ORIGIN")
+  if(NOT GXSHAPE_SANITIZE)
+    # A symbol that nothing defines is an error of the library, not of whoever links it. (The
+    # sanitizers' own symbols are defined by the program.)
+    target_link_options(${name} PRIVATE LINKER:--no-undefined)
+  endif()
 endfunction()
