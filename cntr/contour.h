@@ -282,6 +282,8 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   static gx_Instantiator sExemplar;
 
   void computeLineSegs() const;
+  bool indexPays_() const;
+  const gx_EdgeIndex& edgeIndex_() const;
 
   State state_;
 };

@@ -61,3 +61,17 @@ const std::vector<bool>& gxContour::validLine() const {
   if (!state_.memory.segmentsValid) computeLineSegs();
   return state_.memory.validLine;
 }
+
+// Up to 64 points a scan over the edge list is at least as fast as any tree.
+bool gxContour::indexPays_() const {
+  return state_.points.size() > 64;
+}
+
+const gx_EdgeIndex& gxContour::edgeIndex_() const {
+  auto& index = state_.memory.edgeIndex;
+  if (!index) {
+    gx_countComputation(gx_Computation::eEdgeIndex);
+    index.made(state_.points, isClosed());
+  }
+  return *index.get();
+}

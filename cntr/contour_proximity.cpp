@@ -5,8 +5,12 @@
 // the perpendicular along the edge, the start for t <= 0 (also where t is not a number, as on an
 // edge of no length), the end for t >= 1, else the projection on the edge's line.  The distance
 // chooses the edge, the formula gives the point; where rounding makes them disagree, that stands.
+//
+// Contours of more than a few points find the edge and the vertex through the edge index
+// (internal/nearest), which gives the same edge and the same vertex.
 #include <cntr/contour.h>
 #include <cntr/internal/edge_walk.h>
+#include <cntr/internal/nearest.h>
 #include <cntr/internal/probe.h>
 
 #include <limits>
@@ -72,14 +76,21 @@ double gxContour::length() const {
 }
 
 gxVector<2> gxContour::closestPoint(const gxVector<2>& point, bool vertexOnly) const {
+  if (vertexOnly) return state_.points[static_cast<std::size_t>(closestVertexIndex(point))];
   checkEmptyContour();
-  if (vertexOnly) return state_.points[nearestVertex(state_.points, point)];
-  return nearestPoint(state_.points, isClosed(), point);
+  const std::vector<gxVector<2>>& points = state_.points;
+  const bool closed = isClosed();
+  if (!indexPays_()) return nearestPoint(points, closed, point);
+  const std::size_t k = gx_nearestEdge(edgeIndex_(), points, closed, point);
+  if (k == edgeIndex_().edges()) return {};
+  return nearestOnEdge(
+      gxLineSeg(points[gx_edgeStart(k, points.size(), closed)], points[gx_edgeEnd(k, closed)]), point);
 }
 
 long gxContour::closestVertexIndex(const gxVector<2>& point) const {
   checkEmptyContour();
-  return static_cast<long>(nearestVertex(state_.points, point));
+  if (!indexPays_()) return static_cast<long>(nearestVertex(state_.points, point));
+  return static_cast<long>(gx_nearestVertex(edgeIndex_(), state_.points, isClosed(), point));
 }
 
 double gxContour::distToPoint(const gxVector<2>& point, bool vertexOnly) const {

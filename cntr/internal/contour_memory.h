@@ -3,6 +3,7 @@
 
 #include <cntr/internal/bounded_memo.h>
 #include <cntr/internal/deep_ptr.h>
+#include <cntr/internal/edge_index.h>
 #include <cntr/internal/vertex_grid.h>
 #include <velstd/circle.h>
 #include <velstd/ellipse.h>
@@ -59,6 +60,9 @@ struct gx_ContourMemory {
   std::vector<gxRect> segmentBounds;
   std::vector<bool> validLine;  // false for an edge of no length
 
+  // The tree of boxes over the edges, made by the first question that it pays for.
+  gx_DeepPtr<gx_EdgeIndex> edgeIndex;
+
   bool medianFeatureSizeValid = false;
   double medianFeatureSize = 0.0;
 
@@ -70,6 +74,7 @@ struct gx_ContourMemory {
     encloseRects.reset();
     extremalVertices.reset();
     vertexGrids.reset();
+    edgeIndex.reset();
     meanPositionValid = false;
     lengthValid = false;
     length = 0.0;

@@ -21,8 +21,9 @@ class gx_DeepPtr {
   /// Returns the object, null where there is none.
   T* get() const noexcept { return object_.get(); }
   /// Returns the object, made first where there is none.
-  T& made() {
-    if (!object_) object_ = std::make_unique<T>();
+  template <class... Arguments>
+  T& made(Arguments&&... arguments) {
+    if (!object_) object_ = std::make_unique<T>(std::forward<Arguments>(arguments)...);
     return *object_;
   }
   void reset() noexcept { object_.reset(); }

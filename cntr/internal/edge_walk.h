@@ -26,3 +26,14 @@ inline std::size_t gx_edgeCount(std::size_t points, bool closed) {
   if (closed) return points;
   return points == 0 ? 0 : points - 1;
 }
+
+/// Returns the point at which edge k begins.
+inline std::size_t gx_edgeStart(std::size_t k, std::size_t points, bool closed) {
+  if (!closed) return k;
+  return k == 0 ? points - 1 : k - 1;
+}
+
+/// Returns the point at which edge k ends.
+inline std::size_t gx_edgeEnd(std::size_t k, bool closed) {
+  return closed ? k : k + 1;
+}

@@ -1,0 +1,69 @@
+/// Crossings of edges with a segment, with another contour, with each other.
+#pragma once
+
+#include <cntr/internal/edge_index.h>
+#include <velstd/line.h>
+#include <velstd/line_seg.h>
+#include <velstd/rect.h>
+#include <velstd/vector.h>
+
+#include <cstddef>
+#include <vector>
+
+/// Where an edge meets a segment, and the number of the edge.
+struct gx_Hit {
+  gxVector<2> point;
+  int edge;
+};
+
+/// A segment that edges are tested against, with what every test needs of it.
+class gx_CrossingQuery {
+ public:
+  gx_CrossingQuery(const gxLineSeg& seg, bool countEndContacts);
+
+  const gxLineSeg& seg() const { return seg_; }
+  const gxRect& box() const { return box_; }
+
+  /// Tests an edge of some length whose box touches the segment's; appends a hit.
+  void test(const gxLineSeg& edge, const gxLine& line, std::size_t number,
+            std::vector<gx_Hit>& hits) const;
+
+  /// Tests the edge between two points, its length and its box included.
+  void test(const gxVector<2>& from, const gxVector<2>& to, std::size_t number,
+            std::vector<gx_Hit>& hits) const;
+
+  /// Tells whether an edge in the box can be hit: false only for certain.  A hit lies within the
+  /// tolerance of the edge and of the segment, so a box farther from the segment's line than that,
+  /// and a slack far above rounding, holds none.
+  bool mayMeet(const gx_Box& box) const;
+
+ private:
+  gxLineSeg seg_;
+  gxLine line_;
+  gxRect box_;
+  gx_Box bounds_;
+  bool countEndContacts_;
+};
+
+/// Appends the hits of the edges of an indexed contour, in edge order.
+void gx_findHits(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points, bool closed,
+                 const gx_CrossingQuery& query, std::vector<gx_Hit>& hits);
+
+/// Returns the points of the hits in the order along the segment, and appends their edges.
+std::vector<gxVector<2>> gx_inOrderAlong(const gxLineSeg& seg, const std::vector<gx_Hit>& hits,
+                                         std::vector<int>& edges);
+
+/// Appends the hits of every edge of `theirs` with the edges of `ours`, edge by edge of `theirs`,
+/// along each; edges of theirs whose box does not touch `box` have none.
+void gx_findCrossings(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& ours, bool closed,
+                      const gxRect& box, const gx_EdgeIndex& theirIndex,
+                      const std::vector<gxVector<2>>& theirs, bool theirsClosed,
+                      std::vector<gxVector<2>>& result);
+
+/// Tells whether some edge has a length.
+bool gx_hasEdgeOfLength(const std::vector<gxVector<2>>& points, bool closed);
+
+/// Tells whether some edge, its ends excepted, is hit by another; edges whose box does not touch
+/// `box` are not asked.
+bool gx_crossesItself(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points, bool closed,
+                      const gxRect& box);
