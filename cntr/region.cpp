@@ -31,6 +31,7 @@ gxRegion::gxRegion(const gxRegion& other) : gxPersistent(other), gxRepBase(other
 gxRegion::gxRegion(gxRegion&& other) noexcept : gxPersistent(other), gxRepBase(other), gxContour() {
   assignContour_(std::move(other));
   assignRegion_(std::move(other));
+  other.contourAssigned_();  // the object may be more than a region, and is without points now
 }
 
 gxRegion::~gxRegion() = default;
@@ -66,6 +67,7 @@ void gxRegion::takeOver_(gxRegion& source) {
   }
   old.assignRegion_(std::move(*this));
   assignRegion_(std::move(source));
+  source.contourAssigned_();  // as in the constructor
 }
 
 void gxRegion::assignRegion_(const gxRegion& other) {
