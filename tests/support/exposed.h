@@ -3,9 +3,7 @@
 
 #include <cntr/contour.h>
 #include <cntr/region.h>
-#if __has_include(<cntr/regionst.h>)
 #  include <cntr/regionst.h>
-#endif
 
 #include <vector>
 
@@ -62,7 +60,6 @@ struct gx_RegionInside {
   }
 };
 
-#if __has_include(<cntr/regionst.h>)
 /// A region set whose protected operations can be called.
 class ExposedRegionSet : public gxRegionSet {
  public:
@@ -75,4 +72,10 @@ class ExposedRegionSet : public gxRegionSet {
   using gxRegionSet::makePointsConsistentWithData;
   using gxRegionSet::setRegions;
 };
-#endif
+
+/// The private operations of region sets.
+struct gx_RegionSetInside {
+  static void outerHullRegularize(const gxRegionSet& set, gxRegionSet& result, bool hull) {
+    set.outerHullRegularize(result, hull);
+  }
+};
