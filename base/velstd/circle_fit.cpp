@@ -1,8 +1,16 @@
-// The circle fit.
+// The circle fit as its callers see it.
+//
+//  1. Check the parameters.
+//  2. Bring the points into a frame of size 1 around their centroid.
+//  3. Fit there, leaving out what may be left out.
+//  4. Bring the circle back and fill the results, last of all, so that a failure leaves them alone.
 #include <velstd/circle_fit.h>
+#include <velstd/internal/circle_solver.h>
+#include <velstd/internal/fit_frame.h>
+#include <velstd/internal/outlier_search.h>
 
-#include <algorithm>
 #include <cmath>
+#include <optional>
 
 gxCircleFitDefs::Errors::Errors(const wchar_t* message) : gxExceptionWithString(message) {}
 gxCircleFitDefs::Errors::Errors(const Errors&) noexcept = default;
@@ -19,54 +27,42 @@ gxCircleFitDefs::BadPoints::BadPoints(const BadPoints&) noexcept = default;
 gxCircleFitDefs::BadPoints& gxCircleFitDefs::BadPoints::operator=(const BadPoints&) noexcept = default;
 gxCircleFitDefs::BadPoints::~BadPoints() = default;
 
+namespace {
+
+void check(const gxCircleFitParams& params) {
+  if (params.mode() != gxCircleFitDefs::eFitAll && params.mode() != gxCircleFitDefs::eFixedRadius) {
+    throw gxCircleFitDefs::BadParams(L"unknown mode");
+  }
+  const bool goodRadius = params.radius() > 0.0 && std::isfinite(params.radius());
+  if (params.mode() == gxCircleFitDefs::eFixedRadius && !goodRadius) {
+    throw gxCircleFitDefs::BadParams(L"radius not positive and finite");
+  }
+  if (!(params.limit() >= 0.0)) throw gxCircleFitDefs::BadParams(L"limit negative or not a number");
+}
+
+}  // namespace
+
 void gfCircleFit(const gxCircleFitParams& params, const std::vector<gxVector<2>>& points,
                  gxCircleFitResults& results) {
-  if (params.mode() != gxCircleFitDefs::eFitAll) throw gxCircleFitDefs::BadParams(L"unknown mode");
-  const auto n = static_cast<double>(points.size());
-  if (points.size() < 3) throw gxCircleFitDefs::BadPoints(L"fewer than 3 points");
-  gxVector<2> mean;
-  for (const auto& p : points) mean += p;
-  mean = mean / n;
-  double scale = 0.0;
-  for (const auto& p : points) scale += (p - mean) * (p - mean);
-  scale = std::sqrt(scale / n);
-  if (!(scale > 0.0) || !std::isfinite(scale))
-    throw gxCircleFitDefs::BadPoints(L"points do not determine a circle");
-  double xx = 0, xy = 0, yy = 0, xz = 0, yz = 0, zz = 0;
-  for (const auto& p : points) {
-    const gxVector<2> q = (p - mean) / scale;
-    const double z = q * q;
-    xx += q.x() * q.x();
-    xy += q.x() * q.y();
-    yy += q.y() * q.y();
-    xz += q.x() * z;
-    yz += q.y() * z;
-    zz += z * z;
+  check(params);
+  const gx_FitFrame frame(points);
+  if (!frame.valid()) throw gxCircleFitDefs::BadPoints(L"no points, all equal, or not finite");
+
+  std::optional<double> radius;
+  if (params.mode() == gxCircleFitDefs::eFixedRadius) radius = frame.lengthIn(params.radius());
+  const gx_CircleSolver solver(radius, frame.rounding());
+  const gx_OutlierSearch<gx_CircleSolver> search(solver, params.ignore(),
+                                                 frame.lengthIn(params.limit()));
+  const auto found = search.run(frame.points());
+  if (!found) throw gxCircleFitDefs::BadPoints(L"the points do not determine a circle");
+
+  const gxCircle circle(frame.positionOut(found->shape.center()),
+                        radius ? params.radius() : frame.lengthOut(found->shape.radius()));
+  const double count = static_cast<double>(points.size() - found->left.size());
+  const double residual = frame.lengthOut(std::sqrt(found->kept / count));
+  if (!std::isfinite(circle.center() * gxVector<2>(0.0, 0.0)) || !std::isfinite(circle.radius()) ||
+      !std::isfinite(residual)) {
+    throw gxCircleFitDefs::BadPoints(L"the circle is too large to be described");
   }
-  xx /= n, xy /= n, yy /= n, xz /= n, yz /= n, zz /= n;
-  const double z = xx + yy;
-  const double cov = xx * yy - xy * xy;
-  if (!(cov > 1e-20)) throw gxCircleFitDefs::BadPoints(L"points do not determine a circle");
-  const double var = zz - z * z;
-  const double a2 = 4 * cov - 3 * z * z - zz;
-  const double a1 = var * z + 4 * cov * z - xz * xz - yz * yz;
-  const double a0 = xz * (xz * yy - yz * xy) + yz * (yz * xx - xz * xy) - var * cov;
-  double t = 0.0;
-  double f = a0;
-  for (int i = 0; i < 99; ++i) {
-    const double next = t - f / (a1 + t * (2 * a2 + 16 * t * t));
-    if (next == t || !std::isfinite(next)) break;
-    const double fNext = a0 + next * (a1 + next * (a2 + 4 * next * next));
-    if (std::fabs(fNext) >= std::fabs(f)) break;
-    t = next;
-    f = fNext;
-  }
-  const double det = t * t - t * z + cov;
-  const gxVector<2> c((xz * (yy - t) - yz * xy) / det / 2, (yz * (xx - t) - xz * xy) / det / 2);
-  const double radius = std::sqrt(c * c + z - 2 * t) * scale;
-  const gxVector<2> center = mean + c * scale;
-  if (!std::isfinite(radius)) throw gxCircleFitDefs::BadPoints(L"points do not determine a circle");
-  double sum = 0.0;
-  for (const auto& p : points) sum += std::pow(p.distance(center) - radius, 2);
-  results = gxCircleFitResults(gxCircle(center, radius), std::sqrt(sum / n), {});
+  results = gxCircleFitResults(circle, residual, found->left);
 }

@@ -1,0 +1,176 @@
+// The circle nearest to points.
+//
+//  1. Start with the algebraic fit that is free of bias up to the order of the squared noise (A.
+//     Al-Sharadqah and N. Chernov, "Error analysis for circle fitting algorithms", Electronic Journal
+//     of Statistics 3, 2009: the hyperaccurate fit): a Newton iteration on a quartic whose smallest
+//     positive root is wanted.
+//  2. Refine it to the least sum of squared orthogonal distances.  The unknowns are those of a
+//     circle seen from one of its own points (half the curvature, an offset along the normal and a
+//     turn of the normal), after the parameters of N. Chernov and C. Lesort, "Least squares fitting
+//     of circles", Journal of Mathematical Imaging and Vision 23, 2005.  Centre and radius as
+//     unknowns run away together on flat arcs; these do not, and a straight line is an ordinary
+//     value of theirs.  Theirs are seen from the coordinate origin, which fails for a circle around
+//     it; hence the point is moved onto the circle after each step.
+//  3. With a held radius the curvature is left alone.  Then the sum has several minima (the centre
+//     may lie on either side of an arc), so three starts are refined and the best is taken.
+#include <velstd/internal/circle_solver.h>
+#include <velstd/internal/fit_frame.h>
+#include <velstd/internal/normal_equations.h>
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+// Refinement needs 4 to 10 evaluations; noise as large as the arc's height may need some 50.
+constexpr int kMostEvaluations = 100;
+
+gx_CircleArc arcOf(const gxVector<2>& center, double radius, const gxVector<2>& normal) {
+  return {center + normal * radius, normal, 0.5 / radius};
+}
+
+// The hyperaccurate algebraic fit, in coordinates relative to the centroid.
+std::optional<gx_CircleArc> algebraicFit(const std::vector<gxVector<2>>& points) {
+  const auto n = static_cast<double>(points.size());
+  gxVector<2> centroid;
+  for (const gxVector<2>& p : points) centroid += p;
+  centroid = centroid / n;
+  double xx = 0.0, xy = 0.0, yy = 0.0, xz = 0.0, yz = 0.0, zz = 0.0;
+  for (const gxVector<2>& p : points) {
+    const gxVector<2> d = p - centroid;
+    const double z = d * d;
+    xx += d.x() * d.x();
+    xy += d.x() * d.y();
+    yy += d.y() * d.y();
+    xz += d.x() * z;
+    yz += d.y() * z;
+    zz += z * z;
+  }
+  xx /= n, xy /= n, yy /= n, xz /= n, yz /= n, zz /= n;
+
+  // The quartic c0 + c1 t + c2 t² + 4 t⁴ and its root next to 0, from the left.
+  const double z = xx + yy;
+  const double det = xx * yy - xy * xy;
+  const double variance = zz - z * z;
+  const double c2 = 4.0 * det - 3.0 * z * z - zz;
+  const double c1 = variance * z + 4.0 * det * z - xz * xz - yz * yz;
+  const double c0 = xz * (xz * yy - yz * xy) + yz * (yz * xx - xz * xy) - variance * det;
+  double t = 0.0;
+  double value = c0;
+  for (int i = 0; i < 50; ++i) {
+    const double next = t - value / (c1 + t * (2.0 * c2 + 16.0 * t * t));
+    const double nextValue = c0 + next * (c1 + next * (c2 + 4.0 * next * next));
+    if (!(std::fabs(nextValue) < std::fabs(value))) break;
+    t = next;
+    value = nextValue;
+  }
+
+  const double divisor = 2.0 * (t * t - t * z + det);
+  const gxVector<2> fromCentroid((xz * (yy - t) - yz * xy) / divisor,
+                                 (yz * (xx - t) - xz * xy) / divisor);
+  const double radius = std::sqrt(fromCentroid * fromCentroid + z - 2.0 * t);
+  if (!std::isfinite(radius) || !(radius > 0.0)) return std::nullopt;
+  const double far = fromCentroid.len();
+  const gxVector<2> normal = far > 0.0 ? fromCentroid / -far : gxVector<2>(1.0, 0.0);
+  return arcOf(centroid + fromCentroid, radius, normal);
+}
+
+gx_NormalEquations<3> evaluate(const gx_CircleArc& arc, const std::vector<gxVector<2>>& points,
+                               bool holdBend) {
+  gx_NormalEquations<3> sums;
+  for (const gxVector<2>& p : points) {
+    const gxVector<2> offset = p - arc.origin;
+    const double u = arc.normal * offset;
+    const double v = gf_Cross(arc.normal, offset);
+    const double square = u * u + v * v;
+    const double power = arc.bend * square + u;
+    const double root = std::sqrt(std::max(0.0, 1.0 + 4.0 * arc.bend * power));
+    const double d = 2.0 * power / (1.0 + root);
+    // At the centre itself the distance has no derivatives; any finite ones do.
+    const double scale = 1.0 / std::max(root, 1e-9);
+    sums.add({(square - d * d) * scale, (1.0 + 2.0 * arc.bend * u) * scale, v * scale}, d);
+  }
+  if (holdBend) sums.hold(0);
+  return sums;
+}
+
+// The arc after a step (bend, offset, turn), seen from a point of its own again.
+std::optional<gx_CircleArc> moved(const gx_CircleArc& arc, const std::array<double, 3>& step,
+                                  bool holdBend) {
+  const double offset = step[1];
+  double bend = arc.bend + step[0];
+  if (holdBend) bend = arc.bend;
+  const double square = 1.0 + 4.0 * bend * offset;
+  if (!(square > 0.0)) return std::nullopt;
+  const gxVector<2> across(-arc.normal.y(), arc.normal.x());
+  gxVector<2> normal = (arc.normal * std::cos(step[2]) + across * std::sin(step[2])).unit();
+  const gxVector<2> origin = arc.origin - normal * (2.0 * offset / (1.0 + std::sqrt(square)));
+  return gx_CircleArc{origin, normal, bend};
+}
+
+}  // namespace
+
+bool gx_CircleSolver::determined(const std::vector<gxVector<2>>& points) const {
+  if (gx_CountDistinct(points, kFewest) < kFewest) return false;
+  const gx_NearestLine line = gx_FindNearestLine(points);
+  return line.width > 4.0 * rounding_ && line.width > 1e-14 * line.length;
+}
+
+std::vector<gx_CircleArc> gx_CircleSolver::starts(const std::vector<gxVector<2>>& points) const {
+  std::vector<gx_CircleArc> result;
+  const std::optional<gx_CircleArc> free = algebraicFit(points);
+  if (!radius_) {
+    if (free) {
+      result.push_back(*free);
+    } else {
+      const gx_NearestLine line = gx_FindNearestLine(points);
+      result.push_back({line.point, gxVector<2>(-line.direction.y(), line.direction.x()), 0.0});
+    }
+    return result;
+  }
+  if (free) {
+    result.push_back(arcOf(free->center(), *radius_, free->normal));  // the same centre
+    result.push_back({free->origin, free->normal, 0.5 / *radius_});   // the same arc
+    result.push_back({free->origin, free->normal, -0.5 / *radius_});  // the arc bent the other way
+  } else {
+    const gx_NearestLine line = gx_FindNearestLine(points);
+    const gxVector<2> normal(-line.direction.y(), line.direction.x());
+    result.push_back({line.point, normal, 0.5 / *radius_});
+    result.push_back({line.point, normal, -0.5 / *radius_});
+  }
+  return result;
+}
+
+std::optional<gx_CircleArc> gx_CircleSolver::roughFit(const std::vector<gxVector<2>>& points) const {
+  return radius_ ? fit(points) : algebraicFit(points);
+}
+
+std::optional<gx_CircleArc> gx_CircleSolver::fit(const std::vector<gxVector<2>>& points) const {
+  if (!determined(points)) return std::nullopt;
+  const bool holdBend = radius_.has_value();
+  std::optional<gx_CircleArc> best;
+  double least = std::numeric_limits<double>::infinity();
+  for (const gx_CircleArc& start : starts(points)) {
+    const auto [arc, cost] = gx_LeastSquares<3>(
+        start, kMostEvaluations, [&](const gx_CircleArc& a) { return evaluate(a, points, holdBend); },
+        [&](const gx_CircleArc& a, const std::array<double, 3>& step) {
+          return moved(a, step, holdBend);
+        });
+    if (cost < least) {
+      least = cost;
+      best = arc;
+    }
+  }
+  // An arc whose height over the points' length is lost in rounding is a straight line.
+  const double length = gx_FindNearestLine(points).length;
+  if (best && std::fabs(best->bend) * length * length <= std::max(4.0 * rounding_, 1e-15))
+    return std::nullopt;
+  return best;
+}
+
+void gx_CircleSolver::distances(const gx_CircleArc& shape, const std::vector<gxVector<2>>& points,
+                                std::vector<double>& out) {
+  out.clear();
+  out.reserve(points.size());
+  for (const gxVector<2>& p : points) out.push_back(std::fabs(shape.distance(p)));
+}

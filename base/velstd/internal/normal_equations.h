@@ -1,0 +1,117 @@
+/// Least squares by the method of Levenberg and Marquardt, for the few unknowns of a fitted shape.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <optional>
+#include <utility>
+
+/// The normal equations of N unknowns: the sums JᵀJ and Jᵀd over the points, and the sum of d².
+template <std::size_t N>
+struct gx_NormalEquations {
+  std::array<std::array<double, N>, N> matrix{};  ///< JᵀJ; only i >= j is read
+  std::array<double, N> gradient{};               ///< Jᵀd
+  double cost = 0.0;                              ///< Σ d²
+
+  /// Adds a point of distance d with the given derivatives.
+  void add(const std::array<double, N>& derivatives, double d) {
+    for (std::size_t i = 0; i < N; ++i) {
+      for (std::size_t j = 0; j <= i; ++j) matrix[i][j] += derivatives[i] * derivatives[j];
+      gradient[i] += derivatives[i] * d;
+    }
+    cost += d * d;
+  }
+
+  /// Keeps unknown k where it is.
+  void hold(std::size_t k) {
+    for (std::size_t i = 0; i < N; ++i) (i >= k ? matrix[i][k] : matrix[k][i]) = i == k ? 1.0 : 0.0;
+    gradient[k] = 0.0;
+  }
+
+  /// Solves for the step that least squares proposes, each unknown damped in proportion to its own
+  /// diagonal element.  Returns nothing where the matrix is singular.
+  std::optional<std::array<double, N>> step(double damping) const {
+    std::array<std::array<double, N>, N> low{};
+    double trace = 0.0;
+    for (std::size_t i = 0; i < N; ++i) trace += matrix[i][i];
+    // An unknown that no point feels is held by this.
+    const double floor = trace * std::numeric_limits<double>::epsilon() * 0x1p-10;
+    for (std::size_t i = 0; i < N; ++i) {
+      for (std::size_t j = 0; j <= i; ++j) {
+        double value = matrix[i][j];
+        if (i == j) value += damping * value + floor;
+        for (std::size_t k = 0; k < j; ++k) value -= low[i][k] * low[j][k];
+        if (i != j) {
+          low[i][j] = value / low[j][j];
+        } else if (value > 0.0) {
+          low[i][i] = std::sqrt(value);
+        } else {
+          return std::nullopt;
+        }
+      }
+    }
+    std::array<double, N> delta{};
+    for (std::size_t i = 0; i < N; ++i) {
+      double value = -gradient[i];
+      for (std::size_t k = 0; k < i; ++k) value -= low[i][k] * delta[k];
+      delta[i] = value / low[i][i];
+    }
+    for (std::size_t i = N; i-- > 0;) {
+      double value = delta[i];
+      for (std::size_t k = i + 1; k < N; ++k) value -= low[k][i] * delta[k];
+      delta[i] = value / low[i][i];
+    }
+    return delta;
+  }
+
+  /// Returns the decrease of the cost that the undamped linear model promises for a step, to the
+  /// factor 2 at most.
+  double promised(const std::array<double, N>& delta) const {
+    double value = 0.0;
+    for (std::size_t i = 0; i < N; ++i) value -= gradient[i] * delta[i];
+    return value;
+  }
+};
+
+/// Refines a shape until the sum of squared distances stops falling, in at most `most` evaluations.
+///
+/// `evaluate(shape)` returns the normal equations at a shape, `moved(shape, step)` the shape after a
+/// step, or nothing where that is no shape any more.  Returns the shape with the least cost seen,
+/// and that cost.
+template <std::size_t N, class Shape, class Evaluate, class Moved>
+std::pair<Shape, double> gx_LeastSquares(const Shape& start, int most, const Evaluate& evaluate,
+                                         const Moved& moved) {
+  // A step that promises less than this part of the cost is the last one: it moves the unknowns by a
+  // few millionths of their own uncertainty, and what it leaves is its square.  Much smaller
+  // promises drown in the rounding of the cost, and would be rejected at random.
+  constexpr double kLastStep = 1e-12;
+  // Damping: small enough at first that a good start converges at once; given up when a step of no
+  // size helps.
+  constexpr double kFirstDamping = 1e-4;
+  constexpr double kLargestDamping = 1e8;
+
+  Shape best = start;
+  gx_NormalEquations<N> here = evaluate(best);
+  double damping = kFirstDamping;
+  for (int i = 1; i < most && here.cost > 0.0 && damping < kLargestDamping; ++i) {
+    const auto delta = here.step(damping);
+    const bool last = delta && here.promised(*delta) <= kLastStep * here.cost;
+    const std::optional<Shape> next = delta ? moved(best, *delta) : std::nullopt;
+    if (next) {
+      gx_NormalEquations<N> there = evaluate(*next);
+      if (there.cost < here.cost) {
+        best = *next;
+        here = std::move(there);
+        damping *= 0.05;
+        if (last) break;
+        continue;
+      }
+    }
+    if (last) break;
+    damping = std::max(damping, 1e-7) * 10.0;
+  }
+  return {best, here.cost};
+}
