@@ -5,7 +5,9 @@
 
 __extension__ using Quad = __float128;
 
-inline Quad quadAbs(Quad x) { return x < 0 ? -x : x; }
+inline Quad quadAbs(Quad x) {
+  return x < 0 ? -x : x;
+}
 
 /// Returns the square root, good to the last few of 113 bits.  (long double has the same range of
 /// exponents, so its root is a start for Newton's iteration everywhere.)

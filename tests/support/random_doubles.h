@@ -37,9 +37,9 @@ class RandomDoubles {
 
   /// Draws finite doubles that are trouble more often than not: zeros, ends of the range, denormals.
   double nasty() {
-    constexpr double kNasty[] = {0.0,      -0.0,     1.0,    -1.0,    1e308,   -1e308,
-                                 1.7e308,  -1.7e308, 5e-324, -5e-324, 2e-310,  2.3e-308,
-                                 -1e-160, 1e160,    1e-150, 3.0,     -1e154,  1e-300};
+    constexpr double kNasty[] = {0.0,     -0.0,     1.0,    -1.0,    1e308,  -1e308,
+                                 1.7e308, -1.7e308, 5e-324, -5e-324, 2e-310, 2.3e-308,
+                                 -1e-160, 1e160,    1e-150, 3.0,     -1e154, 1e-300};
     const int i = whole(24);
     return i < 18 ? kNasty[i] : anyFinite();
   }
