@@ -1,6 +1,7 @@
 /// Vertices by square cells, for lookup within a tolerance.
 #pragma once
 
+#include <cntr/export.h>
 #include <velstd/vector.h>
 
 #include <cstdint>
@@ -8,7 +9,7 @@
 
 /// The vertices of a contour in square cells as wide as a tolerance.  Cells are kept in the order
 /// of their coordinates, x first, the vertices of a cell in index order.
-class gx_VertexGrid {
+class GXSHAPE_API gx_VertexGrid {
  public:
   gx_VertexGrid(const std::vector<gxVector<2>>& points, double tolerance);
 
