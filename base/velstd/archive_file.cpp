@@ -132,13 +132,19 @@ class NewFile {
 
 #endif
 
-/// Follows a link to the file that it names, so that the link stays when the file is replaced.
-fs::path throughLinks(const fs::path& path) {
+/// Follows links to the file that they name, which need not exist, so that the links stay when the
+/// file is replaced.
+fs::path throughLinks(fs::path path) {
+  constexpr int kMostLinks = 40;  // as many as the system itself follows
   std::error_code reason;
-  if (!fs::is_symlink(fs::symlink_status(path, reason))) return path;
-  fs::path target = fs::weakly_canonical(path, reason);
-  if (reason) fail("cannot follow", path, reason);
-  return target;
+  for (int i = 0; fs::is_symlink(fs::symlink_status(path, reason)); ++i) {
+    if (i == kMostLinks)
+      fail("cannot follow", path, std::make_error_code(std::errc::too_many_symbolic_link_levels));
+    const fs::path next = fs::read_symlink(path, reason);
+    if (reason) fail("cannot follow", path, reason);
+    path = path.parent_path() / next;
+  }
+  return path;
 }
 
 }  // namespace

@@ -1,0 +1,60 @@
+// The registry: names, order, factories.
+#include <gtest/gtest.h>
+#include <velstd/circle.h>
+#include <velstd/registry.h>
+#include <velstd/xform_base.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+class First : public gxPersistent {
+ public:
+  static gxPersistent* make() { return new First; }
+};
+template <class T>
+class Of : public gxPersistent {};
+
+gxPersistent* makeAnother() {
+  return new gxPersistent;
+}
+
+}  // namespace
+
+TEST(RegistryNames, AreThoseOfTheSourceText) {
+  EXPECT_EQ(gf_ClassName(typeid(gxCircle)), "gxCircle");
+  EXPECT_EQ(gf_ClassName(typeid(Of<gxCircle>)), "(anonymous namespace)::Of<gxCircle>");
+}
+
+TEST(RegistryOrder, BeginsWithTheBaseLibrarysOwnClasses) {
+  const std::vector<std::string> names = gx_Instantiator::registeredClasses();
+  ASSERT_GE(names.size(), 6U);
+  EXPECT_EQ(std::vector<std::string>(names.begin(), names.begin() + 6),
+            (std::vector<std::string>{"gxLine", "gxLineSeg", "gxRect", "gxCircle", "gx2XformLinear",
+                                      "gx2Rigid"}));
+}
+
+TEST(RegistryFactories, MakeDefaultObjectsOfTheClass) {
+  for (const char* name : {"gxLine", "gxLineSeg", "gxRect", "gxCircle", "gx2XformLinear", "gx2Rigid"}) {
+    const std::unique_ptr<gxPersistent> object(gx_Instantiator::make(name));
+    ASSERT_NE(object, nullptr) << name;
+    const gxPersistent& made = *object;
+    EXPECT_EQ(gf_ClassName(typeid(made)), name);
+  }
+}
+
+TEST(RegistryFactories, AreNullForAnUnknownName) {
+  EXPECT_EQ(gx_Instantiator::make("gxNothing"), nullptr);
+  EXPECT_EQ(gx_Instantiator::factory(""), nullptr);
+  EXPECT_EQ(gx_Instantiator::make("gx2XformBase"), nullptr) << "abstract";
+}
+
+TEST(RegistryFactories, OfANameRegisteredAgainStayTheFirst) {
+  const std::size_t before = gx_Instantiator::registeredClasses().size();
+  const gx_Instantiator first(typeid(First), &First::make);
+  const gx_Instantiator second(typeid(First), &makeAnother);
+  EXPECT_EQ(gx_Instantiator::registeredClasses().size(), before + 1);
+  EXPECT_EQ(gx_Instantiator::registeredClasses().back(), "(anonymous namespace)::First");
+  EXPECT_EQ(gx_Instantiator::factory("(anonymous namespace)::First"), &First::make);
+}
