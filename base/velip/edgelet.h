@@ -5,7 +5,11 @@
 #include <velip/export.h>
 #include <velstd/vector.h>
 
+#include <cstddef>
+
 class gxArchive;
+template <class T>
+struct gx_LeastEncodedSize;
 
 /// An edge point: a position, the edge's magnitude there and the direction of its gradient.
 /// The default is at (0, 0) with magnitude 0 and angle 0.
@@ -32,3 +36,8 @@ class VELIP_API gxEdgelet {
 
 /// Stores or loads an edge point: position, magnitude, angle.
 VELIP_API gxArchive& operator||(gxArchive& archive, gxEdgelet& edgelet);
+
+template <>
+struct gx_LeastEncodedSize<gxEdgelet> {
+  static constexpr std::size_t value = 19;
+};
