@@ -119,8 +119,6 @@ class GXSHAPE_API gxContourT : public virtual gxContour {
   /// Assigns data and transform, not the points.
   void assignData_(const gxContourT& other);
   void assignData_(gxContourT&& other) noexcept;
-  /// Exchanges data and transforms with `other`.
-  void swapData_(gxContourT& other) noexcept;
 
  private:
   struct Edges {
@@ -304,7 +302,7 @@ class GXSHAPE_API gxRegionSetT : public gxRegionSet {
   void makePointsConsistentWithData() override;
   void cleanCacheInfo() override;
   void setAssigned_() override;
-  std::function<void()> viewKeeper_() const override;
+  std::function<void()> viewKeeper_() override;
 
  private:
   static gx_Instantiator sExemplar;

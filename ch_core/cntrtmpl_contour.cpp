@@ -9,6 +9,7 @@
 #include <ch_core/cntrtmpl.h>
 #include <velip/pel.h>
 
+#include <type_traits>
 #include <utility>
 
 template <class T>
@@ -72,11 +73,6 @@ void gxContourT<T>::assignData_(const gxContourT& other) {
 template <class T>
 void gxContourT<T>::assignData_(gxContourT&& other) noexcept {
   const Edges old = std::exchange(edges_, std::exchange(other.edges_, Edges()));
-}
-
-template <class T>
-void gxContourT<T>::swapData_(gxContourT& other) noexcept {
-  std::swap(edges_, other.edges_);
 }
 
 template <class T>

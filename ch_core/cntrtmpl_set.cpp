@@ -129,8 +129,8 @@ void gxRegionSetT<T>::setAssigned_() {
 }
 
 template <class T>
-std::function<void()> gxRegionSetT<T>::viewKeeper_() const {
-  return [this, kept = regionsT_] { const_cast<gxRegionSetT*>(this)->regionsT_ = kept; };
+std::function<void()> gxRegionSetT<T>::viewKeeper_() {
+  return [this, kept = regionsT_]() mutable { regionsT_.swap(kept); };
 }
 
 template class gxRegionSetT<gxEdgelet>;

@@ -76,7 +76,7 @@ void gxRegionSet::assignSet_(gxRegionSet&& other) noexcept {
 
 void gxRegionSet::setAssigned_() {}
 
-std::function<void()> gxRegionSet::viewKeeper_() const {
+std::function<void()> gxRegionSet::viewKeeper_() {
   return {};
 }
 

@@ -181,9 +181,9 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   /// Follows an assignment that was made through this base: a derived class brings its own view in
   /// step with the new regions.  What the set remembers came along and is kept.
   virtual void setAssigned_();
-  /// Returns what puts a derived class's own view back as it is now, throwing nothing, for a change
-  /// that fails after the view was brought in step; empty for a plain set.
-  virtual std::function<void()> viewKeeper_() const;
+  /// Returns what puts a derived class's own view back as it is now, once and without throwing, for a
+  /// change that fails after the view was brought in step; empty for a plain set.
+  virtual std::function<void()> viewKeeper_();
 
   /// Replaces the regions and does nothing else: memory and view stay as they are.  For derived
   /// classes that do their own.
