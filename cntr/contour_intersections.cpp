@@ -68,7 +68,7 @@ std::vector<gxVector<2>> gxContour::intersections(const gxContour& other) const 
 }
 
 bool gxContour::isSelfIntersecting() const {
-  if (state_.points.empty()) return false;
+  if (state_.points.size() < 2) return false;  // a point that is not finite would make an edge
   gx_ContourMemory& memory = state_.memory;
   if (memory.selfIntersectingValid) return memory.selfIntersecting;
   gx_countComputation(gx_Computation::eSelfIntersection);

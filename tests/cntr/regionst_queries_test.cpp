@@ -1,0 +1,146 @@
+// Containment and distance of sets: the regions in their order, and what is met on the way.
+#include <cntr/regionst.h>
+#include <gtest/gtest.h>
+#include <support/random_shapes.h>
+#include <support/shape_text.h>
+
+#include <limits>
+#include <vector>
+
+namespace {
+
+using Handle = gxPtrHandle_const<gxRegion>;
+using Handles = std::vector<Handle>;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInf = std::numeric_limits<double>::infinity();
+
+std::vector<gxVector<2>> box(double x, double y, double size) {
+  return {{x, y}, {x + size, y}, {x + size, y + size}, {x, y + size}};
+}
+
+Handle square(double x, double y, double size = 1.0) {
+  return Handle(new gxRegion(box(x, y, size)));
+}
+
+Handle ring(double x, double y) {  // 4 by 4 with a hole of 2 by 2
+  const gxPtrHandle<gxRegion> region(new gxRegion(box(x, y, 4)));
+  region->holes({square(x + 1, y + 1, 2)});
+  return region;
+}
+
+}  // namespace
+
+// ---- Containment --------------------------------------------------------------------------------
+
+TEST(RegionSetInside, IsInsideAnyRegion) {
+  const gxRegionSet set({square(0, 0), square(5, 0)});
+  EXPECT_TRUE(set.inside({0.5, 0.4}, true));
+  EXPECT_TRUE(set.inside({5.5, 0.4}, true));
+  EXPECT_FALSE(set.inside({3, 0.4}, true));
+}
+
+TEST(RegionSetInside, PassesTheFlagOn) {
+  const gxRegionSet set({ring(0, 0)});
+  EXPECT_FALSE(set.inside({2, 2.1}, true));
+  EXPECT_TRUE(set.inside({2, 2.1}, false));
+}
+
+TEST(RegionSetInside, RegionInAnothersHoleCounts) {
+  const gxRegionSet set({ring(0, 0), square(1.5, 1.5)});
+  EXPECT_TRUE(set.inside({2, 2.1}, true));
+}
+
+TEST(RegionSetInside, EmptySetHoldsNoPoint) {
+  EXPECT_FALSE(gxRegionSet().inside({0, 0}, true));
+}
+
+TEST(RegionSetInside, FirstRegionThatHoldsThePointEndsTheSearch) {
+  const gxRegionSet set({square(0, 0), nullptr});
+  EXPECT_TRUE(set.inside({0.5, 0.4}, false));
+  EXPECT_THROW(static_cast<void>(set.inside({7, 7}, false)), gxBadPointer);
+  const gxRegionSet tooFew({square(0, 0), Handle(new gxRegion)});
+  EXPECT_TRUE(tooFew.inside({0.5, 0.4}, false));
+  EXPECT_THROW(static_cast<void>(tooFew.inside({7, 7}, false)), gxContourDefs::EmptyContour);
+}
+
+TEST(RegionSetInside, NaNIsOutside) {
+  EXPECT_FALSE(gxRegionSet({square(0, 0)}).inside({kNaN, 0.5}, true));
+}
+
+// ---- Distance -----------------------------------------------------------------------------------
+
+TEST(RegionSetDistance, IsTheSmallestOfTheRegions) {
+  const gxRegionSet set({square(0, 0), square(5, 0)});
+  EXPECT_EQ(set.distToPoint({4, 0.5}, false, false, false), 1.0);
+  EXPECT_EQ(set.distToPoint({2, 0.5}, false, false, false), 1.0);
+}
+
+TEST(RegionSetDistance, OfAPointInsideOneOfTwoDependsOnTheFlag) {
+  const gxRegionSet set({square(0, 0, 4), square(10, 0)});
+  EXPECT_EQ(set.distToPoint({1, 2}, false, false, false), 1.0);
+  EXPECT_EQ(set.distToPoint({1, 2}, false, false, true), 0.0);
+}
+
+TEST(RegionSetDistance, PassesTheThreeFlagsInOrder) {
+  const gxRegionSet set({ring(0, 0)});
+  const gxVector<2> inHole(2, 1.5);
+  EXPECT_EQ(set.distToPoint(inHole, false, false, false), 0.5);
+  EXPECT_EQ(set.distToPoint(inHole, false, true, true), 0.5);   // the hole is outside
+  EXPECT_EQ(set.distToPoint(inHole, false, false, true), 0.0);  // the hole does not count
+  EXPECT_EQ(set.distToPoint(inHole, true, true, false), inHole.distance({1, 1}));
+  EXPECT_EQ(set.distToPoint(inHole, true, false, false), inHole.distance({0, 0}));
+}
+
+TEST(RegionSetDistance, NaNDistancesAreInfinite) {
+  const gxRegionSet set({square(0, 0), square(5, 0)});
+  EXPECT_EQ(set.distToPoint({kNaN, 0}, false, false, false), kInf);
+  const gxRegionSet mixed({Handle(new gxRegion({{kNaN, 0}, {kNaN, 1}, {kNaN, 2}})), square(5, 0)});
+  EXPECT_EQ(mixed.distToPoint({4, 0.5}, true, false, false), gxVector<2>(4, 0.5).distance({5, 0}));
+}
+
+TEST(RegionSetDistance, EmptySetThrows) {
+  EXPECT_THROW(static_cast<void>(gxRegionSet().distToPoint({0, 0}, false, false, false)),
+               gxContourDefs::EmptyRegionSet);
+}
+
+TEST(RegionSetDistance, NullHandleAndEmptyRegionThrowEvenWhenTheDistanceIsZeroAlready) {
+  EXPECT_THROW(
+      static_cast<void>(gxRegionSet({square(0, 0), nullptr}).distToPoint({0.5, 0.4}, false, false, true)),
+      gxBadPointer);
+  EXPECT_THROW(static_cast<void>(gxRegionSet({square(0, 0), Handle(new gxRegion)})
+                                     .distToPoint({0.5, 0.4}, false, false, true)),
+               gxContourDefs::EmptyContour);
+}
+
+// ---- Random sets against plain loops ------------------------------------------------------------
+
+TEST(RegionSetQueries, RandomSetsMatchPlainLoops) {
+  RandomShapes random("region set queries", 1500);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    Handles handles;
+    std::vector<gxVector<2>> last = pointsOf("0 0, 1 0");
+    const int count = random.integer(1, 5);
+    for (int i = 0; i < count; ++i) {
+      std::vector<gxVector<2>> points = random.placed(random.outline());
+      if (points.size() < 2) continue;  // those throw; see above
+      last = points;
+      handles.emplace_back(new gxRegion(points));
+    }
+    const gxRegionSet set(handles);
+    const gxVector<2> point = random.pointNear(last);
+    bool inside = false;
+    for (const Handle& region : handles) inside = inside || region->inside(point, true);
+    EXPECT_EQ(set.inside(point, true), inside);
+    if (handles.empty()) continue;
+    for (const bool vertexOnly : {true, false}) {
+      double nearest = kInf;
+      for (const Handle& region : handles) {
+        const double distance = region->distToPoint(point, vertexOnly, true, true);
+        if (distance < nearest) nearest = distance;
+      }
+      EXPECT_EQ(set.distToPoint(point, vertexOnly, true, true), nearest);
+    }
+  }
+}
