@@ -30,7 +30,7 @@ void appendUtf8(std::string& out, std::uint32_t code) {
 std::string utf8(const std::wstring& text) {
   std::string result;
   for (const wchar_t c : text) {
-    const auto code = static_cast<std::uint32_t>(c);
+    const std::uint32_t code = std::char_traits<wchar_t>::to_int_type(c);
     const bool isCharacter = code < 0xd800U || (code > 0xdfffU && code <= 0x10ffffU);
     appendUtf8(result, isCharacter ? code : 0xfffdU);
   }

@@ -7,9 +7,9 @@
 // free to hold the address of the next.
 #include <velstd/handle.h>
 
-#include <cstdint>
+#include <bit>
 
-static_assert(sizeof(long) == sizeof(std::intptr_t), "a dead object's count holds an address");
+static_assert(sizeof(long) == sizeof(void*), "a dead object's count holds an address");
 
 gxRepBase::~gxRepBase() = default;
 
@@ -41,8 +41,7 @@ void gx_PtrHandleBase_RepAccessor::acquire(const gxRepBase* rep) noexcept {
 void gx_PtrHandleBase_RepAccessor::release(const gxRepBase* rep) noexcept {
   if (rep == nullptr || gfInterlockedDecrement(rep->count_) != 0) return;
   if (deletions.running == kMostNestedDeletions) {
-    rep->count_.store(static_cast<long>(reinterpret_cast<std::intptr_t>(deletions.waiting)),
-                      std::memory_order_relaxed);
+    rep->count_.store(std::bit_cast<long>(deletions.waiting), std::memory_order_relaxed);
     deletions.waiting = rep;
     return;
   }
@@ -50,8 +49,9 @@ void gx_PtrHandleBase_RepAccessor::release(const gxRepBase* rep) noexcept {
   delete rep;
   while (deletions.running == 1 && deletions.waiting != nullptr) {
     const gxRepBase* next = deletions.waiting;
-    deletions.waiting = reinterpret_cast<const gxRepBase*>(next->count_.load(std::memory_order_relaxed));
-    delete next;
+    deletions.waiting = std::bit_cast<const gxRepBase*>(next->count_.load(std::memory_order_relaxed));
+    // The analyzer does not see that only dead objects wait, each of them once.
+    delete next;  // NOLINT(clang-analyzer-cplusplus.NewDelete)
   }
   --deletions.running;
 }

@@ -1,6 +1,10 @@
 // The operations of 2 × 2 matrices that are more than a line: rotation and skew, determinant,
-// inverse by the adjugate.  Where the determinant has overflowed or may have underflowed, the inverse
-// is taken of the matrix scaled by a power of two.
+// inverse by the adjugate.
+//
+// Where the determinant has overflowed or may have underflowed, rows and then columns are multiplied
+// by powers of two until the largest element of each lies in [1, 2), which is exact; that matrix is
+// inverted, and the powers are put back.  (One power for the whole matrix was not enough: with
+// elements of 1e-300 and 1e10 on the diagonal, the smaller one is then lost.)
 #include <velstd/exception.h>
 #include <velstd/internal/scaled_vector.h>
 #include <velstd/matrix.h>
@@ -8,6 +12,17 @@
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
+
+namespace {
+
+// Returns the exponent of the larger of the two.  Throws: gxMathError::Singular when both are 0.
+int exponentOf(double a, double b) {
+  const double largest = std::max(std::abs(a), std::abs(b));
+  if (largest == 0.0) throw gxMathError::Singular();
+  return std::ilogb(largest);
+}
+
+}  // namespace
 
 gxMatrix<2>::gxMatrix(const gxRadian& rotation, const gxRadian& skew, double scale0, double scale1)
     : m00_(scale0 * std::cos(rotation.toDouble())),
@@ -33,21 +48,24 @@ bool gxMatrix<2>::isFinite_() const {
 
 gxMatrix<2> gxMatrix<2>::inverse() const {
   if (!isFinite_()) throw gxMathError::Singular();
-  gxMatrix m = *this;
-  double det = determinant();
-  double scale = 1.0;
-  if (!gf_IsSafe(det)) {
-    const double largest =
-        std::max(std::max(std::abs(m00_), std::abs(m01_)), std::max(std::abs(m10_), std::abs(m11_)));
-    if (largest == 0.0) throw gxMathError::Singular();
-    // The largest power of two below 1 / largest; for the smallest denormals the last finite one.
-    scale = std::scalbn(1.0, std::min(-std::ilogb(largest), 1023));
-    m = m * scale;
-    det = m.determinant();
-  }
-  if (det == 0.0) throw gxMathError::Singular();
-  const gxMatrix result(m.m11_ / det * scale, -m.m01_ / det * scale, -m.m10_ / det * scale,
-                        m.m00_ / det * scale);
+  const double det = determinant();
+  const gxMatrix result =
+      gf_IsSafe(det) ? gxMatrix(m11_ / det, -m01_ / det, -m10_ / det, m00_ / det) : balancedInverse_();
   if (!result.isFinite_()) throw gxMathError::Singular();
   return result;
+}
+
+gxMatrix<2> gxMatrix<2>::balancedInverse_() const {
+  const int row0 = exponentOf(m00_, m01_);
+  const int row1 = exponentOf(m10_, m11_);
+  const gxMatrix half(std::scalbn(m00_, -row0), std::scalbn(m01_, -row0), std::scalbn(m10_, -row1),
+                      std::scalbn(m11_, -row1));
+  const int column0 = exponentOf(half.m00_, half.m10_);
+  const int column1 = exponentOf(half.m01_, half.m11_);
+  const gxMatrix m(std::scalbn(half.m00_, -column0), std::scalbn(half.m01_, -column1),
+                   std::scalbn(half.m10_, -column0), std::scalbn(half.m11_, -column1));
+  const double det = m.determinant();
+  if (det == 0.0) throw gxMathError::Singular();
+  return {std::scalbn(m.m11_ / det, -column0 - row0), std::scalbn(-m.m01_ / det, -column0 - row1),
+          std::scalbn(-m.m10_ / det, -column1 - row0), std::scalbn(m.m00_ / det, -column1 - row1)};
 }

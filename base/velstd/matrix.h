@@ -53,6 +53,7 @@ class VELSTD_API gxMatrix<2> {
 
  private:
   bool isFinite_() const;
+  gxMatrix balancedInverse_() const;
 
   double m00_ = 0.0;
   double m01_ = 0.0;

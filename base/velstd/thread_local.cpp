@@ -1,11 +1,12 @@
-// One record a thread, made when the thread first needs it: its number, its values by key, and the
-// functions to run at its end.
+// Each thread has a number, kept in a plain thread-local integer, and a record, made when the thread
+// first sets a value or registers a function: its values by key, and the functions to run at its end.
 //
 // The record lies on the heap behind a plain pointer, and an object whose destructor the language
 // runs at thread exit ends it: first the functions, newest first, while the values are still there,
 // then the record itself.  The idea that failed was the record as a thread-local object: other
 // thread-local objects may be destroyed later still, and what they called would have used a dead
-// record.  They get a new, empty record now, which nothing ends.
+// record.  Now they find no values, and what they set makes a late record, which nothing ends; a
+// list keeps those, so that they are not lost.
 #include <velstd/thread_local.h>
 
 #include <atomic>
@@ -15,24 +16,23 @@
 
 namespace {
 
-std::uint64_t nextNumber() {
-  static std::atomic<std::uint64_t> last{0};
-  return ++last;
-}
-
 struct ThreadRecord {
-  std::uint64_t number = nextNumber();
   std::unordered_map<std::uint64_t, void*> values;
   std::vector<std::function<void()>> atExit;
+  ThreadRecord* nextLate = nullptr;
 };
 
 thread_local ThreadRecord* current = nullptr;
+thread_local bool ended = false;
+
+std::atomic<ThreadRecord*> lateRecords{nullptr};
 
 struct ThreadEnd {
   ThreadEnd() = default;
   ThreadEnd(const ThreadEnd&) = delete;
   ThreadEnd& operator=(const ThreadEnd&) = delete;
   ~ThreadEnd() {
+    if (current == nullptr) return;
     while (!current->atExit.empty()) {
       const std::function<void()> function = std::move(current->atExit.back());
       current->atExit.pop_back();
@@ -43,15 +43,23 @@ struct ThreadEnd {
     }
     delete current;
     current = nullptr;
+    ended = true;
   }
 };
 
+void keepLate(ThreadRecord* record) {
+  record->nextLate = lateRecords.load();
+  while (!lateRecords.compare_exchange_weak(record->nextLate, record)) {}
+}
+
 ThreadRecord& thisThread() {
   if (current == nullptr) {
-    current = new ThreadRecord;
     thread_local const ThreadEnd end;
+    current = new ThreadRecord;
+    if (ended) keepLate(current);
   }
-  return *current;
+  // The analyzer ends `end` where its block ends, not where the thread does.
+  return *current;  // NOLINT(clang-analyzer-core.uninitialized.UndefReturn)
 }
 
 std::uint64_t nextKey() {
@@ -62,7 +70,9 @@ std::uint64_t nextKey() {
 }  // namespace
 
 gxThreadID gfGetCurrentThreadID() {
-  return gxThreadID(thisThread().number);
+  static std::atomic<std::uint64_t> last{0};
+  thread_local const std::uint64_t number = ++last;
+  return gxThreadID(number);
 }
 
 void gxThreadID::atexit(std::function<void()> function) {
@@ -71,12 +81,10 @@ void gxThreadID::atexit(std::function<void()> function) {
 
 gx_ThreadLocal::gx_ThreadLocal() : key_(nextKey()) {}
 
-gx_ThreadLocal::~gx_ThreadLocal() = default;
-
 void* gx_ThreadLocal::OSValue() const {
-  const auto& values = thisThread().values;
-  const auto found = values.find(key_);
-  return found == values.end() ? nullptr : found->second;
+  if (current == nullptr) return nullptr;
+  const auto found = current->values.find(key_);
+  return found == current->values.end() ? nullptr : found->second;
 }
 
 void gx_ThreadLocal::OSValue(void* value) {

@@ -38,7 +38,7 @@ class VELSTD_API gx_ThreadLocal {
   gx_ThreadLocal();
   gx_ThreadLocal(const gx_ThreadLocal&) = delete;
   gx_ThreadLocal& operator=(const gx_ThreadLocal&) = delete;
-  ~gx_ThreadLocal();
+  ~gx_ThreadLocal() = default;
 
   /// Returns the calling thread's value.
   void* OSValue() const;

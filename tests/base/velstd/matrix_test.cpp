@@ -110,6 +110,13 @@ TEST(MatrixInverse, LargeAndSmallElementsAreNoObstacle) {
   EXPECT_EQ(M(0x1p-1022, 0, 0, 0x1p-1022).inverse(), M(0x1p1022, 0, 0, 0x1p1022));
 }
 
+TEST(MatrixInverse, ElementsOfVeryDifferentSizes) {
+  EXPECT_EQ(M(0x1p-1000, 0, 0, 0x1p40).inverse(), M(0x1p1000, 0, 0, 0x1p-40));
+  EXPECT_EQ(M(0, 0x1p-1000, 0x1p1000, 0).inverse(), M(0, 0x1p-1000, 0x1p1000, 0));
+  EXPECT_EQ(M(0x1p-1000, 0x1p-1000, 0, 0x1p-40).inverse(), M(0x1p1000, -0x1p40, 0, 0x1p40));
+  EXPECT_EQ(M(0x1p600, 0, 0x1p600, 0x1p-900).inverse(), M(0x1p-600, 0, -0x1p900, 0x1p900));
+}
+
 TEST(MatrixInverse, RandomMatricesTimesTheirInverseAreTheIdentity) {
   constexpr std::uint64_t kSeed = 131;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);

@@ -172,6 +172,7 @@ gx_ThreadLocal& lateLocal() {
 }
 std::atomic<int> lateSeen{-1};
 std::atomic<std::uint64_t> lateNumber{0};
+std::atomic<bool> lateKept{false};
 
 // Destroyed after the thread's record, because it was made before it.
 struct AsksLate {
@@ -181,19 +182,26 @@ struct AsksLate {
   ~AsksLate() {
     lateSeen = lateLocal().OSValue() == nullptr ? 0 : 1;
     lateNumber = gfGetCurrentThreadID().number();
+    int value = 0;
+    lateLocal().OSValue(&value);
+    lateKept = lateLocal().OSValue() == &value;
+    gxThreadID::atexit([] { lateSeen = -2; });  // too late: never run
   }
   void touch() const {}
 };
 
-TEST(ThreadAtExit, DestructorsThatOutliveTheRecordFindAnEmptyOne) {
-  std::thread([] {
+TEST(ThreadAtExit, DestructorsThatRunLaterStillFindNoValuesAndMaySetNewOnes) {
+  std::uint64_t number = 0;
+  std::thread([&] {
     static thread_local AsksLate late;
     late.touch();
+    number = gfGetCurrentThreadID().number();
     int value = 0;
     lateLocal().OSValue(&value);
   }).join();
   EXPECT_EQ(lateSeen, 0);
-  EXPECT_NE(lateNumber, 0U);
+  EXPECT_EQ(lateNumber, number);
+  EXPECT_TRUE(lateKept);
 }
 
 TEST(ThreadAtExitDeathTest, OnTheMainThreadFunctionsRunWhenTheProgramExits) {
