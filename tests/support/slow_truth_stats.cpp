@@ -1,0 +1,238 @@
+// Moments and spread, the slow and plain way.
+#include <support/slow_truth_stats.h>
+#include <velstd/circle_fit.h>
+#include <velstd/ellipse_fit.h>
+#include <velstd/exception.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace slow {
+
+namespace {
+
+// Coordinates relative to the first point, so that a shape far away loses no digits.
+Points relative(const Points& points) {
+  Points result;
+  for (const gxVector<2>& p : points) result.push_back(p - points[0]);
+  return result;
+}
+
+double twiceArea(const gxVector<2>& previous, const gxVector<2>& current) {
+  return current.y() * previous.x() - previous.y() * current.x();
+}
+
+gxVector<2> middle(const gxVector<2>& u, const gxVector<2>& v) {
+  return {(u.x() + v.x()) * 0.5, (u.y() + v.y()) * 0.5};
+}
+
+// Where two medians meet.
+gxVector<2> triangleCentroid(const gxVector<2>& o, const gxVector<2>& p, const gxVector<2>& q) {
+  const gxLineSeg first(o, middle(p, q));
+  const gxLineSeg second(p, middle(o, q));
+  return first.line().intersect(second.line());
+}
+
+std::vector<Moments> fan(const Points& points, const gxVector<2>& apex) {
+  std::vector<Moments> triangles;
+  for (const auto& [from, to] : edges({points, true})) {
+    triangles.push_back(triangleMoments(apex, points[from], points[to]));
+  }
+  return triangles;
+}
+
+double sumOfAreas(const std::vector<Moments>& triangles) {
+  double sum = 0.0;
+  for (const Moments& t : triangles) sum += t.area;
+  return sum;
+}
+
+// The triangles added up in three passes, the large ones first.
+Moments addedUp(const std::vector<Moments>& triangles) {
+  const double mean = sumOfAreas(triangles) / static_cast<double>(triangles.size());
+  const double threshold = mean > 0 ? 1e-6 : -1e-6;
+  std::vector<bool> added(triangles.size(), false);
+  Moments sum;
+  const auto pass = [&](auto wanted) {
+    for (std::size_t i = 0; i < triangles.size(); ++i) {
+      if (added[i] || !wanted(triangles[i].area)) continue;
+      sum = add(sum, triangles[i]);
+      added[i] = true;
+    }
+  };
+  pass([&](double a) { return a > mean || (mean < 0 && a < mean); });
+  pass([&](double a) { return a > threshold || (threshold < 0 && a < threshold); });
+  pass([](double) { return true; });
+  return sum;
+}
+
+gxMatrix<2> rotation(double angle) {
+  return {gxRadian(angle), gxRadian(angle), 1.0, 1.0};
+}
+
+double eighthRoot(double value) {
+  return std::sqrt(std::sqrt(std::sqrt(value)));
+}
+
+}  // namespace
+
+double area(const Points& points) {
+  if (points.empty()) return 0.0;
+  const Points local = relative(points);
+  double sum = 0.0;
+  for (const auto& [from, to] : edges({local, true})) sum += twiceArea(local[from], local[to]);
+  return std::abs(sum * 0.5);
+}
+
+gxVector<2> centerOfMass(const Points& points) {
+  if (points.size() <= 2) return {0.0, 0.0};
+  const Points local = relative(points);
+  double total = 0.0;
+  double sumX = 0.0;
+  double sumY = 0.0;
+  for (const auto& [from, to] : edges({local, true})) {
+    const double w = twiceArea(local[from], local[to]);
+    if (!(std::abs(w) > 1e-15)) continue;
+    const gxVector<2> g = triangleCentroid({0.0, 0.0}, local[from], local[to]);
+    total += w;
+    sumX += g.x() * w;
+    sumY += g.y() * w;
+  }
+  if (!(std::abs(total) > 1e-6)) return {0.0, 0.0};
+  return gxVector<2>((1.0 / total) * sumX, (1.0 / total) * sumY) + points[0];
+}
+
+Moments triangleMoments(const gxVector<2>& corner0, const gxVector<2>& corner1,
+                        const gxVector<2>& corner2) {
+  gxVector<2> c = corner0;
+  gxVector<2> p = corner1;
+  gxVector<2> q = corner2;
+  for (int turns = 0; turns < 2; ++turns) {  // to a side that holds the foot of the altitude
+    const gxLineSeg side(c, p);
+    if (!(side.distToPoint(q) - 1e-10 > side.line().distToPoint(q))) break;
+    const gxVector<2> first = c;
+    c = p;
+    p = q;
+    q = first;
+  }
+  const gxVector<2> foot = gxLineSeg(c, p).line().proj(q);
+  const double a = foot.distance(c);
+  const double b = foot.distance(p);
+  const double h = foot.distance(q);
+
+  double size = (a + b) * h * 0.5;
+  const double x = (b - a) * (1.0 / 3.0);
+  double y = h * (1.0 / 3.0);
+  const double sxx = (a * a * a + b * b * b) * h * (1.0 / 12.0) - x * x * size;
+  const double syy = (a + b) * (h * h * h) * (1.0 / 12.0) - y * y * size;
+  double sxy = (b * b - a * a) * (h * h) * (1.0 / 24.0) - y * x * size;
+
+  const double cross = (p.x() - c.x()) * (q.y() - c.y()) - (q.x() - c.x()) * (p.y() - c.y());
+  if (!(cross >= 0)) {
+    size = -size;
+    y = -y;
+    sxy = -sxy;
+  }
+  const double theta = (p - c).angle().toDouble();
+  const double cosine = std::cos(theta);
+  const double sine = std::sin(theta);
+  Moments result;
+  result.area = size;
+  result.center = foot + rotation(theta) * gxVector<2>(x, y);
+  const double m00 = cosine * cosine * sxx - 2.0 * sine * cosine * sxy + sine * sine * syy;
+  const double m11 = sine * sine * sxx + 2.0 * sine * cosine * sxy + cosine * cosine * syy;
+  const double m01 = (cosine * cosine - sine * sine) * sxy + sine * cosine * sxx - sine * cosine * syy;
+  result.matrix = gxMatrix<2>(m00, m01, m01, m11);
+  return result;
+}
+
+Moments add(const Moments& first, const Moments& second) {
+  const double a1 = first.area;
+  const double a2 = second.area;
+  if (!(a1 < 0) && !(a1 > 0)) return second;
+  if (!(a2 < 0) && !(a2 > 0)) return first;
+  gxVector<2> c(0.0, 0.0);
+  if (std::abs(a2 + a1) > 1e-16) c = (second.center * a2 + first.center * a1) * (1.0 / (a2 + a1));
+  const gxVector<2> d1 = c - first.center;
+  const gxVector<2> d2 = c - second.center;
+  double s1 = 1.0;
+  double s2 = 1.0;
+  double w1 = a1;
+  double w2 = a2;
+  if (a1 * a2 > 0) {
+    w1 = std::abs(a1);
+    w2 = std::abs(a2);
+  } else if (a1 * a2 < 0) {
+    (a1 > a2 ? s2 : s1) = -1.0;
+  }
+  const gxMatrix<2>& m1 = first.matrix;
+  const gxMatrix<2>& m2 = second.matrix;
+  const double m00 = w1 * d1.x() * d1.x() + s1 * m1.m00() + s2 * m2.m00() + w2 * d2.x() * d2.x();
+  const double m01 = s1 * m1.m01() + w1 * d1.x() * d1.y() + s2 * m2.m01() + w2 * d2.x() * d2.y();
+  const double m11 = w1 * d1.y() * d1.y() + s1 * m1.m11() + s2 * m2.m11() + w2 * d2.y() * d2.y();
+  return {a2 + a1, c, gxMatrix<2>(m00, m01, m01, m11)};
+}
+
+Moments polygonMoments(const Points& points) {
+  if (points.size() < 3) return {};
+  const gxVector<2> apex = centerOfMass(points);
+  const std::vector<Moments> triangles = fan(points, apex);
+  if (!(sumOfAreas(triangles) < 0)) return addedUp(triangles);
+  Points back = points;
+  std::reverse(back.begin(), back.end());
+  Moments moments = addedUp(fan(back, apex));
+  moments.area = -moments.area;
+  return moments;
+}
+
+gxEllipse ellipseOf(const Moments& moments) {
+  constexpr double kPiSquared = 9.869604401089358;
+  const gxMatrix<2>& m = moments.matrix;
+  const double theta = 0.5 * std::atan2(2.0 * m.m01(), m.m00() - m.m11());
+  const gxMatrix<2> turned = (rotation(-theta) * m) * rotation(theta);
+  const double d0 = std::abs(turned.m00());
+  const double d1 = std::abs(turned.m11());
+  if (!(d0 > 1e-12 && d1 > 1e-12)) throw gxMathError::Singular();
+  gxEllipse::gxEllipseGeom geom;
+  geom.center = moments.center;
+  const double r0 = eighthRoot(16.0 * (d0 * d0 * d0) / (kPiSquared * d1));
+  geom.radii = {r0, eighthRoot(16.0 * (d1 * d1 * d1) / (kPiSquared * d0))};
+  geom.rotation = gxRadian(theta);
+  return gxEllipse(geom);
+}
+
+void fitEllipse(const Points& points, gxEllipse& ellipse, double& residual) {
+  try {
+    const gxEllipseFitParams params(static_cast<gxEllipseFitDefs::fit_mode>(0), gxRadian(0.0), 0,
+                                    HUGE_VAL);
+    gxEllipseFitResults results;
+    gfEllipseFit(params, points, results);
+    ellipse = results.ellipse();
+    residual = results.residual();
+    return;
+  } catch (const gxException&) {  // then a circle
+  }
+  try {
+    const gxCircleFitParams params(static_cast<gxCircleFitDefs::fit_mode>(0), 1.0, 0, HUGE_VAL);
+    gxCircleFitResults results;
+    gfCircleFit(params, points, results);
+    ellipse = gxEllipse(results.circle());
+    residual = results.residual();
+    return;
+  } catch (const gxException&) {  // then nothing
+  }
+  ellipse = gxEllipse();
+  residual = -1.0;
+}
+
+double standardDeviation(const std::vector<double>& values) {
+  const double reciprocal = 1.0 / static_cast<double>(values.size());
+  double sum = 0.0;
+  for (const double v : values) sum += v;
+  const double mean = sum * reciprocal;
+  double squares = 0.0;
+  for (const double v : values) squares += (v - mean) * (v - mean);
+  return std::sqrt(squares * reciprocal);
+}
+
+}  // namespace slow
