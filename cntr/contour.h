@@ -17,6 +17,7 @@
 #include <velstd/vector.h>
 #include <velstd/xform.h>
 
+#include <cstdint>
 #include <vector>
 
 class gxRegion;
@@ -268,7 +269,19 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// Throws: EmptyContour below 2 points.  Remembers: the median.
   double medianFeatureSize() const;
 
+  /// Tells whether the contour has so many points that the edge index is faster than a scan.
+  bool indexPays_() const { return state_.points.size() > kFewPoints; }
+  /// Returns the edge index, made first where there is none.  Remembers: the index.
+  const gx_EdgeIndex& edgeIndex_() const;
+  /// Asks for the upright enclosing rectangle, as a query does, and tells whether the answer is the
+  /// true box of the points; it may be that of a shear, remembered under the same key.  `since`
+  /// keeps from one call to the next how it was known, 0 at first.
+  bool uprightBoxIsTrue_(std::uint64_t& since) const;
+
  private:
+  // Up to here a scan over the edge list is at least as fast as any tree.
+  static constexpr std::size_t kFewPoints = 64;
+
   // Everything a contour is made of, so that copying and moving are the language's own.
   struct State {
     unsigned long label = 0;
@@ -282,8 +295,6 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   static gx_Instantiator sExemplar;
 
   void computeLineSegs() const;
-  bool indexPays_() const;
-  const gx_EdgeIndex& edgeIndex_() const;
 
   State state_;
 };

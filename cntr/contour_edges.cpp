@@ -62,11 +62,6 @@ const std::vector<bool>& gxContour::validLine() const {
   return state_.memory.validLine;
 }
 
-// Up to 64 points a scan over the edge list is at least as fast as any tree.
-bool gxContour::indexPays_() const {
-  return state_.points.size() > 64;
-}
-
 const gx_EdgeIndex& gxContour::edgeIndex_() const {
   auto& index = state_.memory.edgeIndex;
   if (!index) {

@@ -87,3 +87,14 @@ gxRect gxContour::encloseRect(const gxXform<2>& xform) const {
   memo.insert(xform, box, state_.cachedVectorSize);
   return box;
 }
+
+bool gxContour::uprightBoxIsTrue_(std::uint64_t& since) const {
+  const auto& memo = state_.memory.encloseRects.made();
+  if (since != 0 && since == memo.changes()) return true;
+  const gxRect box = encloseRect(gxXform<2>::I);
+  const gx_Box& bounds = edgeIndex_().bounds();
+  const bool isTrue = box.origin() == gxVector<2>(bounds.lowX, bounds.lowY) &&
+                      box.corner() == gxVector<2>(bounds.highX, bounds.highY);
+  since = isTrue ? memo.changes() : 0;
+  return isTrue;
+}

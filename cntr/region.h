@@ -182,6 +182,8 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   void takeOver_(gxRegion& source);
   void applyMode_(gxContourDefs::IntersectionMode mode);
   void checkHoles_(const std::vector<HoleHandle>& holes) const;
+  bool isInOutline_(const gxVector<2>& point) const;
+  gxVector<2> rayFrom_(const gxVector<2>& point) const;
   long insideCount(const gxVector<2>& point, bool bothWays) const;
   void outerHullRegularize(gxRegion& result, bool hull) const;
   void splice(const gxRegion& other, gxRegion& result) const;

@@ -2,19 +2,23 @@
 //
 // Counting crossings of a ray:
 //   1. A point outside the upright box of the outline has none.
-//   2. A point within 1e-6 of a vertex is inside: one.  The directions from the point to all other
-//      vertices are collected on the way.
+//   2. A point within 1e-6 of a vertex is inside: one.
 //   3. A point farther from the first vertex than the radius of the circle around that vertex which
 //      holds all others is outside: none.  (A ray of twice that radius might end inside.)
 //   4. The ray leaves through the middle of the first sector between neighbouring directions that is
 //      wider than π / n, so that it grazes no vertex; along the x axis where there is none.
+//      (Of many vertices the index gives the first few directions, internal/directions.)
 //   5. Count its crossings with the outline, over twice the radius; both ways where asked, keeping
 //      the smaller count.
+//
+// Only whether the count is odd matters to containment, and of most points a grid of cells knows that
+// without a ray (internal/containment_grid); the others go the way of the ray.
 //
 // Inside: an odd count, and not in a hole.  A hole asks the same question of itself, with its own
 // holes, so an island in a hole is inside again.  The questions are kept on a list, not on the
 // stack: holes may nest ten thousand deep.  A region that comes up again on its own path would
 // nest for ever.
+#include <cntr/internal/directions.h>
 #include <cntr/region.h>
 
 #include <algorithm>
@@ -29,23 +33,22 @@ constexpr double kPi = 3.141592653589793;
 // Within this of a vertex a point counts as on it, and so as inside.
 constexpr double kOnVertex = 1e-6;
 
-// Collects the directions to the vertices in [0, 2π); false when the point is on a vertex.  A
-// distance that is not a number is not greater than the limit either.
-bool directionsTo(const std::vector<gxVector<2>>& vertices, const gxVector<2>& point,
-                  std::vector<double>& angles) {
-  angles.reserve(vertices.size());
-  for (const gxVector<2>& vertex : vertices) {
-    const gxVector<2> d = vertex - point;
-    if (!(d.len() > kOnVertex)) return false;
-    angles.push_back(d.angle().norm().toDouble());
-  }
-  return true;
+// Tells by looking at every vertex whether the point is on one.  A distance that is not a number is
+// not greater than the limit either.
+bool isOnVertex(const std::vector<gxVector<2>>& vertices, const gxVector<2>& point) {
+  return std::any_of(vertices.begin(), vertices.end(), [&point](const gxVector<2>& vertex) {
+    return !((vertex - point).len() > kOnVertex);
+  });
 }
 
-gxVector<2> throughFirstWideGap(std::vector<double>& angles) {
+// Returns the unit vector through the middle of the first gap above π / n among all directions.
+gxVector<2> throughFirstWideGap(const std::vector<gxVector<2>>& vertices, const gxVector<2>& point,
+                                double wide) {
+  std::vector<double> angles;
+  angles.reserve(vertices.size());
+  for (const gxVector<2>& vertex : vertices) angles.push_back(gx_directionTo(point, vertex));
   std::sort(angles.begin(), angles.end(),
             [](double a, double b) { return !std::isnan(a) && (std::isnan(b) || a < b); });
-  const double wide = kPi / static_cast<double>(angles.size());
   for (std::size_t k = 0; k < angles.size(); ++k) {
     const double next = angles[k + 1 < angles.size() ? k + 1 : 0];
     const double gap = gxRadian(next - angles[k]).norm().toDouble();
@@ -68,13 +71,25 @@ class Path {
 
 }  // namespace
 
+// The unit vector along the ray of step 4.
+gxVector<2> gxRegion::rayFrom_(const gxVector<2>& point) const {
+  const double wide = kPi / static_cast<double>(points().size());
+  double before = 0.0;
+  double gap = 0.0;
+  if (indexPays_() && gx_firstWideGap(edgeIndex_(), points(), point, wide, before, gap)) {
+    return {1.0, gxRadian(before + gap * 0.5)};
+  }
+  return throughFirstWideGap(points(), point, wide);
+}
+
 long gxRegion::insideCount(const gxVector<2>& point, bool bothWays) const {
   if (!encloseRect(gxXform<2>::I).within(point)) return 0;
-  std::vector<double> angles;
-  if (!directionsTo(points(), point, angles)) return 1;
+  const bool onVertex = indexPays_() ? gx_isOnVertex(edgeIndex_(), points(), point, kOnVertex)
+                                     : isOnVertex(points(), point);
+  if (onVertex) return 1;
   const double radius = encloseCircle(gxContourDefs::eFirstPoint).radius();
   if (point.distance(points().front()) > radius) return 0;
-  const gxVector<2> ray = throughFirstWideGap(angles) * (2.0 * radius);
+  const gxVector<2> ray = rayFrom_(point) * (2.0 * radius);
   const auto crossings = [this, &point](const gxVector<2>& end) {
     return static_cast<long>(gxContour::intersections(gxLineSeg(point, end), false).size());
   };
@@ -82,12 +97,26 @@ long gxRegion::insideCount(const gxVector<2>& point, bool bothWays) const {
   return bothWays ? std::min(ahead, crossings(point - ray)) : ahead;
 }
 
+bool gxRegion::isInOutline_(const gxVector<2>& point) const {
+  using Answer = gx_ContainmentGrid::Answer;
+  if (indexPays_() && uprightBoxIsTrue_(memory_.rectangleTrueAt)) {
+    if (!edgeIndex_().bounds().holds(point)) return false;
+    if (!memory_.containment) {
+      memory_.containment.made(points(), edgeIndex_(),
+                               encloseCircle(gxContourDefs::eFirstPoint).radius());
+    }
+    const Answer answer = memory_.containment.get()->locate(points(), point);
+    if (answer != Answer::eUnsure) return answer == Answer::eInside;
+  }
+  return insideCount(point, false) % 2 != 0;
+}
+
 bool gxRegion::inside(const gxVector<2>& point, bool considerHoles) const {
   struct Question {
     const gxRegion* region;
     std::size_t nextHole;
   };
-  if (insideCount(point, false) % 2 == 0) return false;
+  if (!isInOutline_(point)) return false;
   if (!considerHoles || holes_.empty()) return true;
 
   Path path;
@@ -102,7 +131,7 @@ bool gxRegion::inside(const gxVector<2>& point, bool considerHoles) const {
     while (top.nextHole < top.region->holes_.size()) {
       const gxRegion* hole = &*top.region->holes_[top.nextHole++];
       path.enter(hole);
-      if (hole->insideCount(point, false) % 2 != 0) {
+      if (hole->isInOutline_(point)) {
         open.push_back({hole, 0});
         descended = true;
         break;

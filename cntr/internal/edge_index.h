@@ -34,6 +34,10 @@ struct gx_Box {
   bool meets(const gx_Box& o) const {
     return highX >= o.lowX && o.highX >= lowX && highY >= o.lowY && o.highY >= lowY;
   }
+  /// Tells whether the point lies in the box or on its border; false for NaN.
+  bool holds(const gxVector<2>& p) const {
+    return p.x() >= lowX && p.x() <= highX && p.y() >= lowY && p.y() <= highY;
+  }
   /// Returns a bound below the square of the distance of any point of the box from `p`; exact but
   /// for rounding.
   double squareFrom(const gxVector<2>& p) const {

@@ -1,9 +1,13 @@
 /// Everything a region remembers beside what its outline remembers.
 #pragma once
 
+#include <cntr/internal/containment_grid.h>
+#include <cntr/internal/deep_ptr.h>
 #include <velstd/handle.h>
 #include <velstd/matrix.h>
 #include <velstd/vector.h>
+
+#include <cstdint>
 
 class gxRegion;
 
@@ -33,6 +37,12 @@ struct gx_RegionMemory {
   bool outerHullValid = false;
   gxPtrHandle_const<gxRegion> outerHull;
 
+  // The grid that answers most containment queries, made by the first one that it pays for.  It
+  // stands for the ray only while the remembered upright rectangle of the outline is the true one,
+  // which is known to be so at this count of changes of that memory.
+  gx_DeepPtr<gx_ContainmentGrid> containment;
+  std::uint64_t rectangleTrueAt = 0;
+
   /// Forgets every result.
   void drop() noexcept {
     centerWithHolesValid = centerNoHolesValid = false;
@@ -40,5 +50,7 @@ struct gx_RegionMemory {
     areaWithHoles = areaNoHoles = 0.0;
     inertiaWithHolesValid = inertiaNoHolesValid = false;
     regularizedValid = outerHullValid = false;
+    containment.reset();
+    rectangleTrueAt = 0;
   }
 };
