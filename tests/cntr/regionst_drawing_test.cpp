@@ -63,7 +63,8 @@ TEST(RegionSetDrawing, EmptySetDrawsNothing) {
 
 TEST(RegionSetDrawing, NullHandleThrowsAfterTheRegionsBeforeIt) {
   gxRecordingTablet tablet;
-  EXPECT_THROW(gxRegionSet({square(0, 0), nullptr, square(5, 5)}).draw(tablet, kRed, gxUITablet::eImageLayer),
-               gxBadPointer);
+  EXPECT_THROW(
+      gxRegionSet({square(0, 0), nullptr, square(5, 5)}).draw(tablet, kRed, gxUITablet::eImageLayer),
+      gxBadPointer);
   EXPECT_EQ(tablet.segments().size(), 4U);
 }

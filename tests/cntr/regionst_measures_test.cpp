@@ -41,6 +41,13 @@ gxXform<2> shift(double tx) {
   return {gxMatrix<2>(1, 0, 0, 1), gxVector<2>(tx, 0)};
 }
 
+// Of room for every rectangle, so that only the set that holds it draws.
+Handle roomySquare() {
+  const gxPtrHandle<gxRegion> region(new gxRegion(box(0, 0, 1)));
+  region->cachedVectorSize(1000);
+  return region;
+}
+
 // Which of these transforms the set answers from memory.  Each is asked of a copy of its own, so
 // that the questions do not change what is remembered.
 std::vector<bool> remembered(const gxRegionSet& set, const std::vector<gxXform<2>>& xforms) {
@@ -201,7 +208,8 @@ TEST(RegionSetInertia, AddsTheRecordsInOrder) {
   const Handles handles{square(0, 0), square(5, 1, 2), square(-7, 3, 0.5)};
   gx_InertiaData sum;
   for (const Handle& region : handles) {
-    sum = sum + gx_InertiaData(region->area(false), region->centerOfMass(false), region->inertiaMatrix(false));
+    sum = sum +
+          gx_InertiaData(region->area(false), region->centerOfMass(false), region->inertiaMatrix(false));
   }
   EXPECT_EQ(gxRegionSet(handles).inertiaMatrix(false), sum.inertiaMatrix());
 }
@@ -302,7 +310,8 @@ TEST(RegionSetEncloseRect, NaNInYxAloneIsNoKeyOfItsOwn) {
 }
 
 TEST(RegionSetEncloseRect, FailuresRememberNothing) {
-  EXPECT_THROW(static_cast<void>(gxRegionSet().encloseRect(gxXform<2>::I)), gxContourDefs::EmptyRegionSet);
+  EXPECT_THROW(static_cast<void>(gxRegionSet().encloseRect(gxXform<2>::I)),
+               gxContourDefs::EmptyRegionSet);
   const gxRegionSet nullFirst({nullptr, square(0, 0)});
   const gxRegionSet nullLast({square(0, 0), nullptr});
   const gxRegionSet onePoint({square(0, 0), Handle(new gxRegion({{1, 1}}))});
@@ -338,7 +347,7 @@ TEST(RegionSetEviction, SizeZeroRemembersTheLatestOnly) {
 
 TEST(RegionSetEviction, TakesThePlaceThatTheThreadsGeneratorDraws) {
   onFreshThread([] {
-    const gxRegionSet set({square(0, 0)});
+    const gxRegionSet set({roomySquare()});
     gxRandomUniform generator(1);
     std::vector<int> known{0, 1, 2, 3};  // in key order
     for (int i = 0; i < 40; ++i) {
@@ -366,8 +375,20 @@ TEST(RegionSetEviction, IsReproducibleOnEveryThread) {
   EXPECT_EQ(seen[0], seen[2]);
 }
 
-// The region's rectangle memory is filled too while the set computes, so the region evicts as well:
-// first the region's draw, then the set's.
+// The region remembers a rectangle as well while the set computes one, so a region of ordinary size
+// draws first, then the set.
+TEST(RegionSetEviction, RegionAndSetDrawInTurn) {
+  onFreshThread([] {
+    const gxRegionSet set({square(0, 0)});
+    gxRandomUniform generator(1);
+    for (int i = 0; i < 5; ++i) static_cast<void>(set.encloseRect(shift(i)));
+    static_cast<void>(generator.next(0.0, 4.0));  // the region's
+    std::vector<bool> expected(5, true);
+    expected[static_cast<std::size_t>(gfIFloor(generator.next(0.0, 4.0)))] = false;
+    EXPECT_EQ(remembered(set, shifts(5)), expected);
+  });
+}
+
 TEST(RegionSetEviction, ContoursAndSetsDrawFromOneGenerator) {
   onFreshThread([] {
     const gxContour contour(box(0, 0, 1));
@@ -376,9 +397,7 @@ TEST(RegionSetEviction, ContoursAndSetsDrawFromOneGenerator) {
     static_cast<void>(generator.next(0.0, 4.0));
     static_cast<void>(generator.next(0.0, 4.0));
 
-    const gxPtrHandle<gxRegion> roomy(new gxRegion(box(0, 0, 1)));
-    roomy->cachedVectorSize(100);  // so that only the set draws
-    const gxRegionSet set({roomy});
+    const gxRegionSet set({roomySquare()});
     for (int i = 0; i < 5; ++i) static_cast<void>(set.encloseRect(shift(i)));
     std::vector<bool> expected(5, true);
     expected[static_cast<std::size_t>(gfIFloor(generator.next(0.0, 4.0)))] = false;
@@ -457,7 +476,8 @@ gxVector<2> plainCenter(const Handles& handles, bool considerHoles) {
 gxRect plainRect(const Handles& handles, const gxXform<2>& xform) {
   if (handles.empty()) throw gxContourDefs::EmptyRegionSet();
   gxRect rect = gxContour(handles.front()->points()).encloseRect(xform);
-  for (const Handle& region : handles) rect = rect.enclose(gxContour(region->points()).encloseRect(xform));
+  for (const Handle& region : handles)
+    rect = rect.enclose(gxContour(region->points()).encloseRect(xform));
   return rect;
 }
 
@@ -513,7 +533,8 @@ TEST(RegionSetMeasures, TwentyThousandRegionsAreTheirSumsAndExtremes) {
   EXPECT_EQ(set.encloseRect(gxXform<2>::I), plainRect(handles, gxXform<2>::I));
   gx_InertiaData sum;
   for (const Handle& region : handles) {
-    sum = sum + gx_InertiaData(region->area(false), region->centerOfMass(false), region->inertiaMatrix(false));
+    sum = sum +
+          gx_InertiaData(region->area(false), region->centerOfMass(false), region->inertiaMatrix(false));
   }
   EXPECT_EQ(set.inertiaMatrix(false), sum.inertiaMatrix());
 

@@ -7,8 +7,7 @@
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
 
-#include <algorithm>
-#include <limits>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -49,6 +48,15 @@ gxRegionSet hullOf(const gxRegionSet& set) {
   return result;
 }
 
+// What becomes of two regions that meet.
+gxRegion joined(const Handle& a, const Handle& b) {
+  gxRegion spliced;
+  gx_RegionInside::splice(*a, *b, spliced);
+  gxRegion result;
+  spliced.regularize(result);
+  return result;
+}
+
 bool meet(const gxRegion& a, const gxRegion& b) {
   return !static_cast<const gxContour&>(a).intersections(static_cast<const gxContour&>(b)).empty();
 }
@@ -67,7 +75,8 @@ TEST(RegionSetSelfIntersection, RegionWhollyInsideAnotherDoesNotCount) {
 
 TEST(RegionSetSelfIntersection, OverlappingOutlinesCount) {
   EXPECT_TRUE(gxRegionSet(overlapping()).isSelfIntersecting());
-  EXPECT_TRUE(gxRegionSet({square(20, 20), square(0, 0, 2), square(50, 0), square(1, 1, 2)}).isSelfIntersecting());
+  EXPECT_TRUE(gxRegionSet({square(20, 20), square(0, 0, 2), square(50, 0), square(1, 1, 2)})
+                  .isSelfIntersecting());
 }
 
 TEST(RegionSetSelfIntersection, TouchingOutlinesCount) {
@@ -144,45 +153,67 @@ TEST(RegionSetSelfIntersection, FailureLeavesNoVerdict) {
 TEST(RegionSetSelfIntersection, HugeInfiniteAndNaNCoordinatesAreAnswered) {
   EXPECT_NO_THROW(static_cast<void>(
       gxRegionSet({square(-1e308, -1e308, 1.5e308), square(0, 0, 1e308)}).isSelfIntersecting()));
-  EXPECT_NO_THROW(static_cast<void>(
-      gxRegionSet({regionOf("0 0, inf 0, 0 -inf"), regionOf("nan 0, 1 nan, 2 2")}).isSelfIntersecting()));
+  EXPECT_NO_THROW(
+      static_cast<void>(gxRegionSet({regionOf("0 0, inf 0, 0 -inf"), regionOf("nan 0, 1 nan, 2 2")})
+                            .isSelfIntersecting()));
 }
+
+namespace {
+
+// The answer as text, or the name of what was thrown instead.
+template <class Ask>
+std::string outcome(Ask ask) {
+  try {
+    std::ostringstream text;
+    text << ask();
+    return text.str();
+  } catch (const gxContourDefs::EmptyContour&) {
+    return "EmptyContour";
+  } catch (const gxContourDefs::BadParams& e) {
+    return "BadParams " + std::string(e.what());
+  } catch (const gxBadPointer&) {
+    return "BadPointer";
+  }
+}
+
+bool plainVerdict(const Handles& handles) {
+  bool crossing = false;
+  for (const Handle& region : handles) crossing = region->isSelfIntersecting() || crossing;
+  for (std::size_t i = 0; i < handles.size(); ++i) {
+    for (std::size_t j = i + 1; j < handles.size(); ++j) {
+      if (meet(*handles[i], *handles[j])) return true;
+    }
+  }
+  return crossing;
+}
+
+Handles randomRegions(RandomShapes& random, double spread) {
+  Handles handles;
+  const int count = random.integer(1, 8);
+  for (int i = 0; i < count; ++i) {
+    const gxVector<2> center(random.uniform(-spread, spread), random.uniform(-spread, spread));
+    if (random.chance(0.02)) {
+      handles.push_back(nullptr);
+    } else if (random.chance(0.85)) {
+      handles.emplace_back(new gxRegion(random.star(random.integer(3, 20), center, 1, 6)));
+    } else {
+      handles.emplace_back(new gxRegion(random.outline()));
+    }
+  }
+  return handles;
+}
+
+}  // namespace
 
 TEST(RegionSetSelfIntersection, RandomSetsMatchPlainLoops) {
   RandomShapes random("region set self-intersection", 1500);
   int crossing = 0;
   while (random.next()) {
     SCOPED_TRACE(random.trace());
-    Handles handles;
-    const int count = random.integer(1, 8);
-    for (int i = 0; i < count; ++i) {
-      const gxVector<2> center(random.uniform(-30, 30), random.uniform(-30, 30));
-      handles.emplace_back(new gxRegion(random.chance(0.8) ? random.star(random.integer(3, 20), center, 1, 6)
-                                                           : random.outline()));
-    }
-    bool expected = false;
-    std::string thrown;
-    try {
-      for (const Handle& region : handles) expected = region->isSelfIntersecting() || expected;
-      for (std::size_t i = 0; i < handles.size() && !meet(*handles[i], *handles[i]); ++i) {
-      }
-      bool pairs = false;
-      for (std::size_t i = 0; i + 1 < handles.size() && !pairs; ++i) {
-        for (std::size_t j = i + 1; j < handles.size() && !pairs; ++j) pairs = meet(*handles[i], *handles[j]);
-      }
-      expected = expected || pairs;
-    } catch (const gxContourDefs::EmptyContour&) {
-      thrown = "EmptyContour";
-    }
-    // The loop above asks every region about itself, which a set does not: such failures are the
-    // loop's own unless the set fails too.
-    try {
-      const bool answer = gxRegionSet(handles).isSelfIntersecting();
-      if (thrown.empty()) EXPECT_EQ(answer, expected);
-      crossing += answer ? 1 : 0;
-    } catch (const gxContourDefs::EmptyContour&) {
-      EXPECT_EQ(thrown, "EmptyContour");
-    }
+    const Handles handles = randomRegions(random, 30);
+    const std::string expected = outcome([&] { return plainVerdict(handles); });
+    EXPECT_EQ(outcome([&] { return gxRegionSet(handles).isSelfIntersecting(); }), expected);
+    crossing += expected == "1" ? 1 : 0;
   }
   EXPECT_GT(crossing, 100);
 }
@@ -238,10 +269,12 @@ TEST(RegionSetRepair, WorkerRefusesAnEmptySet) {
 // ---- Repair -------------------------------------------------------------------------------------
 
 TEST(RegionSetRepair, TwoOverlappingSquaresBecomeOneInSlotZero) {
-  const gxRegionSet result = regularized(gxRegionSet(overlapping()));
+  const Handles handles = overlapping();
+  const gxRegionSet result = regularized(gxRegionSet(handles));
   ASSERT_EQ(result.regions().size(), 1U);
-  EXPECT_DOUBLE_EQ(result.area(false), 7.0);
+  EXPECT_EQ(*result.regions()[0], joined(handles[0], handles[1]));
   EXPECT_FALSE(result.isSelfIntersecting());
+  EXPECT_EQ(result.encloseRect(gxXform<2>::I), gxRect(gxVector<2>(0, 0), gxVector<2>(3, 3)));
 }
 
 TEST(RegionSetRepair, CrossingRegionIsRepairedByItself) {
@@ -261,19 +294,21 @@ TEST(RegionSetRepair, MergedRegionTakesTheLowerSlotAndTheLastMovesIntoTheHigher)
   // 0 and 2 overlap; 1 and 3 stand alone.
   const Handle lone = square(20, 0);
   const Handle last = square(40, 0);
-  const gxRegionSet set({square(0, 0, 2), lone, square(1, 1, 2), last});
+  const Handles pair = overlapping();
+  const gxRegionSet set({pair[0], lone, pair[1], last});
   const gxRegionSet result = regularized(set);
   ASSERT_EQ(result.regions().size(), 3U);
-  EXPECT_DOUBLE_EQ(result.regions()[0]->area(false), 7.0);
+  EXPECT_EQ(*result.regions()[0], joined(pair[0], pair[1]));
   EXPECT_EQ(*result.regions()[1], *lone);
   EXPECT_EQ(*result.regions()[2], *last);
 }
 
 TEST(RegionSetRepair, LastRegionMergedNeedsNoMove) {
   const Handle lone = square(20, 0);
-  const gxRegionSet result = regularized(gxRegionSet({square(0, 0, 2), lone, square(1, 1, 2)}));
+  const Handles pair = overlapping();
+  const gxRegionSet result = regularized(gxRegionSet({pair[0], lone, pair[1]}));
   ASSERT_EQ(result.regions().size(), 2U);
-  EXPECT_DOUBLE_EQ(result.regions()[0]->area(false), 7.0);
+  EXPECT_EQ(*result.regions()[0], joined(pair[0], pair[1]));
   EXPECT_EQ(*result.regions()[1], *lone);
 }
 
@@ -291,7 +326,7 @@ TEST(RegionSetRepair, ChainOfOverlapsStaysUnmerged) {
   const Handle r = square(9, 4, 2);
   const gxRegionSet result = regularized(gxRegionSet({p, q, r}));
   ASSERT_EQ(result.regions().size(), 2U);
-  EXPECT_DOUBLE_EQ(result.regions()[0]->area(false), 102.0);  // P and half of Q
+  EXPECT_EQ(*result.regions()[0], joined(p, q));
   EXPECT_EQ(*result.regions()[1], *r);
   EXPECT_TRUE(meet(*result.regions()[0], *result.regions()[1]));
   EXPECT_TRUE(result.isSelfIntersecting());
@@ -304,7 +339,72 @@ TEST(RegionSetRepair, SecondPassMergesWhatTheFirstLeft) {
   ASSERT_EQ(set.regions().size(), 2U);
   set.regularize(set);
   ASSERT_EQ(set.regions().size(), 1U);
-  EXPECT_DOUBLE_EQ(set.area(false), 104.0);
+  EXPECT_EQ(set.encloseRect(gxXform<2>::I), gxRect(gxVector<2>(-1, 0), gxVector<2>(12, 10)));
+}
+
+namespace {
+
+// The merge pass with indices into a list of outlines, nothing shared.
+std::vector<gxRegion> plainRepair(const Handles& handles, bool hull) {
+  std::vector<gxRegion> work;
+  for (const Handle& region : handles) work.push_back(*region);
+  for (std::size_t i = 0; i + 1 < work.size(); ++i) {
+    for (std::size_t j = i + 1; j < work.size(); ++j) {
+      if (!meet(work[i], work[j])) continue;
+      gxRegion spliced;
+      gx_RegionInside::splice(work[i], work[j], spliced);
+      work[i] = spliced;
+      work[j] = gxRegion(work.back());
+      work.pop_back();
+    }
+  }
+  for (gxRegion& region : work) {
+    gxRegion repaired;
+    if (hull) {
+      region.outerHull(repaired);
+    } else {
+      region.regularize(repaired);
+    }
+    region = repaired;
+  }
+  return work;
+}
+
+std::string asText(const gxRegion& region) {
+  std::ostringstream text;
+  for (const gxVector<2>& p : region.points()) PrintTo(p, &text);
+  return text.str() + '\n';
+}
+
+}  // namespace
+
+TEST(RegionSetRepair, RandomSetsMatchPlainLoops) {
+  RandomShapes random("region set repair", 600);
+  int repaired = 0;
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const Handles handles = randomRegions(random, 12);
+    const bool hull = random.chance(0.5);
+    const std::string expected = outcome([&] {
+      std::string text;
+      if (!plainVerdict(handles)) {
+        for (const Handle& region : handles) text += asText(*region);
+      } else {
+        for (const gxRegion& region : plainRepair(handles, hull)) text += asText(region);
+        ++repaired;
+      }
+      return text;
+    });
+    EXPECT_EQ(outcome([&] {
+                std::string text;
+                const gxRegionSet result =
+                    hull ? hullOf(gxRegionSet(handles)) : regularized(gxRegionSet(handles));
+                for (const Handle& region : result.regions()) text += asText(*region);
+                return text;
+              }),
+              expected);
+  }
+  EXPECT_GT(repaired, 100);
 }
 
 TEST(RegionSetRepair, RepairedRegionsHaveNoHoles) {
@@ -395,33 +495,53 @@ TEST(RegionSetRepair, NullHandleThrowsAndTheTargetIsUntouched) {
 
 TEST(RegionSetRepair, NullHandleInTheMergePassThrows) {
   gxRegionSet result;
-  EXPECT_THROW(gx_RegionSetInside::outerHullRegularize(gxRegionSet({nullptr, square(0, 0)}), result, false),
+  EXPECT_THROW(
+      gx_RegionSetInside::outerHullRegularize(gxRegionSet({nullptr, square(0, 0)}), result, false),
+      gxBadPointer);
+  EXPECT_THROW(
+      gx_RegionSetInside::outerHullRegularize(gxRegionSet({square(0, 0), nullptr}), result, true),
+      gxBadPointer);
+  EXPECT_THROW(gx_RegionSetInside::outerHullRegularize(gxRegionSet({nullptr}), result, true),
                gxBadPointer);
-  EXPECT_THROW(gx_RegionSetInside::outerHullRegularize(gxRegionSet({square(0, 0), nullptr}), result, true),
-               gxBadPointer);
-  EXPECT_THROW(gx_RegionSetInside::outerHullRegularize(gxRegionSet({nullptr}), result, true), gxBadPointer);
   EXPECT_TRUE(result.regions().empty());
 }
 
-// A region of two points crosses the square; splicing works, but a region of too few points cannot
-// be repaired.
+// Every edge of a pentagram is crossed, so none can be proved to lie outside.
 TEST(RegionSetRepair, FailingRegionFailsTheSetAndNothingIsRemembered) {
-  const gxRegionSet set({eight(), Handle(new gxRegion({{5, 5}, {6, 6}})), Handle(new gxRegion)});
-  gxRegionSet result({square(7, 7)});
+  const Handle pentagram = regionOf("0 10, 6 -8, -9.5 3, 9.5 3, -6 -8");
+  const gxRegionSet set({square(50, 50), pentagram});
+  const Handles before{square(7, 7)};
+  gxRegionSet result(before);
   const Computed merges(gx_Computation::eSetRegularize);
-  std::string first;
+  const Computed hulls(gx_Computation::eSetOuterHull);
   for (int i = 0; i < 2; ++i) {
     try {
       set.regularize(result);
       FAIL() << "repaired";
-    } catch (const gxContourDefs::EmptyContour&) {
-      first += 'x';
     } catch (const gxContourDefs::BadParams& e) {
-      first += e.message().empty() ? 'e' : 'm';
+      EXPECT_EQ(e.message(), L"invalid contour");
     }
+    EXPECT_THROW(set.outerHull(result), gxContourDefs::BadParams);
   }
-  EXPECT_EQ(first.size(), 2U);
-  EXPECT_EQ(first[0], first[1]);
   EXPECT_EQ(merges.times(), 2);
-  EXPECT_EQ(*result.regions()[0], *square(7, 7));
+  EXPECT_EQ(hulls.times(), 2);
+  EXPECT_EQ(result.regions(), before);
+}
+
+TEST(RegionSetRepair, RegionOfTooFewPointsThatCrossesAnotherCannotBeMergedIntoAnything) {
+  const Handle line(new gxRegion({{-1, 0.4}, {2, 0.6}}));
+  gxRegionSet set({line, square(0, 0)});
+  ASSERT_TRUE(set.isSelfIntersecting());
+  const std::string expected = outcome([&] { return asText(joined(line, square(0, 0))); });
+  EXPECT_EQ(outcome([&] { return asText(*regularized(set).regions().at(0)); }), expected);
+}
+
+TEST(RegionSetRepair, FailingRepairIntoItselfChangesNothing) {
+  const Handles handles{square(50, 50), regionOf("0 10, 6 -8, -9.5 3, 9.5 3, -6 -8")};
+  gxRegionSet set(handles);
+  EXPECT_THROW(set.regularize(set), gxContourDefs::BadParams);
+  EXPECT_THROW(set.outerHull(set), gxContourDefs::BadParams);
+  EXPECT_EQ(set.regions(), handles);
+  EXPECT_THROW(set.add(square(80, 80), gxContourDefs::eOuterHull), gxContourDefs::BadParams);
+  EXPECT_EQ(set.regions(), handles);
 }

@@ -1,0 +1,106 @@
+// Moments and spread against the slow truth, bit for bit.
+#include <cntr/shapestat.h>
+#include <support/random_shapes.h>
+#include <support/same_bits.h>
+#include <support/slow_truth_stats.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+slow::Moments plain(const gx_InertiaData& data) {
+  return {data.area(), data.centerOfMass(), data.inertiaMatrix()};
+}
+
+gx_InertiaData record(const slow::Moments& m) {
+  return {m.area, m.center, m.matrix};
+}
+
+std::vector<gxEdgelet> edgeletsAt(const slow::Points& points) {
+  std::vector<gxEdgelet> edgelets;
+  for (const gxVector<2>& p : points) edgelets.emplace_back(p, 7, gxAngle8(3));
+  return edgelets;
+}
+
+TEST(SlowTruthStats, AreaAndCenter) {
+  RandomShapes random("area and center", 1500);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const slow::Points points = random.outline();
+    EXPECT_TRUE(agree([&] { return gf_Area(points); }, [&] { return slow::area(points); }));
+    EXPECT_TRUE(agree([&] { return gf_Area(edgeletsAt(points)); },
+                      [&] { return points.size() <= 2 ? 0.0 : slow::area(points); }));
+    EXPECT_TRUE(
+        agree([&] { return gf_CenterOfMass(points); }, [&] { return slow::centerOfMass(points); }));
+    EXPECT_TRUE(agree([&] { return gnContour::centerOfMass(points); },
+                      [&] { return slow::centerOfMass(points); }));
+    EXPECT_TRUE(agree([&] { return gf_CenterOfMass(edgeletsAt(points)); },
+                      [&] { return slow::centerOfMass(points); }));
+  }
+}
+
+TEST(SlowTruthStats, MomentsOfPolygons) {
+  RandomShapes random("moments", 1500);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    slow::Points points = random.outline();
+    if (random.chance(0.5)) points = reversed(points);
+    EXPECT_TRUE(agree([&] { return plain(gf_InertiaDataPolygon(points)); },
+                      [&] { return slow::polygonMoments(points); }));
+    EXPECT_TRUE(agree([&] { return gf_EllipseFromInertiaData(gf_InertiaDataPolygon(points)); },
+                      [&] { return slow::ellipseOf(slow::polygonMoments(points)); }));
+  }
+}
+
+TEST(SlowTruthStats, SumsOfRecords) {
+  RandomShapes random("sums of records", 3000);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const auto some = [&] {
+      constexpr double kAreas[] = {0.0,   -0.0, 1.0,   -1.0,
+                                   1e-17, 3.5,  1e200, std::numeric_limits<double>::quiet_NaN()};
+      slow::Moments m;
+      m.area = random.chance(0.5) ? kAreas[random.integer(0, 7)] : random.uniform(-9.0, 9.0);
+      m.center = random.pointNear({});
+      const double off = random.uniform(-2.0, 2.0);
+      const double m00 = random.uniform(0.0, 9.0);
+      m.matrix = gxMatrix<2>(m00, off, off, random.uniform(0.0, 9.0));
+      return m;
+    };
+    const slow::Moments a = some();
+    const slow::Moments b = some();
+    EXPECT_TRUE(agree([&] { return plain(record(a) + record(b)); }, [&] { return slow::add(a, b); }));
+  }
+}
+
+TEST(SlowTruthStats, FitAndSpread) {
+  RandomShapes random("fit and spread", 400);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const slow::Points points = random.outline();
+    const auto fitted = [&](auto fit) {
+      gxEllipse ellipse;
+      double residual = 0.0;
+      fit(ellipse, residual);
+      return std::vector<double>{ellipse.geom().center.x(),          ellipse.geom().center.y(),
+                                 ellipse.geom().radii.x(),           ellipse.geom().radii.y(),
+                                 ellipse.geom().rotation.toDouble(), residual};
+    };
+    const auto truth = [&] {
+      return fitted([&](gxEllipse& e, double& r) { slow::fitEllipse(points, e, r); });
+    };
+    EXPECT_TRUE(agree(
+        [&] { return fitted([&](gxEllipse& e, double& r) { gf_FitEllipse(points, e, r); }); }, truth));
+    EXPECT_TRUE(agree(
+        [&] {
+          return fitted([&](gxEllipse& e, double& r) { gf_FitEllipse(edgeletsAt(points), e, r); });
+        },
+        truth));
+    std::vector<double> values;
+    for (const gxVector<2>& p : points) values.push_back(p.x());
+    EXPECT_TRUE(
+        agree([&] { return gf_StdDev(values); }, [&] { return slow::standardDeviation(values); }));
+  }
+}
+
+}  // namespace
