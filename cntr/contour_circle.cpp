@@ -6,6 +6,7 @@
 // radius is the largest distance from vertex 0; without points there is nothing to read, and the
 // slot is returned as it stands.
 #include <cntr/contour.h>
+#include <cntr/internal/farthest_pair.h>
 #include <cntr/internal/probe.h>
 
 namespace {
@@ -44,7 +45,12 @@ gxCircle gxContour::encloseCircle(gxContourDefs::DiameterMode mode) const {
   if (!memory.encloseCircleValid[slot]) {
     gx_countComputation(gx_Computation::eEncloseCircle);
     gxCircle& circle = memory.encloseCircles[slot];
-    if (mode == gxContourDefs::eAllPairs) {
+    if (mode == gxContourDefs::eAllPairs && indexPays_()) {
+      const gx_Pair pair = gx_farthestPair(edgeIndex_(), state_.points, isClosed());
+      if (pair.distance > 0.0) {
+        circle = gxCircle((state_.points[pair.i] + state_.points[pair.j]) * 0.5, pair.distance * 0.5);
+      }
+    } else if (mode == gxContourDefs::eAllPairs) {
       circleOfFarthestPair(state_.points, circle);
     } else {
       circleAroundFirst(state_.points, circle);
