@@ -12,7 +12,7 @@
 //     Of many points, a regular sample settles the shape and all of them only finish.
 //  3. A short noisy arc leaves the size of the ellipse open: along a valley from some small ellipse to
 //     a parabola the sum hardly changes, and its least place is anywhere, or at infinity.  Where the
-//     standard error of the longer semi-axis is above a tenth of it, a smaller ellipse is preferred
+//     standard error of the longer semi-axis is above a thirtieth of it, a smaller ellipse is preferred
 //     among nearly equal ones (kPreference).
 //  4. Where the circle nearest to the points is as good, it is the result.
 #include <velstd/internal/circle_solver.h>
@@ -48,7 +48,7 @@ constexpr std::size_t kSample = 500;
 // observations in favour of the smaller.  On arcs of 30 to 120 degrees with noise, k = 0 leaves a
 // twentieth of the ellipses off by twice their size, k = 1 by 0.7, 2 to 4 by 0.3 to 0.6 at a median
 // error 10 to 20 percent below that of k = 0; see docs/accuracy.md for the arcs.
-constexpr double kDoubt = 0.1;
+constexpr double kDoubt = 0.03;
 constexpr double kPreference = 3.0;
 
 bool reasonable(const gx_EllipseAxes& axes) {
