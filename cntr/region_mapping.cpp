@@ -6,7 +6,8 @@ void gxRegion::map(const gxXform<2>& xform, gxRegion& result) const {
   std::vector<gxVector<2>> mapped;
   mapped.reserve(points().size());
   for (const gxVector<2>& p : points()) mapped.push_back(xform * p);
-  result = gxRegion(mapped, gxContourDefs::eNone);
+  const gxRegion region(mapped, gxContourDefs::eNone);
+  result = region;  // copied, not moved: where the result cannot follow, that throws
 }
 
 void gxRegion::draw(gxUITablet& tablet, const gxColor& colour, const gxUITablet::Layers& layer) const {
