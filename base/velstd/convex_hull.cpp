@@ -5,8 +5,8 @@
 //  2. Each chain is turned by a multiple of 90 degrees (which costs no digit) to be the one from the
 //     left to the bottom: x grows, y falls, the inside is above.
 //  3. The points that may belong to it are those in the box of its two ends that are not certainly
-//     inside the octagon of the ends and of the points farthest in the diagonal directions (S. Akl and G. Toussaint, "A fast convex hull algorithm", Information Processing
-//     Letters 7, 1978).  The test is made with rounded numbers and a bound for their error.
+//     inside the octagon of the ends and of the points farthest in the diagonal directions (S. Akl and
+//     G. Toussaint, "A fast convex hull algorithm", Information Processing Letters 7, 1978).  The test is made with rounded numbers and a bound for their error.
 //  4. They are taken as they come.  Points along an outline come nearly in order: a point that is to
 //     the right of the last and lower extends the chain, after corners that no longer turn left are
 //     dropped (A. Andrew, Information Processing Letters 9, 1979); one that is dominated by the last,
