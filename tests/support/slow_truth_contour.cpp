@@ -167,12 +167,15 @@ Points intersections(const Outline& outline, const Outline& other) {
 }
 
 bool isSelfIntersecting(const Outline& outline) {
-  if (outline.points.empty()) return false;
-  bool value = false;
+  if (outline.points.size() < 2) return false;
+  return isSelfIntersecting(outline, encloseRect(outline.points, gxXform<2>()));
+}
+
+bool isSelfIntersecting(const Outline& outline, const gxRect& box) {
   for (const Edge& edge : lineSegs(outline)) {
-    if (edge.valid && !intersections(outline, edge.segment, false).points.empty()) value = true;
+    if (edge.valid && !intersections(outline, box, edge.segment, false).points.empty()) return true;
   }
-  return value;
+  return false;
 }
 
 std::vector<std::size_t> exchangeOrder(const std::vector<double>& keys) {

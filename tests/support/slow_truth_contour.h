@@ -63,6 +63,7 @@ Hits intersections(const Outline& outline, const gxRect& box, const gxLineSeg& s
 Hits intersections(const Outline& outline, const gxLineSeg& seg, bool countEndContacts);
 Points intersections(const Outline& outline, const Outline& other);
 bool isSelfIntersecting(const Outline& outline);
+bool isSelfIntersecting(const Outline& outline, const gxRect& box);
 /// The order in which the exchange sort leaves the keys: their positions.
 std::vector<std::size_t> exchangeOrder(const std::vector<double>& keys);
 

@@ -46,7 +46,11 @@ void checkRegion(const Points& outline) {
 // ---- Queries ------------------------------------------------------------------------------------
 
 long insideCount(const Points& outline, const gxVector<2>& point, bool bothWays) {
-  if (!encloseRect(outline, gxXform<2>()).within(point)) return 0;
+  return insideCount(outline, encloseRect(outline, gxXform<2>()), point, bothWays);
+}
+
+long insideCount(const Points& outline, const gxRect& box, const gxVector<2>& point, bool bothWays) {
+  if (!box.within(point)) return 0;
   std::vector<double> angles;
   if (!directions(outline, point, angles)) return 1;
   const double radius = encloseCircle(outline, 1).radius();
@@ -54,7 +58,7 @@ long insideCount(const Points& outline, const gxVector<2>& point, bool bothWays)
   const gxVector<2> reach = rayDirection(angles) * (2.0 * radius);
   const auto count = [&](const gxVector<2>& end) {
     return static_cast<long>(
-        intersections(closedOutline(outline), gxLineSeg(point, end), false).points.size());
+        intersections(closedOutline(outline), box, gxLineSeg(point, end), false).points.size());
   };
   const long there = count(point + reach);
   return bothWays ? std::min(there, count(point - reach)) : there;

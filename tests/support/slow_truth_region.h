@@ -18,6 +18,8 @@ void checkRegion(const Points& outline);
 // ---- Queries ------------------------------------------------------------------------------------
 
 long insideCount(const Points& outline, const gxVector<2>& point, bool bothWays);
+/// `box` is what the region takes for its upright rectangle.
+long insideCount(const Points& outline, const gxRect& box, const gxVector<2>& point, bool bothWays);
 bool inside(const Region& region, const gxVector<2>& point, bool considerHoles);
 long closestVertexIndex(const Region& region, const gxVector<2>& point, bool considerHoles,
                         long& holeIndex);
