@@ -27,8 +27,7 @@ gxRegionSet::gxRegionSet(std::initializer_list<RegionHandle> regions,
                          gxContourDefs::IntersectionMode mode)
     : gxRegionSet(std::vector<RegionHandle>(regions), mode) {}
 
-gxRegionSet::gxRegionSet(const gxRegionSet& other)
-    : gxPersistent(other), gxRepBase(other), state_(other.state_) {}
+gxRegionSet::gxRegionSet(const gxRegionSet& other) = default;
 
 gxRegionSet::gxRegionSet(gxRegionSet&& other) noexcept : gxPersistent(other), gxRepBase(other) {
   static_assert(std::is_nothrow_move_constructible_v<State> && std::is_nothrow_move_assignable_v<State>);

@@ -170,6 +170,7 @@ class gx_OutlierSearch {
                      [](const Result& a, const Result& b) { return a.cost < b.cost; });
     if (found.size() > kRefined) found.resize(kRefined);
     std::vector<Shape> starts;
+    starts.reserve(found.size());
     for (const Result& result : found) starts.push_back(result.shape);
     return starts;
   }
