@@ -25,9 +25,25 @@ constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 // What a coordinate may be.
-const double kCoordinates[] = {0.0,    -0.0,   1.0,     -3.5,   1e-15,   5e-324, -1e-320, 2.3e-308,
-                               1e-154, 1e154,  -1e160,  1e300,  1e308,   -1e308, std::numeric_limits<double>::max(),
-                               std::numeric_limits<double>::lowest(),    kInf,   -kInf,   kNaN};
+const double kCoordinates[] = {0.0,
+                               -0.0,
+                               1.0,
+                               -3.5,
+                               1e-15,
+                               5e-324,
+                               -1e-320,
+                               2.3e-308,
+                               1e-154,
+                               1e154,
+                               -1e160,
+                               1e300,
+                               1e308,
+                               -1e308,
+                               std::numeric_limits<double>::max(),
+                               std::numeric_limits<double>::lowest(),
+                               kInf,
+                               -kInf,
+                               kNaN};
 
 class AnyNumbers {
  public:
@@ -64,7 +80,8 @@ bool sameBits(const V& a, const V& b) {
 void askProximity(const gxContour& contour, const V& query) {
   const long index = contour.closestVertexIndex(query);
   ASSERT_TRUE(within(index, contour));
-  EXPECT_TRUE(sameBits(contour.closestPoint(query, true), contour.points()[static_cast<std::size_t>(index)]));
+  EXPECT_TRUE(
+      sameBits(contour.closestPoint(query, true), contour.points()[static_cast<std::size_t>(index)]));
   const V nearest = contour.closestPoint(query, false);
   const double distance = contour.distToPoint(query, false);
   EXPECT_TRUE(std::isnan(distance) || distance == query.distance(nearest));
@@ -85,14 +102,16 @@ void askIntersections(const ExposedContour& contour, const gxLineSeg& seg, const
     for (const V& hit : hits) EXPECT_LT(seg.distToPoint(hit), 1e-6);
   }
   contour.intersections(other);
-  EXPECT_EQ(contour.isSelfIntersecting(), ExposedContour(contour.points(), contour.isClosed()).isSelfIntersecting());
+  EXPECT_EQ(contour.isSelfIntersecting(),
+            ExposedContour(contour.points(), contour.isClosed()).isSelfIntersecting());
 }
 
 void askExtremes(const gxContour& contour, double angle, const gxXform<2>& frame) {
   const long index = contour.extremalVertexIndex(gxRadian(angle));
   EXPECT_TRUE(index == -1 || within(index, contour));
   const V position = contour.extremalVertexPosition(gxRadian(angle));
-  EXPECT_TRUE(sameBits(position, index < 0 ? V(kNaN, kNaN) : contour.points()[static_cast<std::size_t>(index)]));
+  EXPECT_TRUE(
+      sameBits(position, index < 0 ? V(kNaN, kNaN) : contour.points()[static_cast<std::size_t>(index)]));
   contour.encloseRect(frame);
   const gxRect box = gxContour(contour.points()).encloseRect(gxXform<2>());
   const auto isNumber = [](const V& p) { return !std::isnan(p.x()) && !std::isnan(p.y()); };
@@ -108,7 +127,8 @@ void askRest(const ExposedContour& contour, const V& query, double tolerance) {
   }
   gxRegion hull;
   contour.convexHull(hull);
-  for (const V& corner : hull.points()) EXPECT_TRUE(std::isfinite(corner.x()) && std::isfinite(corner.y()));
+  for (const V& corner : hull.points())
+    EXPECT_TRUE(std::isfinite(corner.x()) && std::isfinite(corner.y()));
   contour.meanPosition();
   EXPECT_FALSE(contour.medianFeatureSize() < 0.0);
   gxEllipse ellipse;
@@ -134,8 +154,8 @@ void askConversions(const gxContour& contour, const gxXform<2>& frame) {
 void askEverything(const ExposedContour& contour, AnyNumbers& any) {
   const V query = any.point();
   const gxLineSeg seg(any.point(), any.point());
-  const gxXform<2> frame(gxMatrix<2>(any.coordinate(), any.coordinate(), any.coordinate(), any.coordinate()),
-                         any.point());
+  const gxXform<2> frame(
+      gxMatrix<2>(any.coordinate(), any.coordinate(), any.coordinate(), any.coordinate()), any.point());
   askProximity(contour, query);
   askIntersections(contour, seg, gxContour(any.points(3)));
   askExtremes(contour, any.coordinate(), frame);

@@ -56,7 +56,8 @@ TEST(ContourCircle, OfAllPairsMayLeaveVerticesOutside) {
 
 TEST(ContourCircle, AnyOtherModeIsRefused) {
   const gxContour contour(pointsOf("0 0, 4 0, 4 3"));
-  for (const int mode : {2, -1, 3, 1000000, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+  for (const int mode :
+       {2, -1, 3, 1000000, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
     const auto asMode = static_cast<gxContourDefs::DiameterMode>(mode);
     for (const bool diameter : {false, true}) {
       try {
@@ -76,14 +77,16 @@ TEST(ContourCircle, AnyOtherModeIsRefused) {
 TEST(ContourCircle, ARefusedModeLeavesWhatIsRemembered) {
   const gxContour contour(pointsOf("0 0, 4 0, 4 3"));
   contour.encloseCircle(kFirstPoint);
-  EXPECT_THROW(contour.encloseCircle(static_cast<gxContourDefs::DiameterMode>(2)), gxContourDefs::BadParams);
+  EXPECT_THROW(contour.encloseCircle(static_cast<gxContourDefs::DiameterMode>(2)),
+               gxContourDefs::BadParams);
   const Computed computed(gx_Computation::eEncloseCircle);
   contour.encloseCircle(kFirstPoint);
   EXPECT_EQ(computed.times(), 0);
 }
 
 TEST(ContourCircle, ARefusedModeIsRefusedWithoutPointsToo) {
-  EXPECT_THROW(gxContour().encloseCircle(static_cast<gxContourDefs::DiameterMode>(2)), gxContourDefs::BadParams);
+  EXPECT_THROW(gxContour().encloseCircle(static_cast<gxContourDefs::DiameterMode>(2)),
+               gxContourDefs::BadParams);
 }
 
 TEST(ContourCircle, EachModeIsComputedOnceAndAgainAfterAChange) {

@@ -57,7 +57,8 @@ TEST(ContourDrawing, EveryModeDrawsAlike) {
 
 TEST(ContourDrawing, TheLayerIsHandedOn) {
   gxRecordingTablet tablet;
-  gxContour(pointsOf("0 0, 4 0")).draw(tablet, gxContourDefs::eDrawEdges, kColour, gxUITablet::eImageLayer);
+  gxContour(pointsOf("0 0, 4 0"))
+      .draw(tablet, gxContourDefs::eDrawEdges, kColour, gxUITablet::eImageLayer);
   EXPECT_EQ(tablet.segments()[0].layer, gxUITablet::eImageLayer);
 }
 

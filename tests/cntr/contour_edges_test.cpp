@@ -53,7 +53,8 @@ TEST(ContourEdges, EndsWithinOneQuadrillionthMakeAnEdgeOfNoLength) {
 }
 
 TEST(ContourEdges, ARepeatedLastVertexMakesAClosingEdgeOfNoLength) {
-  const ExposedContour contour(gxContour(gxPolygon(pointsOf("0 0, 1 0, 0 1, 0 0"), gxPolygon::eEvenOdd)));
+  const ExposedContour contour(
+      gxContour(gxPolygon(pointsOf("0 0, 1 0, 0 1, 0 0"), gxPolygon::eEvenOdd)));
   EXPECT_EQ(contour.validLine(), std::vector<bool>({false, true, true, true}));
 }
 

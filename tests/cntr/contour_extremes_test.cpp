@@ -106,7 +106,8 @@ TEST(ContourExtremalVertex, TheMostNegativeFiniteScoreIsNotAboveTheStart) {
 
 TEST(ContourExtremalVertex, AnInfiniteVertexIsFarthestAndTheFirstOfThemWins) {
   EXPECT_EQ(gxContour(pointsOf("0 0, inf 0, inf 0")).extremalVertexIndex(gxRadian(0)), 1);
-  EXPECT_EQ(gxContour(pointsOf("0 0, 1e308 1e308, 1.7e308 1.7e308")).extremalVertexIndex(gxRadian(0.7)), 2);
+  EXPECT_EQ(gxContour(pointsOf("0 0, 1e308 1e308, 1.7e308 1.7e308")).extremalVertexIndex(gxRadian(0.7)),
+            2);
 }
 
 TEST(ContourExtremalVertex, DenormalsAreTold) {
@@ -168,7 +169,8 @@ TEST(ContourEncloseRect, InfiniteAndHugeCoordinatesMakeAnInfiniteSize) {
 }
 
 TEST(ContourEncloseRect, DenormalSizesAreKept) {
-  EXPECT_EQ(gxContour(pointsOf("0 0, 5e-324 1e-323")).encloseRect(gxXform<2>()).size(), V(5e-324, 1e-323));
+  EXPECT_EQ(gxContour(pointsOf("0 0, 5e-324 1e-323")).encloseRect(gxXform<2>()).size(),
+            V(5e-324, 1e-323));
 }
 
 TEST(ContourEncloseRect, ATransformWithANaNGivesANaNRectangle) {
@@ -347,7 +349,8 @@ TEST(ContourExtremesEviction, GivesTheSameAnswersAsNoMemoryAtAll) {
   gxRandomUniform draws(99);
   for (int i = 0; i < 500; ++i) {
     const gxRadian angle(static_cast<double>(gfIFloor(draws.next(0, 20))));
-    EXPECT_EQ(contour.extremalVertexIndex(angle), gxContour(contour.points()).extremalVertexIndex(angle));
+    EXPECT_EQ(contour.extremalVertexIndex(angle),
+              gxContour(contour.points()).extremalVertexIndex(angle));
     const gxXform<2> frame(gxMatrix<2>(angle, angle, 1, 1), V(0, 0));
     EXPECT_EQ(contour.encloseRect(frame), gxContour(contour.points()).encloseRect(frame));
   }

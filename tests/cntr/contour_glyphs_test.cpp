@@ -40,7 +40,8 @@ std::vector<Ring> readRings() {
   std::vector<Ring> rings;
   for (std::string line; std::getline(file, line);) {
     const auto glyph = nlohmann::json::parse(line);
-    const std::string name = glyph.at("name").get<std::string>() + " part " + std::to_string(glyph.at("part").get<int>());
+    const std::string name =
+        glyph.at("name").get<std::string>() + " part " + std::to_string(glyph.at("part").get<int>());
     rings.push_back({name, pointsOfJson(glyph.at("outer"))});
     for (const auto& hole : glyph.at("holes")) rings.push_back({name + ", a hole", pointsOfJson(hole)});
   }
@@ -139,7 +140,8 @@ TEST(ContoursOfGlyphs, LengthIsTheSumOfTheEdgesWhereverTheOutlineBegins) {
     std::reverse(turned.begin(), turned.end());
     EXPECT_NEAR(gxContour(turned).length(), sum, 1e-12 * sum);
     const gxLineSeg closing(glyph.points().back(), glyph.points().front());
-    EXPECT_NEAR(gxContour(glyph.points(), false).length() + closing.p1().distance(closing.p2()), sum, 1e-12 * sum);
+    EXPECT_NEAR(gxContour(glyph.points(), false).length() + closing.p1().distance(closing.p2()), sum,
+                1e-12 * sum);
   });
 }
 
@@ -227,7 +229,8 @@ TEST(ContoursOfGlyphs, EachHasAnEllipseOrACircleOfFiniteSizeOrSaysThatItHasNone)
     EXPECT_GE(residual, 0.0);
     EXPECT_TRUE(std::isfinite(residual));
     const auto& geom = ellipse.geom();
-    for (const double value : {geom.center.x(), geom.center.y(), geom.radii.x(), geom.radii.y(), geom.rotation.toDouble()}) {
+    for (const double value :
+         {geom.center.x(), geom.center.y(), geom.radii.x(), geom.radii.y(), geom.rotation.toDouble()}) {
       EXPECT_TRUE(std::isfinite(value));
     }
     EXPECT_GT(std::min(geom.radii.x(), geom.radii.y()), 0.0);

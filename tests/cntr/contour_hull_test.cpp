@@ -27,9 +27,8 @@ Points hullOf(const Points& points, bool closed = true) {
 
 // The points as a set, for hulls whose first corner does not matter.
 Points sorted(Points points) {
-  std::sort(points.begin(), points.end(), [](const V& a, const V& b) {
-    return std::pair(a.x(), a.y()) < std::pair(b.x(), b.y());
-  });
+  std::sort(points.begin(), points.end(),
+            [](const V& a, const V& b) { return std::pair(a.x(), a.y()) < std::pair(b.x(), b.y()); });
   return points;
 }
 
@@ -38,7 +37,8 @@ TEST(ContourHull, LeavesOutWhatLiesInside) {
 }
 
 TEST(ContourHull, LeavesOutPointsOnItsSidesAndRepeatedOnes) {
-  EXPECT_EQ(sorted(hullOf(pointsOf("0 0, 2 0, 4 0, 4 0, 4 4, 0 4, 0 2, 0 0"))), pointsOf("0 0, 0 4, 4 0, 4 4"));
+  EXPECT_EQ(sorted(hullOf(pointsOf("0 0, 2 0, 4 0, 4 0, 4 4, 0 4, 0 2, 0 0"))),
+            pointsOf("0 0, 0 4, 4 0, 4 4"));
 }
 
 TEST(ContourHull, TurnsTheSameWayWhicheverWayTheOutlineRuns) {
@@ -68,7 +68,8 @@ TEST(ContourHull, PassesOverPointsThatAreNotFinite) {
 TEST(ContourHull, OfHugeAndOfDenormalPointsIsExact) {
   EXPECT_EQ(sorted(hullOf(pointsOf("-1e308 -1e308, 1e308 -1e308, 0 0, 1e308 1e308"))),
             pointsOf("-1e308 -1e308, 1e308 -1e308, 1e308 1e308"));
-  EXPECT_EQ(sorted(hullOf(pointsOf("0 0, 5e-324 0, 1e-323 0, 0 5e-324"))), pointsOf("0 0, 0 5e-324, 1e-323 0"));
+  EXPECT_EQ(sorted(hullOf(pointsOf("0 0, 5e-324 0, 1e-323 0, 0 5e-324"))),
+            pointsOf("0 0, 0 5e-324, 1e-323 0"));
 }
 
 TEST(ContourHull, IsARegionWithoutHolesAndWithLabelZero) {

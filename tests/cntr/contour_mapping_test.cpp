@@ -89,8 +89,8 @@ TEST(ContourMapping, ThroughASingularTransformGivesWhatThatMakes) {
 
 TEST(ContourMapping, CoordinatesOfEveryKindAreMappedByPlainArithmetic) {
   gxContour result;
-  gxContour(pointsOf("nan 1, inf 1, 1e308 1e308, 5e-324 0")).map(
-      gxXform<2>(gxMatrix<2>(1, 0, 0, 2), V(0, 0)), result);
+  gxContour(pointsOf("nan 1, inf 1, 1e308 1e308, 5e-324 0"))
+      .map(gxXform<2>(gxMatrix<2>(1, 0, 0, 2), V(0, 0)), result);
   EXPECT_TRUE(std::isnan(result.points()[0].x()));
   EXPECT_TRUE(std::isinf(result.points()[1].x()));
   EXPECT_EQ(result.points()[2].x(), 1e308);

@@ -31,7 +31,9 @@ const gxContour& elbow() {
 
 // ---- Length ---------------------------------------------------------------------------------------
 
-TEST(ContourLength, OpenContourAddsItsEdges) { EXPECT_EQ(elbow().length(), 7.0); }
+TEST(ContourLength, OpenContourAddsItsEdges) {
+  EXPECT_EQ(elbow().length(), 7.0);
+}
 
 TEST(ContourLength, ClosedContourAddsTheClosingEdge) {
   EXPECT_EQ(gxContour(elbow().points(), true).length(), 12.0);
@@ -62,7 +64,8 @@ TEST(ContourLength, NaNCoordinateGivesNaN) {
 
 TEST(ContourLength, InfiniteCoordinateGivesInfinityOrNaN) {
   EXPECT_EQ(gxContour(pointsOf("0 0, inf 0"), false).length(), kInf);
-  EXPECT_TRUE(std::isnan(gxContour(pointsOf("inf 0, inf 0"), false).length())) << "infinity minus infinity";
+  EXPECT_TRUE(std::isnan(gxContour(pointsOf("inf 0, inf 0"), false).length()))
+      << "infinity minus infinity";
 }
 
 TEST(ContourLength, HugeEdgesOverflowToInfinityAndNoSooner) {
@@ -214,7 +217,8 @@ TEST(ContourProximity, TwoPointsAreEnough) {
 }
 
 TEST(ContourProximity, OnePointOrNoneIsRefused) {
-  for (const gxContour& contour : {gxContour(), gxContour(pointsOf("1 1")), gxContour(pointsOf("1 1"), false)}) {
+  for (const gxContour& contour :
+       {gxContour(), gxContour(pointsOf("1 1")), gxContour(pointsOf("1 1"), false)}) {
     EXPECT_THROW(contour.closestPoint(V(0, 0), false), gxContourDefs::EmptyContour);
     EXPECT_THROW(contour.closestPoint(V(0, 0), true), gxContourDefs::EmptyContour);
     EXPECT_THROW(contour.closestVertexIndex(V(0, 0)), gxContourDefs::EmptyContour);

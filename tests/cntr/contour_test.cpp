@@ -33,7 +33,8 @@ static_assert(std::is_constructible_v<gxContour, Points, bool, unsigned long>);
 static_assert(std::is_constructible_v<gxContour, gxPolygon, unsigned long>);
 
 template <class C>
-concept AnswersWhenConst = requires(const C c, V p, gxRegion region, gxLineSeg seg, gxEllipse e, double d) {
+concept AnswersWhenConst = requires(const C c, V p, gxRegion region, gxLineSeg seg, gxEllipse e,
+                                    double d) {
   c.points();
   c.isClosed();
   c.label();

@@ -127,7 +127,8 @@ TEST(ContourVertexLookup, ADenormalToleranceFindsTheVertexItself) {
 }
 
 TEST(ContourVertexLookup, AHugeToleranceFindsAllThatIsNearer) {
-  EXPECT_EQ(lookUp("1e308 0, -1e308 0, 0 0", V(0, 0), 1.5e308), Indices({1, 2, 0})) << "cells -1, 0 and 1";
+  EXPECT_EQ(lookUp("1e308 0, -1e308 0, 0 0", V(0, 0), 1.5e308), Indices({1, 2, 0}))
+      << "cells -1, 0 and 1";
   EXPECT_EQ(lookUp("1e308 0, -1e308 0, 0 0", V(1e308, 0), 1.7e308), Indices({2, 0}));
 }
 
@@ -159,7 +160,9 @@ Indices plainSearch(const Points& points, const V& query, double tolerance) {
     if (points[i].distance(query) < tolerance) found.push_back(static_cast<int>(i));
   }
   if (tolerance == kInf) return found;
-  const auto cells = [&](int i, auto coordinate) { return cellOf(coordinate(points[static_cast<std::size_t>(i)]), tolerance); };
+  const auto cells = [&](int i, auto coordinate) {
+    return cellOf(coordinate(points[static_cast<std::size_t>(i)]), tolerance);
+  };
   std::stable_sort(found.begin(), found.end(), [&](int a, int b) {
     const auto x = [](const V& p) { return p.x(); };
     const auto y = [](const V& p) { return p.y(); };
@@ -177,10 +180,11 @@ TEST(ContourVertexLookupAtRandom, EqualsThePlainSearchInTheOrderOfTheCells) {
     if (points.size() < 2) continue;
     const gxContour contour(points);
     for (int i = 0; i < 20; ++i) {
-      const V& near = points[static_cast<std::size_t>(random.integer(0, static_cast<int>(points.size()) - 1))];
+      const V& near =
+          points[static_cast<std::size_t>(random.integer(0, static_cast<int>(points.size()) - 1))];
       const double tolerance = std::pow(10.0, random.uniform(-6, 3));
-      const V query = random.chance(0.3) ? near
-                                         : near + V(random.uniform(-2, 2), random.uniform(-2, 2)) * tolerance;
+      const V query =
+          random.chance(0.3) ? near : near + V(random.uniform(-2, 2), random.uniform(-2, 2)) * tolerance;
       EXPECT_EQ(contour.vertexIndex(query, tolerance), plainSearch(points, query, tolerance))
           << "tolerance " << tolerance;
     }

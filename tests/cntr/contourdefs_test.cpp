@@ -49,7 +49,8 @@ TEST(ContourErrors, ADefaultOneHasNoMessage) {
 }
 
 TEST(ContourErrors, TheMessageIsKeptCharacterForCharacter) {
-  EXPECT_EQ(Defs::BadParams(L"holes cannot intersect region").message(), L"holes cannot intersect region");
+  EXPECT_EQ(Defs::BadParams(L"holes cannot intersect region").message(),
+            L"holes cannot intersect region");
 }
 
 TEST(ContourErrors, WhatGivesTheClassNameAndTheMessage) {

@@ -20,7 +20,8 @@ inline std::vector<gxVector<2>> pointsOf(const std::string& text) {
   const auto number = [&at, &text] {
     char* end = nullptr;
     const double value = std::strtod(at, &end);
-    if (end == at) throw std::invalid_argument("pointsOf: no number at \"" + std::string(at) + "\" in " + text);
+    if (end == at)
+      throw std::invalid_argument("pointsOf: no number at \"" + std::string(at) + "\" in " + text);
     at = end;
     return value;
   };

@@ -175,7 +175,8 @@ TEST(XformKey, IsAStrictOrder) {
   gxRandomUniform draws(3);
   const auto drawn = [&] { return static_cast<double>(gfIFloor(draws.next(-1, 2))); };
   std::vector<gxXform<2>> all;
-  for (int i = 0; i < 30; ++i) all.push_back(xform(drawn(), drawn(), drawn(), drawn(), drawn(), drawn()));
+  for (int i = 0; i < 30; ++i)
+    all.push_back(xform(drawn(), drawn(), drawn(), drawn(), drawn(), drawn()));
   for (const auto& a : all) {
     EXPECT_FALSE(before(a, a));
     for (const auto& b : all) {

@@ -22,10 +22,10 @@ using V = gxVector<2>;
 using Points = std::vector<V>;
 
 // Twelve points, no three on a line, no two edges alike; and a moved and larger form of them.
-const Points kOutline = pointsOf(
-    "0 0, 7 1, 12 0, 13 5, 18 6, 14 9, 15 15, 9 12, 5 17, 4 11, -2 10, 2 6");
-const Points kOther = pointsOf(
-    "50 50, 64 52, 74 50, 76 60, 86 62, 78 68, 80 80, 68 74, 60 84, 58 72, 46 70, 55 62");
+const Points kOutline =
+    pointsOf("0 0, 7 1, 12 0, 13 5, 18 6, 14 9, 15 15, 9 12, 5 17, 4 11, -2 10, 2 6");
+const Points kOther =
+    pointsOf("50 50, 64 52, 74 50, 76 60, 86 62, 78 68, 80 80, 68 74, 60 84, 58 72, 46 70, 55 62");
 
 // A question, the computation behind it, and its answer as numbers.
 struct Question {

@@ -11,8 +11,9 @@ using Edge = std::array<std::size_t, 3>;  // start, end, number
 
 std::vector<Edge> walk(std::size_t points, bool closed) {
   std::vector<Edge> edges;
-  gx_forEachEdge(points, closed,
-                 [&](std::size_t from, std::size_t to, std::size_t k) { edges.push_back({from, to, k}); });
+  gx_forEachEdge(points, closed, [&](std::size_t from, std::size_t to, std::size_t k) {
+    edges.push_back({from, to, k});
+  });
   return edges;
 }
 

@@ -27,7 +27,8 @@ Draws onAFreshThread(const std::function<void(Draws&)>& draw) {
 Draws ofSeedOne(const std::vector<long>& sizes) {
   gxRandomUniform generator(1);
   Draws result;
-  for (const long size : sizes) result.push_back(gfIFloor(generator.next(0.0, static_cast<double>(size))));
+  for (const long size : sizes)
+    result.push_back(gfIFloor(generator.next(0.0, static_cast<double>(size))));
   return result;
 }
 
@@ -88,7 +89,8 @@ TEST(Eviction, AllContoursOfAThreadShareOneGenerator) {
 TEST(Eviction, AMemoryWithRoomDrawsNothing) {
   const Draws drawn = onAFreshThread([](Draws& result) {
     const gxContour contour(pointsOf("0 0, 1 0, 1 1"));
-    for (const double angle : {1.0, 2.0, 3.0, 4.0, 4.0, 1.0}) contour.extremalVertexIndex(gxRadian(angle));
+    for (const double angle : {1.0, 2.0, 3.0, 4.0, 4.0, 1.0})
+      contour.extremalVertexIndex(gxRadian(angle));
     result.push_back(gx_drawEvicted(1000));
   });
   EXPECT_EQ(drawn, ofSeedOne({1000}));

@@ -63,9 +63,9 @@ Order bySorting(const std::vector<double>& keys) {
 }
 
 TEST(ExchangeOrder, OfLongListsIsTheSame) {
-  std::vector<double> pairs;       // every key twice, descending: the corners of an outline, backwards
-  std::vector<double> steps;       // few keys, in a pattern
-  std::vector<double> withNaN;     // not all are numbers
+  std::vector<double> pairs;    // every key twice, descending: the corners of an outline, backwards
+  std::vector<double> steps;    // few keys, in a pattern
+  std::vector<double> withNaN;  // not all are numbers
   std::vector<double> ascending;
   for (int i = 0; i < 200; ++i) {
     pairs.push_back(-(i / 2));

@@ -51,7 +51,8 @@ TEST(VertexGrid, EveryCellIsVisitedOnce) {
 TEST(VertexGrid, VerticesOnBothSidesOfTheLastCellAreTold) {
   // 2^53 times the tolerance and the next numbers around it.
   const double last = 0x1p53;
-  const std::vector<V> points = {V(last - 1, 0), V(last, 0), V(last + 2, 0), V(last + 4, 0), V(-last, 0)};
+  const std::vector<V> points = {V(last - 1, 0), V(last, 0), V(last + 2, 0), V(last + 4, 0),
+                                 V(-last, 0)};
   const gx_VertexGrid grid(points, 1.0);
   EXPECT_EQ(grid.near(points, V(last - 1, 0)), Indices({0}));
   EXPECT_EQ(grid.near(points, V(last, 0)), Indices({1}));
