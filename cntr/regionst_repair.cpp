@@ -12,12 +12,100 @@
 //      (Comparing again until nothing meets would be a union; this is one cheap pass, and callers
 //      have its results on file.)
 //   3. Regularize every region that is left, or take its outer hull, by itself.
+//
+// Which pairs are looked at.  Outlines can only meet where the box of one, as the region remembers
+// it, touches the box of the other: that is the first thing their crossing asks.  So of many regions
+// only those come up, in their order, whose boxes touch, found in a tree over the boxes
+// (internal/box_tree); the others would answer that they do not meet.  Every region is still asked
+// for its remembered box where the plain pass would have it asked, because asking may fail, and may
+// cost the region another remembered box.
+//
 // The result is remembered; the flag is set only after the computation returned, and the assignment
 // holds a handle of its own to the result, because the target may be this set.
+#include <cntr/internal/box_tree.h>
 #include <cntr/internal/probe.h>
 #include <cntr/regionst.h>
 
+#include <algorithm>
+#include <optional>
 #include <utility>
+
+namespace {
+
+using Handle = gxPtrHandle_const<gxRegion>;
+
+// From so many regions on, the tree pays.
+constexpr std::size_t kTreePays = 16;
+
+gx_Box boxOf(const gxRect& rect) {
+  return {rect.origin().x(), rect.origin().y(), rect.corner().x(), rect.corner().y()};
+}
+
+// Tells, for slot i = 0, 1, 2 … of a list of regions, which of those after it may meet the one that
+// stands there, while merging moves regions about.  A slot above i always holds one of the regions
+// that the list began with.
+class Neighbours {
+ public:
+  explicit Neighbours(const std::vector<Handle>& regions) : regions_(regions) {
+    if (regions.size() < kTreePays || std::any_of(regions.begin(), regions.end(), isNull)) return;
+    std::vector<gx_Box> boxes(regions.size());
+    for (std::size_t k = 0; k < regions.size(); ++k) {
+      slots_.push_back(k);
+      ids_.push_back(k);
+      for (const gxVector<2>& point : regions[k]->points()) boxes[k].add(point);
+    }
+    tree_.emplace(boxes);
+  }
+
+  // Begins with those after slot `after` that may meet the region in slot i.
+  void begin(std::size_t i, std::size_t after) {
+    found_.clear();
+    next_ = 0;
+    if (!tree_ || regions_[i]->points().size() < 2) {  // too few to be asked: all, and the first fails
+      for (std::size_t j = after + 1; j < regions_.size(); ++j) found_.push_back(j);
+      return;
+    }
+    const auto later = regions_.begin() + static_cast<std::ptrdiff_t>(after) + 1;
+    if (std::all_of(later, regions_.end(), hasNoEdge)) return;  // the region is not asked for its box
+    tree_->forEachMeeting(boxOf(regions_[i]->encloseRect(gxXform<2>::I)), [&](std::size_t id) {
+      if (slots_[id] != kGone && slots_[id] > after) found_.push_back(slots_[id]);
+    });
+    std::sort(found_.begin(), found_.end());
+  }
+
+  // Gives the next slot; false when there is none.
+  bool next(std::size_t& slot) {
+    if (next_ == found_.size()) return false;
+    slot = found_[next_++];
+    return true;
+  }
+
+  // The region in slot j is gone, and the last of the list took its place.
+  void lastMovedTo(std::size_t j) {
+    if (!tree_) return;
+    slots_[ids_[j]] = kGone;
+    const std::size_t last = ids_.back();
+    ids_.pop_back();
+    if (j == ids_.size()) return;
+    ids_[j] = last;
+    slots_[last] = j;
+  }
+
+ private:
+  static constexpr std::size_t kGone = static_cast<std::size_t>(-1);
+
+  static bool isNull(const Handle& region) { return region.isNull(); }
+  static bool hasNoEdge(const Handle& region) { return region->points().empty(); }
+
+  const std::vector<Handle>& regions_;
+  std::vector<std::size_t> slots_;  // by the region's first slot: where it stands now
+  std::vector<std::size_t> ids_;    // by slot: the first slot of the region that stands there
+  std::optional<gx_BoxTree> tree_;
+  std::vector<std::size_t> found_;
+  std::size_t next_ = 0;
+};
+
+}  // namespace
 
 bool gxRegionSet::isSelfIntersecting() const {
   if (state_.regions.empty()) return false;
@@ -38,8 +126,10 @@ bool gxRegionSet::computeSelfIntersecting_() const {
   for (const RegionHandle& region : regions) {
     if (region->isSelfIntersecting()) crossing = true;
   }
+  Neighbours neighbours(regions);
   for (std::size_t i = 0; i + 1 < regions.size(); ++i) {
-    for (std::size_t j = i + 1; j < regions.size(); ++j) {
+    neighbours.begin(i, i);
+    for (std::size_t j = 0; neighbours.next(j);) {
       const gxContour& other = *regions[j];
       if (!regions[i]->gxContour::intersections(other).empty()) return true;
     }
@@ -98,8 +188,10 @@ void gxRegionSet::outerHullRegularize(gxRegionSet& result, bool hull) const {
 }
 
 void gxRegionSet::mergeWhereTheyMeet_(std::vector<RegionHandle>& work) {
+  Neighbours neighbours(work);
   for (std::size_t i = 0; i + 1 < work.size(); ++i) {
-    for (std::size_t j = i + 1; j < work.size(); ++j) {
+    neighbours.begin(i, i);
+    for (std::size_t j = 0; neighbours.next(j);) {
       const gxContour& other = *work[j];
       if (work[i]->intersections(other, false).empty()) continue;
       const gxPtrHandle<gxRegion> merged(new gxRegion);
@@ -107,6 +199,8 @@ void gxRegionSet::mergeWhereTheyMeet_(std::vector<RegionHandle>& work) {
       work[i] = merged;
       work[j] = work.back();
       work.pop_back();
+      neighbours.lastMovedTo(j);
+      neighbours.begin(i, j);  // the merged region has another box, and the pass goes on after j
     }
   }
 }

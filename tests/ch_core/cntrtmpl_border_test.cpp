@@ -28,7 +28,8 @@ TEST(EdgeletBorder, ObjectsMadeByTheLibraryAreOfOurClasses) {
   EXPECT_NE(dynamic_cast<gxRegion*>(region.get()), nullptr);
   EXPECT_NE(dynamic_cast<Set*>(set.get()), nullptr);
   EXPECT_NE(dynamic_cast<gxRegionSet*>(set.get()), nullptr);
-  EXPECT_TRUE(typeid(*region) == typeid(Region));
+  const gxPersistent& object = *region;
+  EXPECT_TRUE(typeid(object) == typeid(Region));
 }
 
 TEST(EdgeletBorder, CrossCastsWorkBetweenTheHalvesOfARegion) {

@@ -545,3 +545,132 @@ TEST(RegionSetRepair, FailingRepairIntoItselfChangesNothing) {
   EXPECT_THROW(set.add(square(80, 80), gxContourDefs::eOuterHull), gxContourDefs::BadParams);
   EXPECT_EQ(set.regions(), handles);
 }
+
+// ---- Many regions -------------------------------------------------------------------------------
+//
+// Of many regions only those are compared whose boxes touch.  Nothing of that may show: not in the
+// answer, not in what is thrown, and not in which regions are asked for their boxes, because these
+// are remembered in a bounded memory.
+
+namespace {
+
+// Enough regions for the tree, from a few that overlap to a heap; now and then without points, with
+// NaN or infinite coordinates, one that covers everything, one twice.
+Handles manyRegions(RandomShapes& random) {
+  Handles handles;
+  const int count = random.integer(16, 60);
+  const double spread = random.chance(0.3) ? 15 : 80;
+  const bool odd = random.chance(0.5);
+  for (int i = 0; i < count; ++i) {
+    const gxVector<2> center(random.uniform(-spread, spread), random.uniform(-spread, spread));
+    if (odd && random.chance(0.02)) {
+      handles.emplace_back(new gxRegion(random.outline(OutlineKind::eFew, 1)));
+    } else if (odd && random.chance(0.02)) {
+      handles.emplace_back(new gxRegion(random.outline(OutlineKind::eNotFinite, 8)));
+    } else if (odd && random.chance(0.01)) {
+      handles.emplace_back(new gxRegion(box(-200, -200, 400)));
+    } else if (odd && i > 0 && random.chance(0.01)) {
+      handles.push_back(handles.front());
+    } else {
+      handles.emplace_back(new gxRegion(random.star(random.integer(3, 12), center, 1, 5)));
+    }
+  }
+  return handles;
+}
+
+// The same outlines in regions of their own.  The rectangles of every third region leave no room.
+Handles afresh(const Handles& handles) {
+  Handles result;
+  for (std::size_t i = 0; i < handles.size(); ++i) {
+    const gxPtrHandle<gxRegion> region(new gxRegion(handles[i]->points()));
+    if (i % 3 == 0) {
+      region->cachedVectorSize(0);
+      if (region->points().size() > 1) {
+        static_cast<void>(region->encloseRect(gxXform<2>(gxMatrix<2>(2, 0, 0, 2), gxVector<2>(0, 0))));
+      }
+    }
+    result.emplace_back(region);
+  }
+  return result;
+}
+
+}  // namespace
+
+TEST(RegionSetOfManyRegions, RandomVerdictsMatchPlainLoopsInEveryQuestionAsked) {
+  RandomShapes random("region set of many: verdict", 400);
+  int crossing = 0;
+  int apart = 0;
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const Handles handles = manyRegions(random);
+    const Handles mine = afresh(handles);
+    const Handles theirs = afresh(handles);
+    const Computed plainRects(gx_Computation::eEncloseRect);
+    const std::string expected = outcome([&] { return plainVerdict(theirs); });
+    const long asked = plainRects.times();
+    const Computed rects(gx_Computation::eEncloseRect);
+    EXPECT_EQ(outcome([&] { return gxRegionSet(mine).isSelfIntersecting(); }), expected);
+    EXPECT_EQ(rects.times(), asked);
+    crossing += expected == "1" ? 1 : 0;
+    apart += expected == "0" ? 1 : 0;
+  }
+  EXPECT_GT(crossing, 50);
+  EXPECT_GT(apart, 5);
+}
+
+TEST(RegionSetOfManyRegions, RandomMergesMatchPlainLoopsInEveryQuestionAsked) {
+  RandomShapes random("region set of many: merge", 250);
+  int repaired = 0;
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const Handles handles = manyRegions(random);
+    const Handles mine = afresh(handles);
+    const Handles theirs = afresh(handles);
+    const bool hull = random.chance(0.5);
+    const Computed plainRects(gx_Computation::eEncloseRect);
+    const std::string expected = outcome([&] {
+      std::string text;
+      for (const gxRegion& region : plainRepair(theirs, hull)) text += asText(region);
+      return text;
+    });
+    const long asked = plainRects.times();
+    const Computed rects(gx_Computation::eEncloseRect);
+    EXPECT_EQ(outcome([&] {
+                gxRegionSet result;
+                gx_RegionSetInside::outerHullRegularize(gxRegionSet(mine), result, hull);
+                std::string text;
+                for (const Handle& region : result.regions()) text += asText(*region);
+                return text;
+              }),
+              expected);
+    EXPECT_EQ(rects.times(), asked);
+    repaired += expected.find('(') != std::string::npos ? 1 : 0;
+  }
+  EXPECT_GT(repaired, 20);
+}
+
+TEST(RegionSetOfManyRegions, NullHandleAmongManyThrows) {
+  Handles handles;
+  for (int i = 0; i < 40; ++i) handles.push_back(square(3 * i, 0));
+  handles[30] = nullptr;
+  const gxRegionSet set(handles);
+  gxRegionSet result;
+  EXPECT_THROW(static_cast<void>(set.isSelfIntersecting()), gxBadPointer);
+  EXPECT_THROW(gx_RegionSetInside::outerHullRegularize(set, result, false), gxBadPointer);
+}
+
+TEST(RegionSetOfManyRegions, TwentyThousandCoinsAreToldApart) {
+  Handles handles;
+  for (int i = 0; i < 20000; ++i) {
+    std::vector<gxVector<2>> coin;
+    const gxVector<2> center((i % 200) * 80.0, static_cast<double>(i / 200) * 80.0);
+    for (int k = 0; k < 24; ++k) coin.push_back(center + gxVector<2>(30.0, gxRadian(0.26179938 * k)));
+    handles.emplace_back(new gxRegion(coin));
+  }
+  EXPECT_FALSE(gxRegionSet(handles).isSelfIntersecting());
+  handles.emplace_back(new gxRegion(box(40, 40, 40)));  // over the corner of one of them
+  gxRegionSet set(handles);
+  EXPECT_TRUE(set.isSelfIntersecting());
+  set.regularize(set);
+  EXPECT_EQ(set.regions().size(), 20000U);
+}
