@@ -104,6 +104,7 @@ slow::Set randomSet(RandomShapes& random) {
                             1.0, 5.0),
                 {}};
     }
+    if (region.outline.size() > 64) region.outline.resize(64);
     try {
       regionOf(region);
     } catch (const gxContourDefs::Errors&) {

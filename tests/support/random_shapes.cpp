@@ -192,6 +192,22 @@ Points RandomShapes::outline(OutlineKind kind, int count) {
         points.push_back(polar(center, 5.0, phase + i * 2.0 * kPi / count));
       break;
     }
+    case OutlineKind::ePentagram: {
+      const int corners = std::max(count, 3);
+      const int step = integer(2, 3);
+      const double phase = chance(0.5) ? 0.0 : uniform(0.0, kPi);
+      for (int i = 0; i < count; ++i) {
+        points.push_back(polar(center, 5.0, phase + i * step * 2.0 * kPi / corners));
+      }
+      break;
+    }
+    case OutlineKind::eTolerance: {
+      constexpr double kSpacing[] = {2.5e-7, 5e-7, 1e-6, 2e-6, 1e-5};
+      points = outline(OutlineKind::eLattice, count);
+      const double spacing = kSpacing[integer(0, 4)];
+      for (gxVector<2>& p : points) p = p * spacing;
+      break;
+    }
     case OutlineKind::eWalk: points = walk(count); break;
     case OutlineKind::eLattice: {
       const int half = integer(2, 6);
@@ -240,14 +256,19 @@ Points RandomShapes::outline(OutlineKind kind, int count) {
   return points;
 }
 
+int RandomShapes::someCount() {
+  if (chance(0.02)) return integer(40, 150);
+  return integer(2, chance(0.2) ? 40 : 12);
+}
+
 Points RandomShapes::outline() {
   const auto kind = static_cast<OutlineKind>(integer(0, static_cast<int>(OutlineKind::eCount) - 1));
-  return placed(outline(kind, integer(2, chance(0.2) ? 40 : 12)));
+  return placed(outline(kind, someCount()));
 }
 
 Points RandomShapes::finiteOutline() {
   const auto kind = static_cast<OutlineKind>(integer(0, static_cast<int>(OutlineKind::eEqual)));
-  return placed(outline(kind, integer(2, chance(0.2) ? 40 : 12)));
+  return placed(outline(kind, someCount()));
 }
 
 Points RandomShapes::placed(const Points& points) {

@@ -14,6 +14,8 @@ enum class OutlineKind : int {
   eCloud,      ///< points anywhere in a square: crosses itself nearly always
   eStar,       ///< star-shaped around its centre: simple
   eRegular,    ///< regular polygon, any phase: many symmetric ties
+  ePentagram,  ///< regular star polygon: every edge crossed, often twice; or wound twice
+  eTolerance,  ///< integer points on a grid about as fine as the tolerance of crossings
   eWalk,       ///< random walk: crosses itself now and then
   eLattice,    ///< integer points: collinear, touching and repeated ones
   eRepeated,   ///< star with repeated and nearly repeated points
@@ -68,7 +70,7 @@ class RandomShapes {
 
   // ---- Outlines ---------------------------------------------------------------------------------
 
-  /// Of a random kind, 0 to some 40 points, somewhere, of some size.
+  /// Of a random kind, 0 to some 12 points, seldom many more, somewhere, of some size.
   std::vector<gxVector<2>> outline();
   /// Of a random kind whose coordinates are finite and of ordinary size.
   std::vector<gxVector<2>> finiteOutline();
@@ -98,6 +100,7 @@ class RandomShapes {
  private:
   std::uint64_t bits();
   void begin(std::uint64_t round);
+  int someCount();
   gxVector<2> inSquare(double half);
   std::vector<gxVector<2>> walk(int count);
   std::vector<gxVector<2>> comb(int teeth);

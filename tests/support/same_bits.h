@@ -79,13 +79,26 @@ bool sameBits(const std::vector<T>& a, const std::vector<T>& b) {
 
 // ---- How they print -----------------------------------------------------------------------------
 
+inline void PrintTo(const gxMatrix<2>& m, std::ostream* out) {
+  *out << testing::PrintToString(gxVector<2>(m.m00(), m.m01())) << ' '
+       << testing::PrintToString(gxVector<2>(m.m10(), m.m11()));
+}
+inline void PrintTo(const gxEllipse& ellipse, std::ostream* out) {
+  *out << testing::PrintToString(ellipse.geom().center) << " radii "
+       << testing::PrintToString(ellipse.geom().radii) << " rotation "
+       << ellipse.geom().rotation.toDouble();
+}
+inline void PrintTo(const gxLineSeg& seg, std::ostream* out) {
+  *out << testing::PrintToString(seg.p1()) << " to " << testing::PrintToString(seg.p2());
+}
+
 namespace slow {
 inline void PrintTo(const Hits& hits, std::ostream* out) {
   *out << testing::PrintToString(hits.points) << " on edges " << testing::PrintToString(hits.edges);
 }
 inline void PrintTo(const Moments& m, std::ostream* out) {
-  *out << "area " << m.area << ", center " << testing::PrintToString(m.center) << ", matrix "
-       << m.matrix.m00() << ' ' << m.matrix.m01() << ' ' << m.matrix.m11();
+  *out << "area " << testing::PrintToString(m.area) << ", center " << testing::PrintToString(m.center)
+       << ", matrix " << testing::PrintToString(m.matrix);
 }
 inline void PrintTo(const Region& region, std::ostream* out) {
   *out << testing::PrintToString(region.outline) << ", holes " << testing::PrintToString(region.holes);
