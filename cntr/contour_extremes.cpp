@@ -45,13 +45,56 @@ long farthestAlong(const std::vector<gxVector<2>>& points, double angle) {
   return farthest(points, [&d](const gxVector<2>& p) { return d * p; });
 }
 
+// The bounds of one coordinate, as enclosing the points one by one finds them: a NaN is passed over,
+// except where it comes first, and of equal bounds the first stays.  Only zeros can be equal without
+// being the same, so a bound of 0 is looked for again one by one.
+struct Bounds {
+  explicit Bounds(double first) : low{first, first}, high{first + 0.0, first + 0.0} {}
+  void add(double value, int lane) {
+    low[lane] = value < low[lane] ? value : low[lane];
+    high[lane] = value > high[lane] ? value : high[lane];
+  }
+  double lowest() const { return low[1] < low[0] ? low[1] : low[0]; }
+  double highest() const { return high[1] > high[0] ? high[1] : high[0]; }
+
+  double low[2];  // two lanes, each with every other point, halve the waiting for the last result
+  double high[2];
+};
+
 template <class Map>
-gxRect boxOf(const std::vector<gxVector<2>>& points, Map map) {
+gxRect boxOneByOne(const std::vector<gxVector<2>>& points, const Map& map) {
   gxRect box(map(points.front()), gxVector<2>(0.0, 0.0));
   for (std::size_t i = 1; i < points.size(); ++i) {
     box = box.enclose(gxRect(map(points[i]), gxVector<2>(0.0, 0.0)));
   }
   return box;
+}
+
+template <class Map>
+gxRect boxOf(const std::vector<gxVector<2>>& points, const Map& map) {
+  const gxVector<2> first = map(points.front());
+  Bounds x(first.x());
+  Bounds y(first.y());
+  std::size_t i = 1;
+  for (; i + 2 <= points.size(); i += 2) {
+    const gxVector<2> p = map(points[i]);
+    const gxVector<2> q = map(points[i + 1]);
+    x.add(p.x(), 0);
+    y.add(p.y(), 0);
+    x.add(q.x(), 1);
+    y.add(q.y(), 1);
+  }
+  if (i < points.size()) {
+    const gxVector<2> p = map(points[i]);
+    x.add(p.x(), 0);
+    y.add(p.y(), 0);
+  }
+  const gxVector<2> low(x.lowest(), y.lowest());
+  const gxVector<2> high(x.highest(), y.highest());
+  if (low.x() == 0.0 || low.y() == 0.0 || high.x() == 0.0 || high.y() == 0.0) {
+    return boxOneByOne(points, map);
+  }
+  return gxRect::fromCorners(low, high);
 }
 
 gxRect mappedBox(const std::vector<gxVector<2>>& points, const gxXform<2>& xform) {

@@ -4,7 +4,7 @@
 // length.  Median: the length at position count / 2 of the sorted list, the upper of the two middle
 // ones for an even count; a selection finds it without sorting, with NaN as the greatest length.
 #include <cntr/contour.h>
-#include <cntr/internal/edge_walk.h>
+#include <cntr/internal/edge_lengths.h>
 #include <cntr/internal/probe.h>
 #include <cntr/shapestat.h>
 
@@ -16,12 +16,12 @@ namespace {
 gxVector<2> meanOfEdges(const std::vector<gxVector<2>>& points, bool closed) {
   gxVector<2> sum;
   double total = 0.0;
-  gx_forEachEdge(points.size(), closed, [&](std::size_t from, std::size_t to, std::size_t) {
-    const gxVector<2> middle = (points[from] + points[to]) * 0.5;
-    const double length = points[from].distance(points[to]);
+  const auto add = [&](const gxVector<2>& from, const gxVector<2>& to, double length) {
     total += length;
-    sum += middle * length;
-  });
+    sum += (from + to) * 0.5 * length;
+  };
+  if (closed) add(points.back(), points.front(), points.back().distance(points.front()));
+  gx_forEachLength(points, [&](double length, std::size_t i) { add(points[i - 1], points[i], length); });
   return sum / total;
 }
 
@@ -33,9 +33,8 @@ bool shorter(double a, double b) {
 double medianEdgeLength(const std::vector<gxVector<2>>& points, bool closed) {
   std::vector<double> lengths;
   lengths.reserve(points.size());
-  gx_forEachEdge(points.size(), closed, [&](std::size_t from, std::size_t to, std::size_t) {
-    lengths.push_back(points[from].distance(points[to]));
-  });
+  if (closed) lengths.push_back(points.back().distance(points.front()));
+  gx_forEachLength(points, [&lengths](double length, std::size_t) { lengths.push_back(length); });
   const auto middle = lengths.begin() + static_cast<std::ptrdiff_t>(lengths.size() / 2);
   std::nth_element(lengths.begin(), middle, lengths.end(), shorter);
   return *middle;

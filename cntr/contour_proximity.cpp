@@ -9,6 +9,7 @@
 // Contours of more than a few points find the edge and the vertex through the edge index
 // (internal/nearest), which gives the same edge and the same vertex.
 #include <cntr/contour.h>
+#include <cntr/internal/edge_lengths.h>
 #include <cntr/internal/edge_walk.h>
 #include <cntr/internal/nearest.h>
 #include <cntr/internal/probe.h>
@@ -21,9 +22,8 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 double lengthOf(const std::vector<gxVector<2>>& points, bool closed) {
   double sum = 0.0;
-  gx_forEachEdge(points.size(), closed, [&](std::size_t from, std::size_t to, std::size_t) {
-    sum += points[from].distance(points[to]);
-  });
+  if (closed) sum += points.back().distance(points.front());
+  gx_forEachLength(points, [&sum](double length, std::size_t) { sum += length; });
   return sum;
 }
 

@@ -1,41 +1,37 @@
 // Area, centre of mass and moments of closed polygons.
 //
 // Area and centre.  Every edge makes a triangle with the first point; twice its signed area is a
-// cross product of two differences.  The centre of a triangle is where two of its medians meet.
+// cross product of two differences.  The centre of a triangle is where two of its medians meet; the
+// centres are added up with those weights (internal/centroid_sum).
 //
-// Moments.  A fan of triangles around the centre of mass; each triangle in a frame of its own:
-//   1. Take the side from the apex C to P as the base; where the foot of the altitude from Q falls
-//      outside it, start again from the next corner.  One side of a proper triangle holds the foot,
-//      so two turns are enough; after them a triangle that rounding has flattened is taken as it
-//      stands.
-//   2. With the foot F as the origin the corners are (−a, 0), (b, 0), (0, h), and the moments are
-//      short polynomials in a, b, h.
-//   3. A clockwise triangle is mirrored: area, ȳ and Sxy change their sign.
-//   4. Turn the moments by the angle of the base.
+// Moments.  A fan of triangles around the centre of mass (internal/triangle_moments).
 // The records are added in three passes, the triangles above the mean area first, then those that
 // are not nearly empty, then the rest, so that small ones are not lost one by one in a big sum.
+//
+// Of many triangles the moments are summed as polynomials instead, wherever that comes to the same
+// (internal/moment_sum); the last digits may differ.
 //
 // An outline that runs clockwise makes a fan of negative triangles.  Added one by one those lose
 // the sign of the matrix as soon as one triangle of the fan turns the other way (a record of
 // negative area is what is taken out of another), so such an outline is taken backwards and only
 // the area's sign restored: an outline in picture coordinates, y down, has the same moments as the
 // same outline reversed.
+#include <cntr/internal/centroid_sum.h>
+#include <cntr/internal/moment_sum.h>
+#include <cntr/internal/triangle_moments.h>
 #include <cntr/shapestat.h>
-#include <velstd/line.h>
-#include <velstd/line_seg.h>
 
 #include <cmath>
 
 namespace {
 
-// Twice the area below which a triangle has no centre worth the name, and below which a polygon
-// has none; areas whose sum is below the last have no common centre.
-constexpr double kEmptyTriangle = 1e-15;
+// Twice the area below which a polygon has no centre worth the name; areas whose sum is below the
+// second have no common centre.
 constexpr double kEmptyPolygon = 1e-6;
 constexpr double kEmptySum = 1e-16;
 
-// How far the foot of an altitude may lie outside its side.
-constexpr double kFootSlack = 1e-10;
+// Up to here the triangles are always added one by one.
+constexpr std::size_t kFew = 64;
 
 // Triangles below this area come last.
 constexpr double kNearlyEmpty = 1e-6;
@@ -49,55 +45,6 @@ std::vector<gxVector<2>> positions(const std::vector<gxEdgelet>& edgelets) {
   return points;
 }
 
-gxVector<2> middle(const gxVector<2>& u, const gxVector<2>& v) {
-  return {(u.x() + v.x()) * 0.5, (u.y() + v.y()) * 0.5};
-}
-
-gxVector<2> triangleCentroid(const gxVector<2>& o, const gxVector<2>& p, const gxVector<2>& q) {
-  const gxLineSeg fromO(o, middle(p, q));
-  const gxLineSeg fromP(p, middle(o, q));
-  return fromO.line().intersect(fromP.line());
-}
-
-gx_InertiaData turned(const gxRadian& theta, const gxVector<2>& foot, double area,
-                      const gxVector<2>& centre, double sxx, double syy, double sxy) {
-  const double c = std::cos(theta.toDouble());
-  const double s = std::sin(theta.toDouble());
-  const gxMatrix<2> rotation(theta, theta, 1.0, 1.0);
-  const double m00 = c * c * sxx - 2.0 * s * c * sxy + s * s * syy;
-  const double m11 = s * s * sxx + 2.0 * s * c * sxy + c * c * syy;
-  const double m01 = (c * c - s * s) * sxy + s * c * sxx - s * c * syy;
-  return {area, foot + rotation * centre, gxMatrix<2>(m00, m01, m01, m11)};
-}
-
-gx_InertiaData triangleInertiaData(gxVector<2> c, gxVector<2> p, gxVector<2> q) {
-  for (int turn = 0; turn < 2; ++turn) {
-    const gxLineSeg base(c, p);
-    if (!(base.distToPoint(q) - kFootSlack > base.line().distToPoint(q))) break;
-    const gxVector<2> first = c;
-    c = p;
-    p = q;
-    q = first;
-  }
-  const gxVector<2> foot = gxLineSeg(c, p).line().proj(q);
-  const double a = foot.distance(c);
-  const double b = foot.distance(p);
-  const double h = foot.distance(q);
-  double area = (a + b) * h * 0.5;
-  const double x = (b - a) * (1.0 / 3.0);
-  double y = h * (1.0 / 3.0);
-  const double sxx = (a * a * a + b * b * b) * h * (1.0 / 12.0) - x * x * area;
-  const double syy = (a + b) * (h * h * h) * (1.0 / 12.0) - y * y * area;
-  double sxy = (b * b - a * a) * (h * h) * (1.0 / 24.0) - y * x * area;
-  const double cross = (p.x() - c.x()) * (q.y() - c.y()) - (q.x() - c.x()) * (p.y() - c.y());
-  if (!(cross >= 0.0)) {
-    area = -area;
-    y = -y;
-    sxy = -sxy;
-  }
-  return turned((p - c).angle(), foot, area, gxVector<2>(x, y), sxx, syy, sxy);
-}
-
 struct Fan {
   std::vector<gx_InertiaData> triangles;
   double area = 0.0;
@@ -108,7 +55,7 @@ Fan fanAround(const gxVector<2>& apex, const Points& points) {
   fan.triangles.reserve(points.size());
   gxVector<2> previous = points.back();
   for (const gxVector<2>& current : points) {
-    fan.triangles.push_back(triangleInertiaData(apex, previous, current));
+    fan.triangles.push_back(gx_triangleMoments(apex, previous, current));
     fan.area += fan.triangles.back().area();
     previous = current;
   }
@@ -136,6 +83,17 @@ gx_InertiaData sumOf(const Fan& fan) {
   return sum;
 }
 
+// The moments about the centre of mass, from those about the apex of the fan, which is the centre of
+// mass but for rounding.
+gx_InertiaData aboutCentre(const gx_MomentSum& sum, const gxVector<2>& apex) {
+  const gxVector<2> shift(sum.x / sum.area, sum.y / sum.area);
+  const double sign = sum.area < 0.0 ? -1.0 : 1.0;
+  const double xx = sign * (sum.xx - sum.x * shift.x());
+  const double xy = sign * (sum.xy - sum.x * shift.y());
+  const double yy = sign * (sum.yy - sum.y * shift.y());
+  return {sum.area, apex + shift, gxMatrix<2>(xx, xy, xy, yy)};
+}
+
 }  // namespace
 
 double gf_Area(const std::vector<gxVector<2>>& points) {
@@ -157,25 +115,10 @@ double gf_Area(const std::vector<gxEdgelet>& edgelets) {
 
 gxVector<2> gnContour::centerOfMass(const std::vector<gxVector<2>>& points) {
   if (points.size() <= 2) return {};
-  const gxVector<2> origin = points.front();
-  gxVector<2> previous = points.back() - origin;
-  double weights = 0.0;
-  double x = 0.0;
-  double y = 0.0;
-  for (const gxVector<2>& point : points) {
-    const gxVector<2> current = point - origin;
-    const double weight = current.y() * previous.x() - previous.y() * current.x();
-    if (std::abs(weight) > kEmptyTriangle) {
-      const gxVector<2> g = triangleCentroid(gxVector<2>(), previous, current);
-      weights += weight;
-      x += g.x() * weight;
-      y += g.y() * weight;
-    }
-    previous = current;
-  }
-  if (!(std::abs(weights) > kEmptyPolygon)) return {};
-  const double share = 1.0 / weights;
-  return origin + gxVector<2>(share * x, share * y);
+  const gx_CentroidSum sum = gx_sumCentroids(points);
+  if (!(std::abs(sum.weight) > kEmptyPolygon)) return {};
+  const double share = 1.0 / sum.weight;
+  return points.front() + gxVector<2>(share * sum.x, share * sum.y);
 }
 
 gxVector<2> gf_CenterOfMass(const std::vector<gxVector<2>>& points) {
@@ -219,6 +162,8 @@ gx_InertiaData gx_InertiaData::operator+(const gx_InertiaData& other) const {
 gx_InertiaData gf_InertiaDataPolygon(const std::vector<gxVector<2>>& points) {
   if (points.size() < 3) return {};
   const gxVector<2> apex = gnContour::centerOfMass(points);
+  gx_MomentSum sum;
+  if (points.size() > kFew && gx_sumMoments(points, apex, sum)) return aboutCentre(sum, apex);
   const Fan fan = fanAround(apex, points);
   if (!(fan.area < 0.0)) return sumOf(fan);
   const gx_InertiaData forward = sumOf(fanAround(apex, Points(points.rbegin(), points.rend())));

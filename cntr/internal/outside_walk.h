@@ -1,6 +1,7 @@
 /// The walk around the outside of an outline that crosses itself.
 #pragma once
 
+#include <cntr/export.h>
 #include <velstd/line_seg.h>
 #include <velstd/vector.h>
 
@@ -22,8 +23,8 @@ struct gx_OutlineQuestions {
 /// the figure: a short probe across its middle, `probe` long to either side, meets the outline
 /// once; the edge itself meets it twice, at its ends; and one end of the probe is outside.
 /// Throws: BadParams "invalid contour" where there is none.
-std::size_t gx_findStartEdge(const std::vector<gxVector<2>>& points, double probe,
-                             const gx_OutlineQuestions& outline);
+GXSHAPE_API std::size_t gx_findStartEdge(const std::vector<gxVector<2>>& points, double probe,
+                                         const gx_OutlineQuestions& outline);
 
 /// Where the walk stands: at a point of the outline, heading for point `next` (forward) or for the
 /// one before it.
@@ -35,15 +36,16 @@ struct gx_WalkState {
 
 /// Makes one step: to the point headed for where nothing is in the way, else to the first crossing,
 /// where the walk turns onto the crossed edge against its direction so far.
-gx_WalkState gx_walkStep(const std::vector<gxVector<2>>& points, const gx_WalkState& state,
-                         const gx_OutlineQuestions& outline);
+GXSHAPE_API gx_WalkState gx_walkStep(const std::vector<gxVector<2>>& points, const gx_WalkState& state,
+                                     const gx_OutlineQuestions& outline);
 
 /// Returns the largest number of steps that a walk around n points may take: max(200,000, 64 n).
-std::size_t gx_mostWalkSteps(std::size_t points);
+GXSHAPE_API std::size_t gx_mostWalkSteps(std::size_t points);
 
 /// Walks from the start edge around the outside until the start point comes up again, and returns
 /// the points passed, the start point last.
 /// Throws: BadParams "invalid contour" when the walk comes back to an earlier state without having
 /// closed, or after `gx_mostWalkSteps`.
-std::vector<gxVector<2>> gx_walkOutside(const std::vector<gxVector<2>>& points, std::size_t start,
-                                        const gx_OutlineQuestions& outline);
+GXSHAPE_API std::vector<gxVector<2>> gx_walkOutside(const std::vector<gxVector<2>>& points,
+                                                    std::size_t start,
+                                                    const gx_OutlineQuestions& outline);

@@ -1,0 +1,23 @@
+/// The moments of a fan of triangles, as sums of polynomials.
+#pragma once
+
+#include <velstd/vector.h>
+
+#include <vector>
+
+/// Moments of a polygon about a point: the area, the first moments, the second moments; all of them
+/// signed by the direction of the polygon.
+struct gx_MomentSum {
+  double area = 0.0;
+  double x = 0.0;
+  double y = 0.0;
+  double xx = 0.0;
+  double xy = 0.0;
+  double yy = 0.0;
+};
+
+/// Adds up the moments of the triangles that `apex` makes with the edges of the closed polygon of at
+/// least 1 point.  Returns false where the sum may not stand for adding the triangles as records one
+/// by one, in three passes by size: where the running area of those passes comes near 0, or is so
+/// small that records lose their common centre, or a number overflows.
+bool gx_sumMoments(const std::vector<gxVector<2>>& points, const gxVector<2>& apex, gx_MomentSum& sum);
