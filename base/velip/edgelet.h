@@ -6,6 +6,7 @@
 #include <velstd/vector.h>
 
 #include <cstddef>
+#include <vector>
 
 class gxArchive;
 template <class T>
@@ -27,8 +28,6 @@ class VELIP_API gxEdgelet {
   friend constexpr bool operator==(const gxEdgelet&, const gxEdgelet&) = default;
 
  private:
-  friend VELIP_API gxArchive& operator||(gxArchive& archive, gxEdgelet& edgelet);
-
   gxVector<2> position_;
   unsigned short magnitude_ = 0;
   gxAngle8 angle_;
@@ -36,6 +35,8 @@ class VELIP_API gxEdgelet {
 
 /// Stores or loads an edge point: position, magnitude, angle.
 VELIP_API gxArchive& operator||(gxArchive& archive, gxEdgelet& edgelet);
+/// Stores or loads a sequence of edge points.
+VELIP_API gxArchive& operator||(gxArchive& archive, std::vector<gxEdgelet>& edgelets);
 
 template <>
 struct gx_LeastEncodedSize<gxEdgelet> {

@@ -462,10 +462,15 @@ void gxArchive::store_(const unsigned char* data, std::size_t size) {
   if (used > limits_.bytes || limits_.bytes - used < size) {
     throw LimitExceeded(L"the frame is longer than " + std::to_wstring(limits_.bytes) + L" bytes");
   }
-  const std::size_t needed = buffer_.size() + size;
-  // What follows a long list of points is short: without the slack it would move them all again.
-  if (needed > buffer_.capacity()) buffer_.reserve(std::max(2 * buffer_.size(), needed + kSlack));
+  makeRoom_(size);
   buffer_.insert(buffer_.end(), data, data + size);
+}
+
+/// Lets the buffer take `size` more bytes in its place.  What follows a long list of points is short:
+/// without the slack it would move them all again.
+void gxArchive::makeRoom_(std::size_t size) {
+  const std::size_t needed = buffer_.size() + size;
+  if (needed > buffer_.capacity()) buffer_.reserve(std::max(2 * buffer_.size(), needed + kSlack));
 }
 
 gxArchive& gxArchive::operator||(bool& value) {
@@ -527,6 +532,8 @@ std::size_t gxArchive::sequence(std::size_t count, std::size_t leastSize) {
   if (version != 0) throw UnknownVersion(nullptr, 0);
   unsigned long written = count;
   field("the number of elements") || written;
+  if (isStoring() && count <= limits_.bytes / std::max<std::size_t>(leastSize, 1))
+    makeRoom_(count * leastSize);
   if (isLoading() && written > bytesLeft() / std::max<std::size_t>(leastSize, 1)) {
     throw Truncated(L"a sequence of " + std::to_wstring(written) + L" elements in the last " +
                     std::to_wstring(bytesLeft()) + L" bytes");

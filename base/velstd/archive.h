@@ -281,6 +281,7 @@ class VELSTD_API gxArchive {
     if (size != 0) std::memcpy(data, cursor_, size);
     cursor_ += size;
   }
+  void makeRoom_(std::size_t size);
   [[noreturn]] void truncated_(std::size_t size) const;
   [[noreturn]] void tooManyObjects_() const;
   [[noreturn]] void tooLarge_(const char* name) const;
