@@ -77,9 +77,22 @@ bool sameBits(const V& a, const V& b) {
   return same(a.x(), b.x()) && same(a.y(), b.y());
 }
 
+long nearestByLooking(const Points& points, const V& query) {
+  long nearest = 0;
+  double best = kInf;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    if (const double distance = query.distance(points[i]); distance < best) {
+      best = distance;
+      nearest = static_cast<long>(i);
+    }
+  }
+  return nearest;
+}
+
 void askProximity(const gxContour& contour, const V& query) {
   const long index = contour.closestVertexIndex(query);
   ASSERT_TRUE(within(index, contour));
+  EXPECT_EQ(index, nearestByLooking(contour.points(), query));
   EXPECT_TRUE(
       sameBits(contour.closestPoint(query, true), contour.points()[static_cast<std::size_t>(index)]));
   const V nearest = contour.closestPoint(query, false);
@@ -120,11 +133,32 @@ void askExtremes(const gxContour& contour, double angle, const gxXform<2>& frame
   }
 }
 
-void askRest(const ExposedContour& contour, const V& query, double tolerance) {
+gxCircle circleByLooking(const Points& points) {
+  gxCircle circle;
+  double best = 0.0;
+  for (const V& p : points) {
+    for (const V& q : points) {
+      if (const double distance = p.distance(q); distance > best) {
+        best = distance;
+        circle = gxCircle((p + q) * 0.5, distance * 0.5);
+      }
+    }
+  }
+  return circle;
+}
+
+void askCircles(const gxContour& contour) {
+  const gxCircle expected = circleByLooking(contour.points());
+  const gxCircle circle = contour.encloseCircle(gxContourDefs::eAllPairs);
+  EXPECT_TRUE(sameBits(circle.center(), expected.center()));
+  EXPECT_EQ(circle.radius(), expected.radius());
   for (const auto mode : {gxContourDefs::eAllPairs, gxContourDefs::eFirstPoint}) {
     EXPECT_GE(contour.encloseCircle(mode).radius(), 0.0);
     EXPECT_EQ(contour.diameter(mode), 2 * contour.encloseCircle(mode).radius());
   }
+}
+
+void askRest(const ExposedContour& contour, const V& query, double tolerance) {
   gxRegion hull;
   contour.convexHull(hull);
   for (const V& corner : hull.points())
@@ -159,6 +193,7 @@ void askEverything(const ExposedContour& contour, AnyNumbers& any) {
   askProximity(contour, query);
   askIntersections(contour, seg, gxContour(any.points(3)));
   askExtremes(contour, any.coordinate(), frame);
+  askCircles(contour);
   askRest(contour, query, any.coordinate());
   askConversions(contour, frame);
 }

@@ -384,6 +384,20 @@ TEST(ContourChangeTracking, AssignmentReportsNone) {
   EXPECT_EQ(changesOf([&](ExposedContour& c) { static_cast<gxContour&>(c) = square; }), 0u);
 }
 
+TEST(ContourChangeTracking, QuestionsReportNone) {
+  EXPECT_EQ(changesOf([](ExposedContour& c) {
+              c.length();
+              c.encloseRect(gxXform<2>());
+              c.extremalVertexIndex(gxRadian(1.0));
+              c.diameter(gxContourDefs::eAllPairs);
+              c.vertexIndex(V(0, 0), 1.0);
+              c.isSelfIntersecting();
+              c.meanPosition();
+              c.lineSegs();
+            }),
+            0u);
+}
+
 TEST(ContourChangeTracking, IsOffByDefaultAndInCopies) {
   gxContour contour(kTriangle);
   contour.label(4);
