@@ -30,6 +30,7 @@ bool surelyFarther(const gxVector<2>& a, const gxVector<2>& b, const gxVector<2>
   const double along = w * d;
   if (along <= 0.0) return w * w > limit;
   const double square = d * d;
+  if (!(square < kInfinity)) return false;  // overflowed: nothing is known of where the foot lies
   if (along >= square) {
     const gxVector<2> v = point - b;
     return v * v > limit;
