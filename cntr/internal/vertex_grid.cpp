@@ -8,12 +8,14 @@
 // to that of x + tolerance, each moved outwards by a few units in the last place, and at least over
 // the neighbours.  The map from coordinate to cell never decreases, so nothing within the tolerance
 // lies outside.  The cells themselves are a sorted list, and only those that exist are visited, so
-// each is visited once and in order.
+// each is visited once and in order.  A table of groups of columns, about as many as vertices, says
+// where in the list to look; it also makes the sorting a counting of groups and many short sorts.
 #include <cntr/internal/vertex_grid.h>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 namespace {
 
@@ -32,50 +34,89 @@ bool finite(const gxVector<2>& p) {
 
 gx_VertexGrid::gx_VertexGrid(const std::vector<gxVector<2>>& points, double tolerance)
     : tolerance_(tolerance), scale_(std::min(1.0 / tolerance, std::numeric_limits<double>::max())) {
-  entries_.reserve(points.size());
+  std::vector<Entry> unsorted;
+  unsorted.reserve(points.size());
+  double lastColumn = -kLastCell;
+  firstColumn_ = kLastCell;
   for (std::size_t i = 0; i < points.size(); ++i) {
     if (!finite(points[i])) continue;  // at no distance below any tolerance
-    entries_.push_back({cell_(points[i].x()), cell_(points[i].y()), static_cast<int>(i)});
+    const Entry entry{cell_(points[i].x()), cell_(points[i].y()), static_cast<int>(i)};
+    firstColumn_ = std::min(firstColumn_, entry.x);
+    lastColumn = std::max(lastColumn, entry.x);
+    unsorted.push_back(entry);
   }
-  std::sort(entries_.begin(), entries_.end(), [](const Entry& a, const Entry& b) {
-    if (a.x != b.x) return a.x < b.x;
-    if (a.y != b.y) return a.y < b.y;
-    return a.index < b.index;
-  });
+  if (unsorted.empty()) return;
+
+  // Sort by groups of columns first, by counting, and then inside each group.
+  const auto count = static_cast<double>(unsorted.size());
+  groupsPerColumn_ = std::min(1.0, count / (lastColumn - firstColumn_ + 1.0));
+  groups_.assign(group_(lastColumn) + 2, 0);
+  for (const Entry& entry : unsorted) ++groups_[group_(entry.x) + 1];
+  std::partial_sum(groups_.begin(), groups_.end(), groups_.begin());
+  entries_.resize(unsorted.size());
+  std::vector<std::uint32_t> next(groups_);
+  for (const Entry& entry : unsorted) entries_[next[group_(entry.x)]++] = entry;
+  for (std::size_t g = 0; g + 1 < groups_.size(); ++g) {
+    if (groups_[g + 1] - groups_[g] < 2) continue;
+    std::sort(entries_.begin() + groups_[g], entries_.begin() + groups_[g + 1],
+              [](const Entry& a, const Entry& b) {
+                if (a.x != b.x) return a.x < b.x;
+                if (a.y != b.y) return a.y < b.y;
+                return a.index < b.index;
+              });
+  }
 }
 
 double gx_VertexGrid::cell_(double coordinate) const {
   return std::clamp(roundHalfAway(scale_ * coordinate), -kLastCell, kLastCell);
 }
 
-// The cell of the coordinate a tolerance away, moved outwards past all rounding.
-double gx_VertexGrid::cellFor_(double coordinate, double towards) const {
+// The cells within a tolerance of the coordinate, moved outwards past all rounding.
+gx_VertexGrid::Cells gx_VertexGrid::around_(double coordinate) const {
   constexpr double kSlack = 4.0 * std::numeric_limits<double>::epsilon();
   const double reach = tolerance_ + kSlack * (std::abs(coordinate) + tolerance_);
-  const double neighbour = cell_(coordinate) + towards;
-  const double reached = cell_(coordinate + towards * reach);
-  return towards < 0.0 ? std::min(neighbour, reached) : std::max(neighbour, reached);
+  const double own = cell_(coordinate);
+  return {std::min(own - 1.0, cell_(coordinate - reach)),
+          std::max(own + 1.0, cell_(coordinate + reach))};
+}
+
+// The group of a column between the first and the last; never decreases with the column.
+std::size_t gx_VertexGrid::group_(double column) const {
+  return static_cast<std::size_t>((column - firstColumn_) * groupsPerColumn_);
+}
+
+// The first entry of that column from that row on, or of a later column; null where there is none.
+const gx_VertexGrid::Entry* gx_VertexGrid::firstFrom_(double column, double row) const {
+  const Entry* begin = entries_.data();
+  const Entry* end = begin + entries_.size();
+  const Entry* from = begin;
+  const Entry* to = begin;
+  if (column >= firstColumn_) {
+    const std::size_t group = std::min(group_(column), groups_.size() - 2);
+    from = begin + groups_[group];
+    to = begin + groups_[group + 1];
+  }
+  const Entry* found = std::lower_bound(
+      from, to, column, [row](const Entry& e, double x) { return e.x < x || (e.x == x && e.y < row); });
+  return found == end ? nullptr : found;
 }
 
 std::vector<int> gx_VertexGrid::near(const std::vector<gxVector<2>>& points,
                                      const gxVector<2>& point) const {
   std::vector<int> found;
-  if (!finite(point)) return found;
-  const double lastX = cellFor_(point.x(), 1.0);
-  const double firstY = cellFor_(point.y(), -1.0);
-  const double lastY = cellFor_(point.y(), 1.0);
-  double column = cellFor_(point.x(), -1.0);
-  auto at = entries_.begin();
+  if (!finite(point) || entries_.empty()) return found;
+  const Cells columns = around_(point.x());
+  const Cells rows = around_(point.y());
+  const Entry* const end = entries_.data() + entries_.size();
+  double column = columns.first;
   while (true) {
-    at = std::lower_bound(at, entries_.end(), column, [firstY](const Entry& e, double x) {
-      return e.x < x || (e.x == x && e.y < firstY);
-    });
-    if (at == entries_.end() || at->x > lastX) return found;
+    const Entry* at = firstFrom_(column, rows.first);
+    if (at == nullptr || at->x > columns.last) return found;
     if (at->x != column) {  // no such column: go on with the next that exists
       column = at->x;
       continue;
     }
-    for (; at != entries_.end() && at->x == column && at->y <= lastY; ++at) {
+    for (; at != end && at->x == column && at->y <= rows.last; ++at) {
       if (points[static_cast<std::size_t>(at->index)].distance(point) < tolerance_) {
         found.push_back(at->index);
       }

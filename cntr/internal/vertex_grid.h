@@ -4,6 +4,7 @@
 #include <cntr/export.h>
 #include <velstd/vector.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -25,10 +26,22 @@ class GXSHAPE_API gx_VertexGrid {
     int index;  // the vertex
   };
 
+  struct Cells {
+    double first;
+    double last;
+  };
+
   double cell_(double coordinate) const;
-  double cellFor_(double coordinate, double towards) const;
+  Cells around_(double coordinate) const;
+  std::size_t group_(double column) const;
+  const Entry* firstFrom_(double column, double row) const;
 
   double tolerance_;
   double scale_;
   std::vector<Entry> entries_;
+
+  // Columns in groups, about one an entry: where each group begins in `entries_`.
+  double firstColumn_ = 0.0;
+  double groupsPerColumn_ = 0.0;
+  std::vector<std::uint32_t> groups_;
 };
