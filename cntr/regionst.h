@@ -212,6 +212,7 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   void regionsChanged_(gxContourDefs::IntersectionMode mode);
   bool computeSelfIntersecting_() const;
   void outerHullRegularize(gxRegionSet& result, bool hull) const;
+  static const gx_Box* boundsOf_(const gxRegion& region);
   static void mergeWhereTheyMeet_(std::vector<RegionHandle>& work);
 
   State state_;

@@ -1,9 +1,11 @@
 // Containment and distance of sets: the regions in their order, and what is met on the way.
 #include <cntr/regionst.h>
 #include <gtest/gtest.h>
+#include <support/computed.h>
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
 
+#include <cmath>
 #include <limits>
 #include <vector>
 
@@ -144,4 +146,92 @@ TEST(RegionSetQueries, RandomSetsMatchPlainLoops) {
       EXPECT_EQ(set.distToPoint(point, vertexOnly, true, true), nearest);
     }
   }
+}
+
+// ---- Regions of many points ---------------------------------------------------------------------
+//
+// A region of more than 64 points that is too far away to matter is not asked for its distance.
+// Nothing of that may show, far from the origin neither.
+
+namespace {
+
+double plainDistance(const Handles& handles, const gxVector<2>& point, bool vertexOnly,
+                     bool considerHoles, bool insideIsZero) {
+  double nearest = kInf;
+  for (const Handle& region : handles) {
+    const double distance = region->distToPoint(point, vertexOnly, considerHoles, insideIsZero);
+    if (distance < nearest) nearest = distance;
+  }
+  return nearest;
+}
+
+// Outlines of 65 to 120 points around a place that may be far away, now and then with an outlier or
+// with coordinates that are not finite, with few points or with a hole.
+Handles largeRegions(RandomShapes& random, const gxVector<2>& place, double size) {
+  Handles handles;
+  const int count = random.integer(2, 12);
+  for (int i = 0; i < count; ++i) {
+    const gxVector<2> center(random.uniform(-20, 20), random.uniform(-20, 20));
+    std::vector<gxVector<2>> points = random.star(random.integer(65, 120), center, 1, 6);
+    if (random.chance(0.1)) points.resize(5);
+    for (gxVector<2>& p : points) p = place + p * size;
+    if (random.chance(0.05)) points[2] = {1e300, 0};
+    if (random.chance(0.05)) points[3] = {random.chance(0.5) ? kNaN : kInf, 1};
+    const gxPtrHandle<gxRegion> region(new gxRegion(points));
+    if (random.chance(0.1)) region->holes({square(1e6, 1e6)});
+    handles.emplace_back(region);
+  }
+  return handles;
+}
+
+}  // namespace
+
+TEST(RegionSetDistance, RandomLargeRegionsMatchPlainLoopsBitForBit) {
+  RandomShapes random("region set distance, large regions", 1500);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const double far = random.chance(0.5) ? 0.0 : std::pow(10.0, random.integer(0, 15));
+    const double size = random.chance(0.5) ? 1.0 : std::pow(10.0, random.integer(-160, 150));
+    const gxVector<2> place(far, -far);
+    const Handles handles = largeRegions(random, place, size);
+    const gxRegionSet set(handles);
+    for (int k = 0; k < 4; ++k) {
+      const gxVector<2> query =
+          place + gxVector<2>(random.uniform(-40, 40), random.uniform(-40, 40)) * size;
+      for (int flags = 0; flags < 8; ++flags) {
+        const bool vertexOnly = (flags & 1) != 0;
+        const bool considerHoles = (flags & 2) != 0;
+        const bool insideIsZero = (flags & 4) != 0;
+        EXPECT_EQ(set.distToPoint(query, vertexOnly, considerHoles, insideIsZero),
+                  plainDistance(handles, query, vertexOnly, considerHoles, insideIsZero));
+      }
+    }
+  }
+}
+
+// Asked for containment, a region remembers its box; a shear may have left another's under that key.
+TEST(RegionSetDistance, EveryRegionIsStillAskedWhetherItHoldsThePoint) {
+  RandomShapes random("region set distance, boxes", 1);
+  ASSERT_TRUE(random.next());
+  Handles handles;
+  for (int i = 0; i < 20; ++i)
+    handles.emplace_back(new gxRegion(random.star(80, {30.0 * i, 0.0}, 5, 9)));
+  const Computed rects(gx_Computation::eEncloseRect);
+  static_cast<void>(gxRegionSet(handles).distToPoint({0, 0}, false, true, true));
+  EXPECT_EQ(rects.times(), 20);
+}
+
+TEST(RegionSetDistance, FailuresComeFromTheFirstRegionThatFails) {
+  RandomShapes random("region set distance, failures", 1);
+  ASSERT_TRUE(random.next());
+  const Handle near(new gxRegion(random.star(80, {0, 0}, 5, 9)));
+  const Handle far(new gxRegion(random.star(80, {1000, 0}, 5, 9)));
+  const gxPtrHandle<gxRegion> holed(new gxRegion(random.star(80, {2000, 0}, 5, 9)));
+  holed->holes({Handle(new gxRegion)});
+  EXPECT_THROW(static_cast<void>(
+                   gxRegionSet({near, far, holed, nullptr}).distToPoint({0, 20}, false, false, false)),
+               gxContourDefs::EmptyContour);
+  EXPECT_THROW(static_cast<void>(
+                   gxRegionSet({near, far, nullptr, holed}).distToPoint({0, 20}, false, false, false)),
+               gxBadPointer);
 }

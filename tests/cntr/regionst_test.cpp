@@ -533,3 +533,18 @@ TEST(RegionSetLifetime, ReleasesItsRegions) {
   }
   EXPECT_EQ(region->refCount(), 1);
 }
+
+TEST(RegionSetLifetime, RegionsOfTenThousandNestedHolesAreCopiedAskedAndDestroyed) {
+  Handle level = square(0, 0);
+  for (int depth = 1; depth < 10000; ++depth) {
+    const gxPtrHandle<gxRegion> around(new gxRegion(box(-depth, -depth, 2.0 * depth + 1)));
+    around->holes({level});
+    level = around;
+  }
+  gxRegionSet set({level, level});
+  level = nullptr;
+  const gxRegionSet copy(set);
+  set = gxRegionSet();
+  EXPECT_DOUBLE_EQ(copy.area(true), 2 * (19999.0 * 19999.0 - 19997.0 * 19997.0));
+  EXPECT_FALSE(copy.inside({0.5, 0.4}, true));
+}
