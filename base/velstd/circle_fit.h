@@ -91,6 +91,29 @@ class VELSTD_API gxCircleFitResults {
   std::vector<unsigned long> ignored_;
 };
 
-/// Fits a circle to the points.
+/// Fits a circle to the points: the one with the least sum of squared distances from the points to
+/// the circle, measured along its normals.  The result does not depend on the unit of the points
+/// (powers of two: in no bit) nor, within the rounding of their coordinates, on where they are.
+///
+/// With `ignore` > 0 and a finite `limit`, up to `ignore` points farther than `limit` from the circle
+/// are left out: those for which the squared distances of the others plus `limit`² for each point left
+/// out come out least.  With few enough outliers, however gross (up to about half of the points), the
+/// circle is that of the others.  Nobody within the limit is left out.  With `ignore` 0 or `limit`
+/// +infinity everybody counts.
+///
+///  - points on a straight line, within rounding, or fewer than 3 distinct ones: `BadPoints`
+///  - a NaN or infinite coordinate, or a circle too large for double precision: `BadPoints`
+///  - a held radius leaves two circles for points on a short arc, one on either side: the one nearer to
+///    the points is returned
+/// The result depends on nothing but the arguments: the random choices begin alike each time.
+///
+/// Throws: gxCircleFitDefs::BadParams, gxCircleFitDefs::BadPoints; then `results` is as it was.
+/// Cost: linear, about 5 passes over the points; with outliers some hundred passes over up to 400
+/// points and some twenty over all of them.
+/// Sources: the start is the hyperaccurate algebraic fit of A. Al-Sharadqah and N. Chernov, "Error
+/// analysis for circle fitting algorithms", Electronic Journal of Statistics 3, 2009; the refinement
+/// follows N. Chernov and C. Lesort, "Least squares fitting of circles", Journal of Mathematical
+/// Imaging and Vision 23, 2005; the outliers P. Rousseeuw and K. Van Driessen, "Computing LTS
+/// regression for large data sets", Data Mining and Knowledge Discovery 12, 2006.
 VELSTD_API void gfCircleFit(const gxCircleFitParams& params, const std::vector<gxVector<2>>& points,
                             gxCircleFitResults& results);

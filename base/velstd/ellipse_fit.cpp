@@ -16,6 +16,7 @@
 
 #include <cmath>
 #include <optional>
+#include <utility>
 
 gxEllipseFitDefs::Errors::Errors(const wchar_t* message) : gxExceptionWithString(message) {}
 gxEllipseFitDefs::Errors::Errors(const Errors&) noexcept = default;
@@ -65,10 +66,12 @@ Points turnedTo(const gxVector<2>& axis, const Points& points) {
   return result;
 }
 
-// Where the circle that obeys the same rules is better than the ellipse, a fit of the ellipse to the
-// points that the circle kept, started from the circle.
+bool isCircle(const gx_EllipseImage& image) {
+  return image.xy == 0.0 && image.xx == image.yy;
+}
+
+// The found ellipse, or the circle that obeys the same rules where that has no larger residual.
 std::optional<Search::Result> noWorseThanCircle(std::optional<Search::Result> found,
-                                                const Search& search, const gx_EllipseSolver& solver,
                                                 const gx_FitFrame& frame, const Points& points,
                                                 unsigned long ignore, double limit) {
   const gx_CircleSolver circles(std::nullopt, frame.rounding());
@@ -79,12 +82,9 @@ std::optional<Search::Result> noWorseThanCircle(std::optional<Search::Result> fo
   };
   if (found && mean(found->kept, found->left.size()) < mean(circle->kept, circle->left.size()))
     return found;
-  (void)search;
-  (void)solver;
-  return Search::Result{{circle->shape.center(), circle->shape.radius(), 0.0, circle->shape.radius()},
-                        circle->cost,
-                        circle->kept,
-                        circle->left};
+  const double radius = circle->shape.radius();
+  return Search::Result{
+      {circle->shape.center(), radius, 0.0, radius}, circle->cost, circle->kept, circle->left};
 }
 
 gxEllipse::gxEllipseGeom describe(const gx_EllipseImage& image, const gx_FitFrame& frame) {
@@ -114,8 +114,9 @@ void gfEllipseFit(const gxEllipseFitParams& params, const std::vector<gxVector<2
   const gx_EllipseSolver solver(held, frame.rounding());
   const Search search(solver, params.ignore(), limit);
   std::optional<Search::Result> found = search.run(seen);
-  if (found && !found->left.empty()) {
-    found = noWorseThanCircle(std::move(found), search, solver, frame, seen, params.ignore(), limit);
+  // Without outliers the solver has compared already; a circle that it chose gets its own numbers.
+  if (found && (!found->left.empty() || isCircle(found->shape))) {
+    found = noWorseThanCircle(std::move(found), frame, seen, params.ignore(), limit);
   }
   if (!found) throw gxEllipseFitDefs::BadPoints(L"the points do not determine an ellipse");
 

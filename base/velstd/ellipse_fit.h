@@ -94,6 +94,39 @@ class VELSTD_API gxEllipseFitResults {
   std::vector<unsigned long> ignored_;
 };
 
-/// Fits an ellipse to the points.
+/// Fits an ellipse to the points: the one with the least sum of squared distances from the points to
+/// the ellipse, measured along its normals.  The result does not depend on the unit of the points
+/// (powers of two: in no bit) nor, within the rounding of their coordinates, on where they are.
+///
+/// The ellipse is described in one way only: `radii.x()` is the longer semi-axis, `radii.y()` the
+/// shorter one, and `rotation` the direction of the longer axis, in (−π/2, π/2], from the x axis
+/// towards the y axis.  Equal radii have rotation 0.  The two flags are false.
+///
+/// Mode `eFixedRotation` holds the directions of both axes: one along the given rotation, the other
+/// across it; which is the longer is for the points to say.  The result's rotation is then the given
+/// angle, or the one across, in (−π/2, π/2]: of a given angle that is there already, the very bits.
+///
+/// It is never worse than the circle that `gfCircleFit` finds for the same points, `ignore` and
+/// `limit`: where no ellipse has a smaller residual, that circle is returned.
+///
+/// Where the points leave the size of the ellipse open, as a short noisy arc does (the standard error
+/// of the longer semi-axis is above 3 % of it), the sum hardly changes from some small ellipse to one
+/// that is nearly a parabola.  Then a smaller ellipse is preferred among those that are as good within
+/// the noise; its residual is above the least possible by a part of at most some 3 in n.
+///
+/// Outliers, `ignore` and `limit`: as for `gfCircleFit`.
+///
+///  - fewer than 5 distinct points (4 with a held rotation), or points on a straight line within
+///    rounding: `BadPoints`
+///  - a NaN or infinite coordinate, or an ellipse too large for double precision: `BadPoints`
+/// The result depends on nothing but the arguments: the random choices begin alike each time.
+///
+/// Throws: gxEllipseFitDefs::BadParams, gxEllipseFitDefs::BadPoints; then `results` is as it was.
+/// Cost: linear for many points, two or three passes over all of them and some thirty over up to 1000
+/// of them; with outliers some five hundred passes over up to 400 points and some twenty over all.
+/// Sources: the start is the direct fit of A. Fitzgibbon, M. Pilu and R. Fisher, IEEE PAMI 21, 1999,
+/// in the form of R. Halíř and J. Flusser, WSCG 1998; distances follow D. Eberly, "Distance from a
+/// point to an ellipse, an ellipsoid, or a hyperellipsoid", 2013; least squares by the method of
+/// K. Levenberg and D. Marquardt.  How near it comes, and beside which others: docs/accuracy.md.
 VELSTD_API void gfEllipseFit(const gxEllipseFitParams& params, const std::vector<gxVector<2>>& points,
                              gxEllipseFitResults& results);

@@ -85,9 +85,11 @@ template <std::size_t N, class Shape, class Evaluate, class Moved>
 std::pair<Shape, double> gx_LeastSquares(const Shape& start, int most, const Evaluate& evaluate,
                                          const Moved& moved) {
   // A step that promises less than this part of the cost is the last one: it moves the unknowns by a
-  // few millionths of their own uncertainty, and what it leaves is its square.  Much smaller
-  // promises drown in the rounding of the cost, and would be rejected at random.
-  constexpr double kLastStep = 1e-12;
+  // ten-millionth of their own uncertainty, and what it leaves is less by far.
+  constexpr double kLastStep = 1e-14;
+  // A promise below this part may drown in the rounding of the cost: such a step is taken unless the
+  // cost rises by more.
+  constexpr double kRounding = 1e-10;
   // Damping: small enough at first that a good start converges at once; given up when a step of no
   // size helps.
   constexpr double kFirstDamping = 1e-4;
@@ -98,11 +100,13 @@ std::pair<Shape, double> gx_LeastSquares(const Shape& start, int most, const Eva
   double damping = kFirstDamping;
   for (int i = 1; i < most && here.cost > 0.0 && damping < kLargestDamping; ++i) {
     const auto delta = here.step(damping);
-    const bool last = delta && here.promised(*delta) <= kLastStep * here.cost;
+    const double promised = delta ? here.promised(*delta) : 0.0;
+    const bool last = delta && promised <= kLastStep * here.cost;
+    const double allowed = promised <= kRounding * here.cost ? here.cost * (1.0 + kRounding) : here.cost;
     const std::optional<Shape> next = delta ? moved(best, *delta) : std::nullopt;
     if (next) {
       gx_NormalEquations<N> there = evaluate(*next);
-      if (there.cost < here.cost) {
+      if (there.cost < here.cost || there.cost < allowed) {
         best = *next;
         here = std::move(there);
         damping *= 0.05;
