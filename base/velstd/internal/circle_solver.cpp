@@ -142,29 +142,30 @@ std::vector<gx_CircleArc> gx_CircleSolver::starts(const std::vector<gxVector<2>>
 }
 
 std::optional<gx_CircleArc> gx_CircleSolver::roughFit(const std::vector<gxVector<2>>& points) const {
-  return radius_ ? fit(points) : algebraicFit(points);
+  if (!radius_) return algebraicFit(points);
+  const std::optional<Fitted> found = fit(points);
+  return found ? std::optional<Shape>(found->shape) : std::nullopt;
 }
 
-std::optional<gx_CircleArc> gx_CircleSolver::fit(const std::vector<gxVector<2>>& points) const {
+std::optional<gx_CircleSolver::Fitted> gx_CircleSolver::fit(
+    const std::vector<gxVector<2>>& points) const {
   if (!determined(points)) return std::nullopt;
   const bool holdBend = radius_.has_value();
-  std::optional<gx_CircleArc> best;
-  double least = std::numeric_limits<double>::infinity();
+  std::optional<Fitted> best;
   for (const gx_CircleArc& start : starts(points)) {
     const auto [arc, cost] = gx_LeastSquares<3>(
-        start, kMostEvaluations, [&](const gx_CircleArc& a) { return evaluate(a, points, holdBend); },
+        start, kMostEvaluations, gx_kLastStep,
+        [&](const gx_CircleArc& a) { return evaluate(a, points, holdBend); },
         [&](const gx_CircleArc& a, const std::array<double, 3>& step) {
           return moved(a, step, holdBend);
         });
-    if (cost < least) {
-      least = cost;
-      best = arc;
-    }
+    if (!best || cost < best->cost) best = Fitted{arc, cost};
   }
   // An arc whose height over the points' length is lost in rounding is a straight line.
   const double length = gx_FindNearestLine(points).length;
-  if (best && std::fabs(best->bend) * length * length <= std::max(4.0 * rounding_, 1e-15))
+  if (best && std::fabs(best->shape.bend) * length * length <= std::max(4.0 * rounding_, 1e-15)) {
     return std::nullopt;
+  }
   return best;
 }
 

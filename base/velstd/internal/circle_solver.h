@@ -31,6 +31,12 @@ class gx_CircleSolver {
  public:
   using Shape = gx_CircleArc;
 
+  /// A shape and the sum of the squared distances of the points that it was fitted to.
+  struct Fitted {
+    Shape shape;
+    double cost = 0.0;
+  };
+
   /// So many points determine a circle.
   static constexpr std::size_t kFewest = 3;
 
@@ -39,7 +45,7 @@ class gx_CircleSolver {
 
   /// Returns the circle of the least sum of squared distances, nothing where the points do not
   /// determine one.
-  std::optional<Shape> fit(const std::vector<gxVector<2>>& points) const;
+  std::optional<Fitted> fit(const std::vector<gxVector<2>>& points) const;
   /// Returns a circle near it, faster.
   std::optional<Shape> roughFit(const std::vector<gxVector<2>>& points) const;
 

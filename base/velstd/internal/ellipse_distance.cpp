@@ -7,10 +7,12 @@
 //  2. With w = t / b² + 1, k = a² / b² − 1: (p / (w + k))² + (q / w)² = 1, p = a x / b², q = y / b.
 //     As w is measured from the pole, it keeps its relative precision for points near the major
 //     axis, where a root counted from 0 would lose it.
-//  3. The left side falls and is convex, so Newton's method from the left of the root climbs to it
-//     and cannot leave.  It starts at w = 1, the root of points on the ellipse, or at the place where
-//     one of the two terms alone is 1, whichever is farther right; a step from the right of the
-//     root lands on its left, and is held above that place.
+//  3. One over the root of the left side grows and is concave, nearly a straight line (J. Moré, "The
+//     Levenberg-Marquardt algorithm: implementation and theory", 1978, for the same kind of equation),
+//     so Newton's method on it climbs to the root from the left and cannot leave.  It starts at w = 1,
+//     the root of points on the ellipse, or at the place where one of the two terms alone is 1,
+//     whichever is farther right; a step from the right of the root lands on its left, and is held
+//     above that place.
 //  4. The two terms at the root are cosine² and sine².
 #include <velstd/internal/ellipse_distance.h>
 
@@ -28,23 +30,21 @@ gx_EllipseFoot gx_FootOnEllipse(double a, double b, double x, double y) {
 
   constexpr int kMostRounds = 60;  // never reached: the start is within a factor of 1.5 of the root
   double w = std::max(lowest, 1.0);
-  double u = 0.0;
-  double v = 0.0;
   for (int i = 0; i < kMostRounds; ++i) {
     const double du = 1.0 / (w + k);
     const double dv = 1.0 / w;
-    u = p * du;
-    v = q * dv;
-    const double excess = (u * u + v * v) - 1.0;
-    const double slope = 2.0 * (u * u * du + v * v * dv);
-    const double next = std::max(lowest, w + excess / slope);
-    // The terms depend on w through their square: this moves the foot by less than rounding.
-    const bool settled = std::fabs(next - w) <= 1e-9 * w;
+    const double u = p * du;
+    const double v = q * dv;
+    const double square = u * u + v * v;
+    const double step = (std::sqrt(square) - 1.0) * square / (u * u * du + v * v * dv);
+    const double next = std::max(lowest, w + step);
+    // What a step leaves is its square at most, and the distance depends on the square of that.
+    const bool settled = std::fabs(next - w) <= 1e-6 * w;
     w = next;
     if (settled) break;
   }
-  u = p / (w + k);
-  v = q / w;
+  const double u = p / (w + k);
+  const double v = q / w;
   const double norm = 1.0 / std::sqrt(u * u + v * v);
   return {std::copysign(u * norm, x), std::copysign(v * norm, y)};
 }

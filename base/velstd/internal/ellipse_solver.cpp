@@ -1,9 +1,9 @@
 // The ellipse nearest to points.
 //
-//  1. Take three starts: the algebraic fit that can only give ellipses, the circle nearest to the
-//     points, and the ellipse with the points' second moments.  The first is usually the best but is
-//     drawn to small ellipses when a short arc is noisy; the others help it out of a wrong valley.
-//  2. Refine each to the least sum of squared orthogonal distances, by the method of Levenberg and
+//  1. Start from the algebraic fit that can only give ellipses.  On short noisy arcs it is drawn to
+//     small ellipses; where the result is doubtful, the circle nearest to the points and the ellipse
+//     with their second moments are tried as well, to help it out of a wrong valley.
+//  2. Refine to the least sum of squared orthogonal distances, by the method of Levenberg and
 //     Marquardt.  The unknowns are the conic's coefficients, the quadratic ones with trace 1.  The
 //     distance of a point changes with a coefficient by the term at its foot, divided by the slope of
 //     the conic there.  (Centre and matrix, or centre, radii and rotation, were tried first: on arcs
@@ -25,7 +25,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 
 namespace {
 
@@ -39,6 +38,10 @@ constexpr int kMostEvaluations = 100;
 constexpr double kLargestAxis = 1e3;
 // An ellipse flatter than this is a doubled segment.
 constexpr double kFlattest = 1e-7;
+
+// The refinement over all points begins near its end and goes on until a step is below some
+// hundred-thousandth of the unknowns' own uncertainty; what it leaves is a thousandth of that.
+constexpr double kLastStepOfMany = 1e-12;
 
 // Of more points than twice this, a sample of so many is fitted first.
 constexpr std::size_t kSample = 500;
@@ -174,6 +177,11 @@ double doubtOfSize(const gx_EllipseImage& image, const Points& points, bool upri
   return std::sqrt(variance) / gx_AxesOf(image).a;
 }
 
+bool liesOnLine(const Points& points, double rounding) {
+  const gx_NearestLine line = gx_FindNearestLine(points);
+  return !(line.width > 4.0 * rounding && line.width > 1e-14 * line.length);
+}
+
 // Every so many-th of the points, where there are many.
 Points thinned(const Points& points) {
   const std::size_t stride = points.size() / kSample;
@@ -186,38 +194,30 @@ Points thinned(const Points& points) {
 
 }  // namespace
 
-gx_EllipseImage gx_EllipseSolver::refine(const Shape& start, const Points& points,
-                                         double preference) const {
-  return gx_LeastSquares<5>(
-             start, kMostEvaluations,
-             [&](const Shape& image) {
-               gx_NormalEquations<5> sums = evaluate(image, points);
-               if (preference > 0.0)
-                 preferSmall(sums, image, preference / static_cast<double>(points.size()));
-               if (upright_) sums.hold(1);
-               return sums;
-             },
-             [](const Shape& image, const Unknowns& step) { return moved(image, step); })
-      .first;
+gx_EllipseSolver::Fitted gx_EllipseSolver::refine(const Shape& start, const Points& points,
+                                                  double preference, double lastStep) const {
+  const auto [shape, cost] = gx_LeastSquares<5>(
+      start, kMostEvaluations, lastStep,
+      [&](const Shape& image) {
+        gx_NormalEquations<5> sums = evaluate(image, points);
+        if (preference > 0.0) preferSmall(sums, image, preference / static_cast<double>(points.size()));
+        if (upright_) sums.hold(1);
+        return sums;
+      },
+      [](const Shape& image, const Unknowns& step) { return moved(image, step); });
+  return {shape, cost};
 }
 
 // The best of the refined starts; without preference, one that has not grown to the edge of reason,
 // where there is no least sum.
-std::optional<gx_EllipseImage> gx_EllipseSolver::best(const std::vector<std::optional<Shape>>& starts,
-                                                      const Points& points, double preference) const {
-  std::optional<Shape> result;
-  double least = std::numeric_limits<double>::infinity();
+std::optional<gx_EllipseSolver::Fitted> gx_EllipseSolver::best(
+    const std::vector<std::optional<Shape>>& starts, const Points& points, double preference) const {
+  std::optional<Fitted> result;
   for (const std::optional<Shape>& start : starts) {
     if (!start || !reasonable(gx_AxesOf(*start))) continue;
-    const Shape refined = refine(*start, points, preference);
-    const double a = gx_AxesOf(refined).a;
-    if (preference == 0.0 && a > 0.5 * kLargestAxis) continue;
-    const double cost = costOf(refined, points) *
-                        std::pow(1.0 + a, 2.0 * preference / static_cast<double>(points.size()));
-    if (cost < least) {
-      least = cost;
-      result = refined;
-    }
+    const Fitted refined = refine(*start, points, preference, gx_kLastStep);
+    if (preference == 0.0 && gx_AxesOf(refined.shape).a > 0.5 * kLargestAxis) continue;
+    if (!result || refined.cost < result->cost) result = refined;
   }
   return result;
 }
@@ -226,34 +226,44 @@ std::optional<gx_EllipseImage> gx_EllipseSolver::roughFit(const Points& points) 
   return gx_DirectEllipse(points, upright_);
 }
 
-std::optional<gx_EllipseImage> gx_EllipseSolver::fit(const Points& points) const {
+std::optional<gx_EllipseSolver::Fitted> gx_EllipseSolver::fit(const Points& points) const {
   const std::size_t fewest = upright_ ? kFewest - 1 : kFewest;
   if (gx_CountDistinct(points, fewest) < fewest) return std::nullopt;
-  const gx_NearestLine line = gx_FindNearestLine(points);
-  if (!(line.width > 4.0 * rounding_ && line.width > 1e-14 * line.length)) return std::nullopt;
-
   const Points sample = thinned(points);
   const bool all = sample.size() == points.size();
-  const gx_CircleSolver circles(std::nullopt, rounding_);
-  const std::optional<gx_CircleArc> arc = circles.fit(sample);
-  const std::optional<Shape> circle = arc ? std::optional<Shape>(imageOf(*arc)) : std::nullopt;
-  const std::optional<Shape> direct = gx_DirectEllipse(sample, upright_);
-
-  std::optional<Shape> result = best({direct, circle, gx_MomentsEllipse(sample, upright_)}, sample, 0.0);
-  if (result && !all) result = refine(*result, points, 0.0);
   const double share =
       std::sqrt(static_cast<double>(sample.size()) / static_cast<double>(points.size()));
-  if (!result || doubtOfSize(*result, sample, upright_) * share > kDoubt) {
-    const std::optional<Shape> small = best({result, direct, circle}, sample, kPreference);
-    if (small) result = all ? small : refine(*small, points, kPreference);
+  if (liesOnLine(points, rounding_)) return std::nullopt;
+
+  const gx_CircleSolver circles(std::nullopt, rounding_);
+  const auto arc = circles.fit(sample);
+  const std::optional<Shape> circle = arc ? std::optional<Shape>(imageOf(arc->shape)) : std::nullopt;
+  const std::optional<Shape> direct = gx_DirectEllipse(sample, upright_);
+
+  // A shape that the points determine well is the only one; a doubtful one has rivals.
+  const auto doubtful = [&](const std::optional<Fitted>& fitted) {
+    return !fitted || doubtOfSize(fitted->shape, sample, upright_) * share > kDoubt;
+  };
+  std::optional<Fitted> result = best({direct}, sample, 0.0);
+  if (doubtful(result)) {
+    const auto shape = result ? std::optional<Shape>(result->shape) : direct;
+    result = best({shape, circle, gx_MomentsEllipse(sample, upright_)}, sample, 0.0);
   }
-  const double cost = result ? costOf(*result, points) : std::numeric_limits<double>::infinity();
+  if (doubtful(result)) {
+    const auto shape = result ? std::optional<Shape>(result->shape) : std::nullopt;
+    const std::optional<Fitted> small = best({shape, direct, circle}, sample, kPreference);
+    if (small) result = all ? small : refine(small->shape, points, kPreference, gx_kLastStep);
+    if (result) result->cost = costOf(result->shape, points);
+  } else if (!all) {
+    result = refine(result->shape, points, 0.0, kLastStepOfMany);
+  }
 
   // The nearest circle has no smaller sum over all points than the circle nearest to the sample has
   // over the sample.
-  if (circle && !(cost < costOf(*circle, sample))) {
-    const std::optional<gx_CircleArc> full = all ? arc : circles.fit(points);
-    if (full && costOf(imageOf(*full), points) <= cost) result = imageOf(*full);
+  if (circle && !(result && result->cost < costOf(*circle, sample))) {
+    const auto full = all ? arc : circles.fit(points);
+    if (full && !(result && result->cost < full->cost))
+      result = Fitted{imageOf(full->shape), full->cost};
   }
   return result;
 }

@@ -13,6 +13,12 @@ class gx_EllipseSolver {
  public:
   using Shape = gx_EllipseImage;
 
+  /// A shape and the sum of the squared distances of the points that it was fitted to.
+  struct Fitted {
+    Shape shape;
+    double cost = 0.0;
+  };
+
   /// So many points determine an ellipse.
   static constexpr std::size_t kFewest = 5;
 
@@ -21,7 +27,7 @@ class gx_EllipseSolver {
   /// Returns the ellipse of the least sum of squared distances (see the source for the points that
   /// leave its size open), never one with a larger sum than the best circle; nothing where the
   /// points do not determine an ellipse.
-  std::optional<Shape> fit(const std::vector<gxVector<2>>& points) const;
+  std::optional<Fitted> fit(const std::vector<gxVector<2>>& points) const;
   /// Returns an ellipse near it, faster.
   std::optional<Shape> roughFit(const std::vector<gxVector<2>>& points) const;
 
@@ -32,9 +38,9 @@ class gx_EllipseSolver {
  private:
   using Points = std::vector<gxVector<2>>;
 
-  Shape refine(const Shape& start, const Points& points, double preference) const;
-  std::optional<Shape> best(const std::vector<std::optional<Shape>>& starts, const Points& points,
-                            double preference) const;
+  Fitted refine(const Shape& start, const Points& points, double preference, double lastStep) const;
+  std::optional<Fitted> best(const std::vector<std::optional<Shape>>& starts, const Points& points,
+                             double preference) const;
 
   bool upright_;
   double rounding_;

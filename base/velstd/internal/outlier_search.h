@@ -41,18 +41,20 @@ class gx_OutlierSearch {
 
   /// Returns the best fit found, nothing where the points determine none.
   std::optional<Result> run(const Points& points) const {
-    const std::size_t most = mostLeft(points.size(), ignore_);
+    const std::size_t most = std::isfinite(limit_) ? mostLeft(points.size(), ignore_) : 0;
+    const std::optional<typename Solver::Fitted> plain = solver_.fit(points);
+    if (most == 0)
+      return plain ? std::optional<Result>({plain->shape, plain->cost, plain->cost, {}}) : std::nullopt;
+
     std::optional<Result> best;
-    if (const std::optional<Shape> plain = solver_.fit(points)) {
-      best = judge(*plain, points, most);
+    if (plain) {
+      best = judge(plain->shape, points, most);
       if (best->left.empty()) return best;
-      best = concentrate(*best, points, most, &Solver::fit);
+      best = concentrate(*best, points, most);
     }
-    if (most > 0 && std::isfinite(limit_)) {
-      for (const Shape& start : randomStarts(points)) {
-        const Result found = concentrate(judge(start, points, most), points, most, &Solver::fit);
-        if (!best || found.cost < best->cost) best = found;
-      }
+    for (const Shape& start : randomStarts(points)) {
+      const Result found = concentrate(judge(start, points, most), points, most);
+      if (!best || found.cost < best->cost) best = found;
     }
     return best;
   }
@@ -62,7 +64,7 @@ class gx_OutlierSearch {
     Result result{shape, 0.0, 0.0, {}};
     std::vector<double> distance;
     Solver::distances(shape, points, distance);
-    if (most > 0 && std::isfinite(limit_)) {
+    if (most > 0) {
       for (std::size_t i = 0; i < distance.size(); ++i) {
         if (!(distance[i] <= limit_)) result.left.push_back(i);
       }
@@ -117,14 +119,12 @@ class gx_OutlierSearch {
     return kept;
   }
 
-  using Fit = std::optional<Shape> (Solver::*)(const Points&) const;
-
   // Takes turns, from a judged shape, while the sum falls.
-  Result concentrate(Result best, const Points& points, std::size_t most, Fit fit) const {
+  Result concentrate(Result best, const Points& points, std::size_t most) const {
     for (int i = 0; i < kMostTurns; ++i) {
-      const std::optional<Shape> shape = (solver_.*fit)(without(points, best.left));
-      if (!shape) break;
-      Result next = judge(*shape, points, most);
+      const std::optional<typename Solver::Fitted> fitted = solver_.fit(without(points, best.left));
+      if (!fitted) break;
+      Result next = judge(fitted->shape, points, most);
       if (!(next.cost < best.cost)) break;
       const bool settled = next.left == best.left;
       best = std::move(next);
