@@ -1,6 +1,7 @@
 /// A tree over boxes that come in any order.
 #pragma once
 
+#include <cntr/export.h>
 #include <cntr/internal/edge_index.h>
 
 #include <algorithm>
@@ -10,7 +11,7 @@
 /// Finds, of many boxes, those that meet a given one, in O(log n) for each found where the boxes are
 /// spread out.  Packed: the boxes are sorted once into tiles, by left side and then by lower side;
 /// a leaf is a run of 8 of them, a node above it a run of 8 leaves, and so on, without pointers.
-class gx_BoxTree {
+class GXSHAPE_API gx_BoxTree {
  public:
   explicit gx_BoxTree(const std::vector<gx_Box>& boxes);
 

@@ -37,4 +37,8 @@
 
 #include <cntr/contour.h>
 #include <cntr/contourdefs.h>
+#include <cntr/region.h>
+#include <cntr/regionst.h>
 #include <cntr/shapestat.h>
+
+#include <ch_core/cntrtmpl.h>
