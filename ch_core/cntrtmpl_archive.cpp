@@ -89,6 +89,13 @@ void gxRegionSetT<T>::serialize_(gxArchive& archive, unsigned char version) {
   archive || regionsT_;
 }
 
-template class gxContourT<gxEdgelet>;
-template class gxRegionT<gxEdgelet>;
-template class gxRegionSetT<gxEdgelet>;
+// The classes as a whole are instantiated where their models are; here only what is defined here.
+template gxPersistent* gxContourT<gxEdgelet>::make();
+template void gxContourT<gxEdgelet>::dispatchSerialize(gxArchive&);
+template void gxContourT<gxEdgelet>::serialize_(gxArchive&, unsigned char);
+template gxPersistent* gxRegionT<gxEdgelet>::make();
+template void gxRegionT<gxEdgelet>::dispatchSerialize(gxArchive&);
+template void gxRegionT<gxEdgelet>::serialize_(gxArchive&, unsigned char);
+template gxPersistent* gxRegionSetT<gxEdgelet>::make();
+template void gxRegionSetT<gxEdgelet>::dispatchSerialize(gxArchive&);
+template void gxRegionSetT<gxEdgelet>::serialize_(gxArchive&, unsigned char);
