@@ -106,12 +106,15 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
 
   /// Returns the point of the contour nearest to `point`; with `vertexOnly`, the nearest vertex.
   /// Ties: the earlier edge wins (the closing edge is edge 0), the lower index among vertices.
-  ///  - an edge of no length competes with its start point
-  ///  - a NaN query gives (0, 0), or vertex 0 with `vertexOnly`
+  ///  - an edge of no length, or one so long (above 1e154) that the square of its length is infinite,
+  ///    answers with its start point
+  ///  - where nothing is at a finite distance (a NaN or infinite query, say): (0, 0), or vertex 0
+  ///    with `vertexOnly`
   /// Throws: EmptyContour below 2 points.
   gxVector<2> closestPoint(const gxVector<2>& point, bool vertexOnly) const;
 
-  /// Returns the index of the vertex nearest to `point`, the lowest on ties; 0 for a NaN query.
+  /// Returns the index of the vertex nearest to `point`, the lowest on ties.
+  ///  - 0 where no vertex is at a finite distance, so for a NaN query
   /// Throws: EmptyContour below 2 points.
   long closestVertexIndex(const gxVector<2>& point) const;
 
@@ -163,7 +166,7 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// Throws: EmptyContour below 2 points.
   /// Remembers: up to `cachedVectorSize` + 1 answers by transform.  Transforms that differ in yx
   /// alone count as one, so a shear along y may be answered by what was remembered for another;
-  /// transforms with a NaN are not remembered.
+  /// transforms with a NaN in any other number are not remembered.
   gxRect encloseRect(const gxXform<2>& xform) const;
 
   // ---- Enclosing circle (contour_circle.cpp) ----------------------------------------------------

@@ -123,6 +123,16 @@ TEST(ContourCircleSlot, OfAllPairsKeepsTheCircleOfEarlierPointsWhereNoTwoAreApar
   EXPECT_EQ(contour.encloseCircle(kAllPairs), gxCircle(V(1, 0), 1));
 }
 
+TEST(ContourCircleSlot, IsKeptByManyEqualPointsToo) {
+  gxContour contour(pointsOf("0 0, 4 0, 4 3"));
+  contour.encloseCircle(kAllPairs);
+  contour.points(std::vector<V>(200, V(5, 5)));
+  EXPECT_EQ(contour.encloseCircle(kAllPairs), gxCircle(V(2, 1.5), 2.5));
+  contour.points(std::vector<V>(200, V(std::nan(""), 5)));
+  EXPECT_EQ(contour.encloseCircle(kAllPairs), gxCircle(V(2, 1.5), 2.5));
+  EXPECT_EQ(gxContour(std::vector<V>(200, V(5, 5))).encloseCircle(kAllPairs), gxCircle());
+}
+
 TEST(ContourCircleSlot, OfAllPairsRemembersTheKeptCircle) {
   gxContour contour(pointsOf("0 0, 4 0, 4 3"));
   contour.encloseCircle(kAllPairs);

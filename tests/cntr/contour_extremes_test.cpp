@@ -51,6 +51,16 @@ TEST(ContourExtremalVertex, AlongAnAxisBareCoordinatesAreCompared) {
   EXPECT_EQ(wide.extremalVertexIndex(gxRadian(kPi / 2 - 3e-15)), 1) << "farther than that";
 }
 
+TEST(ContourExtremalVertex, EachAxisDirectionIsExact) {
+  // In each direction vertices 0 and 1 tie; the sine or cosine that ought to be 0 would prefer 1.
+  EXPECT_EQ(gxContour(pointsOf("5 0, 5 1e17, 0 0")).extremalVertexIndex(gxRadian(2 * kPi + 1e-16)), 0);
+  EXPECT_EQ(gxContour(pointsOf("-5 0, -5 1e17, 0 0")).extremalVertexIndex(gxRadian(kPi)), 0);
+  EXPECT_EQ(gxContour(pointsOf("-5 0, -5 -1e17, 0 0")).extremalVertexIndex(gxRadian(-kPi)), 0);
+  EXPECT_EQ(gxContour(pointsOf("0 5, 1e17 5, 0 0")).extremalVertexIndex(gxRadian(kPi / 2)), 0);
+  EXPECT_EQ(gxContour(pointsOf("0 -5, -1e17 -5, 0 0")).extremalVertexIndex(gxRadian(3 * kPi / 2)), 0);
+  EXPECT_EQ(gxContour(pointsOf("0 -5, 1e17 -5, 0 0")).extremalVertexIndex(gxRadian(-kPi / 2)), 0);
+}
+
 TEST(ContourExtremalVertex, InADirectionBetweenTheAxesTheDotProductDecides) {
   EXPECT_EQ(square().extremalVertexIndex(gxRadian(0.7)), 2);
   EXPECT_EQ(square().extremalVertexIndex(gxRadian(kPi + 0.7)), 0);

@@ -174,10 +174,15 @@ TEST(ContourClosestPoint, EdgesThatAreNotFinitePassUnseen) {
   EXPECT_EQ(gxContour(pointsOf("0 0, 4 0, nan 7, 4 4"), false).closestPoint(V(1, 2), false), V(1, 0));
 }
 
-TEST(ContourClosestPoint, HugeCoordinatesAreAnsweredByAVertexOrAFoot) {
-  const gxContour contour(pointsOf("0 0, 1e308 0"), false);
-  const V nearest = contour.closestPoint(V(5e307, 1e300), false);
-  EXPECT_TRUE(std::isfinite(nearest.x()) && nearest.y() == 0.0);
+TEST(ContourClosestPoint, WhereTheProductsOverflowTheEdgeAnswersWithItsStart) {
+  const gxContour contour(pointsOf("7 0, 1e308 0"), false);
+  EXPECT_EQ(contour.closestPoint(V(5e307, 1e300), false), V(7, 0));
+  EXPECT_EQ(contour.closestPoint(V(5e100, 1e90), false), V(7, 0));
+}
+
+TEST(ContourClosestPoint, LargeCoordinatesWhoseProductsFitAreProjected) {
+  const gxContour contour(pointsOf("0 0, 1e150 0"), false);
+  EXPECT_EQ(contour.closestPoint(V(5e149, 1e140), false), V(5e149, 0));
 }
 
 TEST(ContourClosestPoint, DenormalCoordinatesAreAnswered) {
