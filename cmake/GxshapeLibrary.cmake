@@ -30,7 +30,8 @@ function(gxshape_library name)
 
   target_link_libraries(${name} PUBLIC ${arg_DEPENDS})
   target_compile_features(${name} PUBLIC cxx_std_20)
-  target_compile_options(${name} PUBLIC ${GXSHAPE_PUBLIC_FLAGS} PRIVATE ${GXSHAPE_WARNINGS})
+  target_compile_options(${name} PUBLIC ${GXSHAPE_PUBLIC_FLAGS} 
+                         PRIVATE ${GXSHAPE_WARNINGS} ${GXSHAPE_LIBRARY_WARNINGS})
 
   string(TOUPPER ${name} macro)
   target_compile_definitions(${name} PRIVATE ${macro}_BUILDING)
