@@ -317,13 +317,24 @@ TEST(EdgeletRegionCopy, SourceMayBeAHoleOfTheTarget) {
   }
 }
 
+// The hole is an edge-point region in the plain list, and belongs to that list alone.
 TEST(EdgeletRegionCopy, SourceMayBeAPlainHoleOfTheTarget) {
-  Region region(squareData(0, 0, 9));
-  gxRegion& base = region;
-  base.holes({RegionHandle(new Region(squareData(1, 1, 2)))});
-  base = *region.gxRegion::holes()[0];
-  EXPECT_EQ(region.points(), positions(squareData(1, 1, 2)));
-  EXPECT_TRUE(inStep(region));
+  enum class How { eCopyAsRegion, eMoveAsRegion, eCopy, eMove };
+  for (const How how : {How::eCopyAsRegion, How::eMoveAsRegion, How::eCopy, How::eMove}) {
+    Region region(squareData(0, 0, 9));
+    gxRegion& base = region;
+    base.holes({RegionHandle(new Region(squareData(1, 1, 2)))});
+    Region& hole = const_cast<Region&>(dynamic_cast<const Region&>(*region.gxRegion::holes()[0]));
+    switch (how) {
+      case How::eCopyAsRegion: base = static_cast<const gxRegion&>(hole); break;
+      case How::eMoveAsRegion: base = std::move(static_cast<gxRegion&>(hole)); break;
+      case How::eCopy: region = hole; break;
+      case How::eMove: region = std::move(hole); break;
+    }
+    EXPECT_EQ(region.points(), positions(squareData(1, 1, 2)));
+    EXPECT_TRUE(region.gxRegion::holes().empty());
+    EXPECT_TRUE(inStep(region));
+  }
 }
 
 TEST(EdgeletRegionMove, TakesEverythingOnce) {

@@ -659,6 +659,15 @@ TEST(RegionSetOfManyRegions, NullHandleAmongManyThrows) {
   EXPECT_THROW(gx_RegionSetInside::outerHullRegularize(set, result, false), gxBadPointer);
 }
 
+TEST(RegionSetOfManyRegions, PointlessRegionAmongManyThrowsAlsoWhereOnlyPointlessOnesFollow) {
+  Handles handles;
+  for (int i = 0; i < 20; ++i) handles.emplace_back(new gxRegion);
+  EXPECT_THROW(static_cast<void>(gxRegionSet(handles).isSelfIntersecting()),
+               gxContourDefs::EmptyContour);
+  for (int i = 0; i < 19; ++i) handles[static_cast<std::size_t>(i)] = square(3 * i, 0);
+  EXPECT_FALSE(gxRegionSet(handles).isSelfIntersecting());  // nothing follows it
+}
+
 TEST(RegionSetOfManyRegions, TwentyThousandCoinsAreToldApart) {
   Handles handles;
   for (int i = 0; i < 20000; ++i) {
