@@ -33,7 +33,7 @@ namespace {
 
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kLarger = 100.0;
-constexpr int kTrials = 400;
+constexpr int kTrials = 1500;
 
 struct Situation {
   double arc;    // degrees
@@ -209,7 +209,7 @@ std::string nameOf(const Situation& s, bool withRatio) {
 }
 
 // Prints one table for each kind of error and counts where the first column is behind another by
-// more than two percent, which is what 400 trials can tell.
+// more than two percent, which is about what the trials can tell.
 void tables(std::ostream& out, const std::string& title, const std::vector<Situation>& situations,
             const std::vector<Column>& columns, bool ellipses) {
   std::vector<std::vector<Cell>> rows;

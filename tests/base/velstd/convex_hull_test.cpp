@@ -64,7 +64,7 @@ void expectHull(const Points& points) {
         << "corner " << (i + 1) % n;
     for (const auto& p : points) {
       if (!std::isfinite(p.x()) || !std::isfinite(p.y())) continue;
-      ASSERT_GE(gx_OrientationExact(hull[i], hull[(i + 1) % n], p), 0) << "outside edge " << i;
+      ASSERT_GE(gx_Orientation(hull[i], hull[(i + 1) % n], p), 0) << "outside edge " << i;
     }
   }
 }
@@ -152,7 +152,7 @@ TEST(ConvexHull, LargeShapesContainAllTheirPoints) {
     SCOPED_TRACE(random.trace());
     for (int kind = 0; kind < static_cast<int>(OutlineKind::eCount); ++kind) {
       SCOPED_TRACE(kind);
-      expectHull(random.placed(random.outline(static_cast<OutlineKind>(kind), 3000)));
+      expectHull(random.placed(random.outline(static_cast<OutlineKind>(kind), 1500)));
     }
   }
 }
