@@ -1,10 +1,10 @@
 // Storing and loading contours, beside a plain copy of the same points.
 //
 // The one parameter is the number of points.  Bytes per second count the points alone (16 bytes each),
-// so that the rows compare; `bytes_per_point` is what the archive takes in all.  Memory is new in each
-// round for all rows alike, as it is for whoever stores or loads something once: the system then hands
-// over fresh pages, which costs more than the copying.  The rows named Reused copy into memory that was
-// used before.
+// so that the rows compare; `bytes_per_point` is what the archive takes in all.  The archive and its
+// copy of the points are made anew in each round; the rows named Reused fill memory that is there.
+// Blocks above 32 MB, as the edge points' last row needs, the C library takes from the system anew each
+// time, and the fresh pages then cost more than filling them.
 #include <benchmark/benchmark.h>
 #include <ch_core/cntrtmpl.h>
 #include <cntr/contour.h>

@@ -12,6 +12,7 @@
 // Streaming the payload straight through, checksum last, was the other choice: it saves a copy and
 // loses the guarantee that no object changes for a frame that is damaged.
 #include <velstd/archive.h>
+#include <velstd/internal/archive_number.h>
 #include <velstd/internal/archive_pass.h>
 #include <velstd/internal/archive_sum.h>
 
@@ -27,45 +28,6 @@ constexpr std::uint32_t kFormat = 1;
 constexpr std::size_t kHeader = 20;  // magic, format, length of the payload
 constexpr std::size_t kSum = 8;
 constexpr std::size_t kFirstPiece = 1U << 16U;
-constexpr std::size_t kSlack = 1U << 12U;
-constexpr std::size_t kLongestName = 255;
-
-template <class Unsigned>
-void putLittle(unsigned char* bytes, Unsigned value) {
-  for (std::size_t i = 0; i < sizeof value; ++i) {
-    bytes[i] = static_cast<unsigned char>(value >> (8 * i));
-  }
-}
-
-template <class Unsigned>
-Unsigned getLittle(const unsigned char* bytes) {
-  Unsigned value = 0;
-  for (std::size_t i = 0; i < sizeof value; ++i) {
-    value = static_cast<Unsigned>(value | static_cast<Unsigned>(Unsigned{bytes[i]} << (8 * i)));
-  }
-  return value;
-}
-
-template <class Unsigned>
-void transferLittle(gxArchive& archive, Unsigned& value) {
-  unsigned char bytes[sizeof(Unsigned)] = {};
-  if (archive.isStoring()) putLittle(bytes, value);
-  archive.transfer(bytes, sizeof bytes);
-  if (archive.isLoading()) value = getLittle<Unsigned>(bytes);
-}
-
-std::wstring widen(const std::string& text) {
-  std::wstring result;
-  for (const char c : text) result += static_cast<wchar_t>(static_cast<unsigned char>(c));
-  return result;
-}
-
-/// Returns the name with everything that is not plain text replaced: it comes from an archive.
-std::wstring printable(const std::string& name) {
-  std::wstring result = L"\"";
-  for (const char c : name) result += c >= ' ' && c <= '~' ? static_cast<wchar_t>(c) : L'?';
-  return result + L'"';
-}
 
 }  // namespace
 
@@ -173,8 +135,12 @@ gxPersistent* gxArchive::loadFrame_(gxPersistent* root, bool simple) {
   const unsigned char* const start = cursor_;
   const unsigned char* const end = end_;
   const auto restore = [&] {
-    cursor_ = in_ == nullptr ? start : end_;
-    end_ = in_ == nullptr ? end : end_;
+    if (in_ == nullptr) {
+      cursor_ = start;
+      end_ = end;
+    } else {
+      cursor_ = end_;  // what was read of a stream cannot be given back
+    }
   };
   try {
     openFrame_();
@@ -225,14 +191,14 @@ void gxArchive::beginFrame_() {
   frame_ = buffer_.size();
   unsigned char header[kHeader] = {};
   std::copy_n(kMagic, sizeof kMagic, header);
-  putLittle(header + 8, kFormat);
+  gf_PutLittle(header + 8, kFormat);
   store_(header, sizeof header);
 }
 
 void gxArchive::endFrame_() {
-  putLittle(buffer_.data() + frame_ + 12, std::uint64_t{buffer_.size() - frame_ - kHeader});
+  gf_PutLittle(buffer_.data() + frame_ + 12, std::uint64_t{buffer_.size() - frame_ - kHeader});
   unsigned char sum[kSum] = {};
-  putLittle(sum, gf_ArchiveSum(buffer_.data() + frame_, buffer_.size() - frame_));
+  gf_PutLittle(sum, gf_ArchiveSum(buffer_.data() + frame_, buffer_.size() - frame_));
   buffer_.insert(buffer_.end(), sum, sum + sizeof sum);
   if (out_ == nullptr) return;
   write_();
@@ -261,6 +227,7 @@ void gxArchive::write_() {
 void gxArchive::openFrame_() {
   if (in_ != nullptr) {
     before_ += static_cast<std::uint64_t>(cursor_ - begin_);
+    begin_ = cursor_ = end_ = nullptr;
     buffer_.clear();
     fetch_(kHeader);
   }
@@ -268,10 +235,10 @@ void gxArchive::openFrame_() {
     throw BadFormat(L"this is not an archive");
   }
   if (bytesLeft() < kHeader) truncated_(kHeader);
-  if (getLittle<std::uint32_t>(cursor_ + 8) != kFormat) {
+  if (gf_GetLittle<std::uint32_t>(cursor_ + 8) != kFormat) {
     throw BadFormat(L"the archive has a format that this version does not know");
   }
-  const std::uint64_t length = getLittle<std::uint64_t>(cursor_ + 12);
+  const std::uint64_t length = gf_GetLittle<std::uint64_t>(cursor_ + 12);
   if (length > limits_.bytes || limits_.bytes - length < kHeader + kSum) {
     throw LimitExceeded(L"the frame is longer than " + std::to_wstring(limits_.bytes) + L" bytes");
   }
@@ -279,7 +246,7 @@ void gxArchive::openFrame_() {
   if (in_ != nullptr) fetch_(whole);
   if (bytesLeft() < whole) truncated_(whole);
   const unsigned char* const sum = cursor_ + whole - kSum;
-  if (gf_ArchiveSum(cursor_, whole - kSum) != getLittle<std::uint64_t>(sum)) {
+  if (gf_ArchiveSum(cursor_, whole - kSum) != gf_GetLittle<std::uint64_t>(sum)) {
     throw BadChecksum(L"the archive is damaged");
   }
   cursor_ += kHeader;
@@ -306,249 +273,4 @@ void gxArchive::fetch_(std::size_t size) {
   }
   begin_ = cursor_ = buffer_.data();
   end_ = begin_ + buffer_.size();
-}
-
-// ---- References -------------------------------------------------------------------------------------
-//
-// A reference is a number: 0 for null, the number of an object that came earlier, or the next number,
-// after which the object follows.  The object begins with its class, again a number: of a class that
-// came earlier, or the next number, after which the name follows.
-
-namespace {
-
-// A hole in a hole takes 460 bytes of the stack when loaded or stored, 2,400 under the address
-// sanitizer (measured with tests/archive's nested regions on a painted stack); a thousand levels, the
-// most that can be set, leave most of an ordinary 8 MiB stack free.
-constexpr std::uint32_t kMostNesting = 1000;
-
-}  // namespace
-
-/// One level of nesting, while it lasts.
-class gxArchive::Level {
- public:
-  explicit Level(const gxArchive& archive) : pass_(*archive.pass_) {
-    const std::uint32_t most = std::min(archive.limits_.nesting, kMostNesting);
-    if (pass_.depth >= most) {
-      throw LimitExceeded(L"objects nest deeper than " + std::to_wstring(most) + L" levels");
-    }
-    ++pass_.depth;
-  }
-  Level(const Level&) = delete;
-  Level& operator=(const Level&) = delete;
-  ~Level() { --pass_.depth; }
-
- private:
-  gx_ArchivePass& pass_;
-};
-
-void gxArchive::reference_(gxPersistent* pointer, gxPersistent*& pointerOut) {
-  if (pass_ == nullptr) throw BadFormat(L"no pass is running");
-  if (isStoring()) {
-    storeReference_(pointer);
-    pointerOut = pointer;
-  } else {
-    pointerOut = nullptr;
-    pointerOut = loadReference_(nullptr);
-  }
-}
-
-void gxArchive::tooManyObjects_() const {
-  throw LimitExceeded(L"the frame holds more than " + std::to_wstring(limits_.objects) + L" objects");
-}
-
-void gxArchive::storeReference_(gxPersistent* pointer) {
-  std::uint32_t number = 0;
-  if (pointer == nullptr) {
-    transferLittle(*this, number);
-    return;
-  }
-  // Two bases of one object may be reached through different addresses; the whole object has one.
-  const auto [place, isNew] = pass_->stored.try_emplace(dynamic_cast<const void*>(pointer));
-  gx_ArchivePass::StoredObject& stored = place->second;
-  if (isNew) {
-    if (pass_->stored.size() > limits_.objects) tooManyObjects_();
-    stored.number = static_cast<std::uint32_t>(pass_->stored.size());
-  } else if (!stored.complete) {
-    throw BadReference(L"an object reaches itself and cannot be stored");
-  }
-  number = stored.number;
-  transferLittle(*this, number);
-  if (!isNew) return;
-  const Level level(*this);
-  storeClass_(*pointer);
-  pointer->dispatchSerialize(*this);
-  stored.complete = true;
-}
-
-void gxArchive::storeClass_(const gxPersistent& object) {
-  const std::string name = gf_ClassName(typeid(object));
-  const auto [place, isNew] = pass_->storedClasses.try_emplace(name);
-  if (isNew) {
-    if (gx_Instantiator::factory(name) == nullptr || name.size() > kLongestName) {
-      throw UnknownClass(widen(name) + L" is not a registered class");
-    }
-    place->second = static_cast<std::uint32_t>(pass_->storedClasses.size());
-  }
-  transferLittle(*this, place->second);
-  if (!isNew) return;
-  auto length = static_cast<unsigned char>(name.size());
-  *this || length;
-  store_(reinterpret_cast<const unsigned char*>(name.data()), name.size());
-}
-
-/// Loads a reference.  The first of a pass is the frame's own object: it goes into `root` where that
-/// is not null, and no handle can refer to it, because it is still being read until the pass ends.
-gxPersistent* gxArchive::loadReference_(gxPersistent* root) {
-  std::vector<gx_LoadedObject>& loaded = pass_->loaded;
-  const bool isFirst = loaded.empty();
-  std::uint32_t number = 0;
-  transferLittle(*this, number);
-  if (number == 0 && isFirst) throw BadFormat(L"the frame holds no object");
-  if (number == 0) return nullptr;
-  if (number <= loaded.size()) {
-    const gx_LoadedObject& earlier = loaded[number - 1];
-    if (!earlier.complete) throw BadReference(L"a reference to an object that is still being read");
-    if (pass_->simple) throw BadReference(L"a reference where none are kept");
-    return earlier.object;
-  }
-  if (number != loaded.size() + 1) throw BadReference(L"a reference to an object that was not read yet");
-  if (number > limits_.objects) tooManyObjects_();
-
-  const Level level(*this);
-  gxPersistent* const object = loadClass_(root);
-  loaded[number - 1].complete = false;
-  object->dispatchSerialize(*this);
-  loaded[number - 1].complete = true;
-  return object;
-}
-
-/// Loads the class that an object begins with, and enters the object, `root` or a new one.
-gxPersistent* gxArchive::loadClass_(gxPersistent* root) {
-  std::vector<gx_ArchivePass::LoadedClass>& classes = pass_->loadedClasses;
-  std::uint32_t number = 0;
-  transferLittle(*this, number);
-  if (number == 0 || number > classes.size() + 1) throw BadFormat(L"a class that was not named");
-  if (number == classes.size() + 1) {
-    unsigned char length = 0;
-    *this || length;
-    std::string name(length, '\0');
-    take_(reinterpret_cast<unsigned char*>(name.data()), name.size());
-    const gx_Instantiator::Factory make = gx_Instantiator::factory(name);
-    if (make == nullptr) throw UnknownClass(L"the archive names an unknown class, " + printable(name));
-    classes.push_back({std::move(name), make});
-  }
-  const gx_ArchivePass::LoadedClass& named = classes[number - 1];
-  if (root != nullptr) {
-    const std::string wanted = gf_ClassName(typeid(*root));
-    if (named.name != wanted) {
-      throw BadFormat(L"the archive holds a " + widen(named.name) + L", not a " + widen(wanted));
-    }
-    pass_->loaded.push_back({root, nullptr, false, false});
-    return root;
-  }
-  std::unique_ptr<gxPersistent> object(named.make());
-  const bool isFirst = pass_->loaded.empty();
-  const gxRepBase* const counted = isFirst ? nullptr : dynamic_cast<const gxRepBase*>(object.get());
-  pass_->loaded.push_back({object.get(), counted, false, true});
-  gx_PtrHandleBase_RepAccessor::acquire(counted);
-  return object.release();
-}
-
-// ---- Fields -----------------------------------------------------------------------------------------
-
-void gxArchive::store_(const unsigned char* data, std::size_t size) {
-  if (pass_ == nullptr) throw BadFormat(L"no pass is running");
-  const std::uint64_t used = buffer_.size() - frame_ + kSum;
-  if (used > limits_.bytes || limits_.bytes - used < size) {
-    throw LimitExceeded(L"the frame is longer than " + std::to_wstring(limits_.bytes) + L" bytes");
-  }
-  makeRoom_(size);
-  buffer_.insert(buffer_.end(), data, data + size);
-}
-
-/// Lets the buffer take `size` more bytes in its place.  What follows a long list of points is short:
-/// without the slack it would move them all again.
-void gxArchive::makeRoom_(std::size_t size) {
-  const std::size_t needed = buffer_.size() + size;
-  if (needed > buffer_.capacity()) buffer_.reserve(std::max(2 * buffer_.size(), needed + kSlack));
-}
-
-gxArchive& gxArchive::operator||(bool& value) {
-  unsigned char byte = value ? 1 : 0;
-  transfer(&byte, 1);
-  if (byte > 1) throw BadFormat(L"a flag that is neither 0 nor 1");
-  value = byte != 0;
-  return *this;
-}
-
-gxArchive& gxArchive::operator||(long& value) {
-  using Limit = std::numeric_limits<std::int32_t>;
-  const char* const name = std::exchange(field_, nullptr);
-  if (isStoring() && (value < Limit::min() || value > Limit::max())) tooLarge_(name);
-  auto word = static_cast<std::uint32_t>(value);
-  transferLittle(*this, word);
-  if (isLoading()) value = static_cast<std::int32_t>(word);
-  return *this;
-}
-
-gxArchive& gxArchive::operator||(unsigned long& value) {
-  const char* const name = std::exchange(field_, nullptr);
-  if (isStoring() && value > std::numeric_limits<std::uint32_t>::max()) tooLarge_(name);
-  auto word = static_cast<std::uint32_t>(value);
-  transferLittle(*this, word);
-  if (isLoading()) value = word;
-  return *this;
-}
-
-void gxArchive::tooLarge_(const char* name) const {
-  throw LimitExceeded(widen(name == nullptr ? "a number" : name) + L" does not fit into 32 bits");
-}
-
-gxArchive& operator||(gxArchive& archive, unsigned short& value) {
-  std::uint16_t bits = value;
-  transferLittle(archive, bits);
-  value = bits;
-  return archive;
-}
-
-gxArchive& operator||(gxArchive& archive, double& value) {
-  auto bits = std::bit_cast<std::uint64_t>(value);
-  transferLittle(archive, bits);
-  value = std::bit_cast<double>(bits);
-  return archive;
-}
-
-gxArchive& operator||(gxArchive& archive, gxVector<2>& value) {
-  double x = value.x();
-  double y = value.y();
-  archive || x || y;
-  value = gxVector<2>(x, y);
-  return archive;
-}
-
-std::size_t gxArchive::sequence(std::size_t count, std::size_t leastSize) {
-  unsigned char version = 0;
-  *this || version;
-  if (version != 0) throw UnknownVersion(nullptr, 0);
-  unsigned long written = count;
-  field("the number of elements") || written;
-  if (isStoring() && count <= limits_.bytes / std::max<std::size_t>(leastSize, 1))
-    makeRoom_(count * leastSize);
-  if (isLoading() && written > bytesLeft() / std::max<std::size_t>(leastSize, 1)) {
-    throw Truncated(L"a sequence of " + std::to_wstring(written) + L" elements in the last " +
-                    std::to_wstring(bytesLeft()) + L" bytes");
-  }
-  return written;
-}
-
-// A point in memory is its record where the machine is little-endian: two doubles without a gap.
-gxArchive& operator||(gxArchive& archive, std::vector<gxVector<2>>& points) {
-  const std::size_t count = archive.sequence(points.size(), sizeof(gxVector<2>));
-  if (archive.isLoading()) points.resize(count);
-  if constexpr (std::endian::native == std::endian::little) {
-    archive.transfer(reinterpret_cast<unsigned char*>(points.data()), count * sizeof(gxVector<2>));
-  } else {
-    for (gxVector<2>& point : points) archive || point;
-  }
-  return archive;
 }

@@ -9,7 +9,8 @@
 //   3. The sum starts as the number of bytes and takes in the four lanes by the same step.
 //   4. A last  sum ^= sum >> 32,  sum *= kFactor,  sum ^= sum >> 29  spreads the bits.
 //
-// A sliced CRC was a fifth as fast; it proves more about bursts, which storage no longer makes.
+// A CRC was the other choice.  It proves more about bursts of errors, which storage no longer makes, and
+// needs either a look-up for each byte or instructions that not every machine has.
 #include <velstd/internal/archive_sum.h>
 
 #include <bit>

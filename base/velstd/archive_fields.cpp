@@ -1,0 +1,113 @@
+// Fields: numbers of fixed width, and sequences of them.  A number is put together byte by byte, which
+// compilers turn into one instruction where the machine's order is the archive's.
+#include <velstd/archive.h>
+#include <velstd/internal/archive_number.h>
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t kSum = 8;  // the checksum behind the frame counts for the limit
+constexpr std::size_t kSlack = 1U << 12U;
+
+}  // namespace
+
+void gxArchive::store_(const unsigned char* data, std::size_t size) {
+  if (pass_ == nullptr) throw BadFormat(L"no pass is running");
+  const std::uint64_t used = buffer_.size() - frame_ + kSum;
+  if (used > limits_.bytes || limits_.bytes - used < size) {
+    throw LimitExceeded(L"the frame is longer than " + std::to_wstring(limits_.bytes) + L" bytes");
+  }
+  makeRoom_(size);
+  buffer_.insert(buffer_.end(), data, data + size);
+}
+
+/// Lets the buffer take `size` more bytes in its place.  What follows a long list of points is short:
+/// without the slack it would move them all again.
+void gxArchive::makeRoom_(std::size_t size) {
+  const std::size_t needed = buffer_.size() + size;
+  if (needed > buffer_.capacity()) buffer_.reserve(std::max(2 * buffer_.size(), needed + kSlack));
+}
+
+gxArchive& gxArchive::operator||(bool& value) {
+  unsigned char byte = value ? 1 : 0;
+  transfer(&byte, 1);
+  if (byte > 1) throw BadFormat(L"a flag that is neither 0 nor 1");
+  value = byte != 0;
+  return *this;
+}
+
+gxArchive& gxArchive::operator||(long& value) {
+  using Limit = std::numeric_limits<std::int32_t>;
+  const char* const name = std::exchange(field_, nullptr);
+  if (isStoring() && (value < Limit::min() || value > Limit::max())) tooLarge_(name);
+  auto word = static_cast<std::uint32_t>(value);
+  gf_TransferLittle(*this, word);
+  if (isLoading()) value = static_cast<std::int32_t>(word);
+  return *this;
+}
+
+gxArchive& gxArchive::operator||(unsigned long& value) {
+  const char* const name = std::exchange(field_, nullptr);
+  if (isStoring() && value > std::numeric_limits<std::uint32_t>::max()) tooLarge_(name);
+  auto word = static_cast<std::uint32_t>(value);
+  gf_TransferLittle(*this, word);
+  if (isLoading()) value = word;
+  return *this;
+}
+
+void gxArchive::tooLarge_(const char* name) const {
+  throw LimitExceeded(gf_Printable(name == nullptr ? "a number" : name) + L" does not fit into 32 bits");
+}
+
+gxArchive& operator||(gxArchive& archive, unsigned short& value) {
+  std::uint16_t bits = value;
+  gf_TransferLittle(archive, bits);
+  value = bits;
+  return archive;
+}
+
+gxArchive& operator||(gxArchive& archive, double& value) {
+  auto bits = std::bit_cast<std::uint64_t>(value);
+  gf_TransferLittle(archive, bits);
+  value = std::bit_cast<double>(bits);
+  return archive;
+}
+
+gxArchive& operator||(gxArchive& archive, gxVector<2>& value) {
+  double x = value.x();
+  double y = value.y();
+  archive || x || y;
+  value = gxVector<2>(x, y);
+  return archive;
+}
+
+std::size_t gxArchive::sequence(std::size_t count, std::size_t leastSize) {
+  unsigned char version = 0;
+  *this || version;
+  if (version != 0) throw UnknownVersion(nullptr, 0);
+  unsigned long written = count;
+  field("the number of elements") || written;
+  if (isStoring() && count <= limits_.bytes / std::max<std::size_t>(leastSize, 1))
+    makeRoom_(count * leastSize);
+  if (isLoading() && written > bytesLeft() / std::max<std::size_t>(leastSize, 1)) {
+    throw Truncated(L"a sequence of " + std::to_wstring(written) + L" elements in the last " +
+                    std::to_wstring(bytesLeft()) + L" bytes");
+  }
+  return written;
+}
+
+// A point in memory is its record where the machine is little-endian: two doubles without a gap.
+gxArchive& operator||(gxArchive& archive, std::vector<gxVector<2>>& points) {
+  const std::size_t count = archive.sequence(points.size(), sizeof(gxVector<2>));
+  if (archive.isLoading()) points.resize(count);
+  if constexpr (std::endian::native == std::endian::little) {
+    archive.transfer(reinterpret_cast<unsigned char*>(points.data()), count * sizeof(gxVector<2>));
+  } else {
+    for (gxVector<2>& point : points) archive || point;
+  }
+  return archive;
+}
