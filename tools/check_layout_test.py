@@ -74,6 +74,15 @@ class LayoutTest(unittest.TestCase):
         found = self.findings({"cntr/contour.cpp": "// x\n", "cntr/internal/walk.h": "#pragma once\n"})
         self.assertEqual(found, [("test", "cntr/contour.cpp"), ("test", "cntr/internal/walk.h")])
 
+    def test_a_source_that_a_test_elsewhere_covers(self):
+        found = self.findings({"cntr/contour.cpp": "// x\n",
+                               "tests/archive/records_test.cpp": "// Covers cntr/contour.cpp\n"})
+        self.assertEqual(found, [])
+
+    def test_a_test_that_covers_what_is_not_there(self):
+        found = self.findings({"tests/archive/records_test.cpp": "// Covers cntr/gone.cpp\n"})
+        self.assertEqual(found, [("test", "cntr/gone.cpp")])
+
     def test_a_source_without_its_story(self):
         found = self.findings({"base/velstd/vector.cpp": "#include <velstd/vector.h>\n"})
         self.assertEqual(found, [("story", "base/velstd/vector.cpp")])
