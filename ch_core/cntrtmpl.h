@@ -260,8 +260,8 @@ class GXSHAPE_API gxRegionSetT : public gxRegionSet {
   /// Makes a set of these regions in this order; a null handle stands as null in both lists.
   explicit gxRegionSetT(const std::vector<RegionHandleT>& regions);
   explicit gxRegionSetT(const std::vector<gxPtrHandle<gxRegionT<T>>>& regions);
-  explicit gxRegionSetT(
-      std::initializer_list<RegionHandleT> regions);  // NOLINT(google-explicit-constructor)
+  // NOLINTNEXTLINE(google-explicit-constructor): one argument may call it
+  explicit gxRegionSetT(std::initializer_list<RegionHandleT> regions);
   /// Copies both lists (regions shared), `cachedVectorSize` and everything remembered.
   gxRegionSetT(const gxRegionSetT& other);
   /// Takes everything over; `other` is then without regions, and usable.  Allocates nothing.

@@ -42,9 +42,9 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
                        gxContourDefs::IntersectionMode mode = gxContourDefs::eNone);
   explicit gxRegionSet(const std::vector<gxPtrHandle<gxRegion>>& regions,
                        gxContourDefs::IntersectionMode mode = gxContourDefs::eNone);
-  explicit gxRegionSet(
-      std::initializer_list<RegionHandle> regions,  // NOLINT(google-explicit-constructor)
-      gxContourDefs::IntersectionMode mode = gxContourDefs::eNone);
+  // NOLINTNEXTLINE(google-explicit-constructor): one argument may call it
+  explicit gxRegionSet(std::initializer_list<RegionHandle> regions,
+                       gxContourDefs::IntersectionMode mode = gxContourDefs::eNone);
   /// Copies regions (shared), `cachedVectorSize` and everything remembered.
   gxRegionSet(const gxRegionSet& other);
   /// Takes everything over; `other` is then without regions, and usable.  Allocates nothing.
