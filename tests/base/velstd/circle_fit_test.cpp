@@ -1,3 +1,7 @@
+// Covers base/velstd/internal/circle_solver.cpp
+// Covers base/velstd/internal/fit_frame.cpp
+// Covers base/velstd/internal/normal_equations.h
+// Covers base/velstd/internal/outlier_search.h
 #include <gtest/gtest.h>
 #include <velstd/circle_fit.h>
 

@@ -1,3 +1,7 @@
+// Covers base/velstd/internal/ellipse_distance.cpp
+// Covers base/velstd/internal/ellipse_forms.cpp
+// Covers base/velstd/internal/ellipse_solver.cpp
+// Covers base/velstd/internal/ellipse_start.cpp
 #include <gtest/gtest.h>
 #include <velstd/circle_fit.h>
 #include <velstd/ellipse_fit.h>
