@@ -1,0 +1,131 @@
+// Errors of area, centre of mass and second moments of a small shape far from the origin.
+//
+//   moments_accuracy      prints the table of docs/accuracy.md
+//
+// The shape is a regular polygon of radius 5 with 64 corners (and with 128 for the moments, which are
+// summed in another way from 65 on), its coordinates rounded to doubles where it lies; the largest error
+// of 50 turns of it.  The truth is computed from those very doubles in 113-bit arithmetic, so that only the errors
+// of the computation are seen, not those of rounding the corners.  Beside it stands the computation that
+// takes its triangles from the coordinate origin instead of the first corner.
+#include <cntr/shapestat.h>
+#include <support/quad.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+using V = gxVector<2>;
+using Points = std::vector<V>;
+
+struct Truth {
+  Quad area = 0;
+  Quad x = 0;
+  Quad y = 0;
+  Quad xx = 0;
+  Quad xy = 0;
+  Quad yy = 0;
+};
+
+// The corner sums, about the first corner and then moved to the centre of mass.
+Truth truthOf(const Points& points) {
+  Truth t;
+  const Quad ox = points[0].x();
+  const Quad oy = points[0].y();
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const V& p = points[i];
+    const V& q = points[(i + 1) % points.size()];
+    const Quad ax = p.x() - ox;
+    const Quad ay = p.y() - oy;
+    const Quad bx = q.x() - ox;
+    const Quad by = q.y() - oy;
+    const Quad w = ax * by - bx * ay;
+    t.area += w / 2;
+    t.x += w * (ax + bx) / 6;
+    t.y += w * (ay + by) / 6;
+    t.xx += w * (ax * ax + ax * bx + bx * bx) / 12;
+    t.yy += w * (ay * ay + ay * by + by * by) / 12;
+    t.xy += w * (2 * ax * ay + ax * by + bx * ay + 2 * bx * by) / 24;
+  }
+  t.x /= t.area;
+  t.y /= t.area;
+  t.xx -= t.area * t.x * t.x;
+  t.yy -= t.area * t.y * t.y;
+  t.xy -= t.area * t.x * t.y;
+  t.x += ox;
+  t.y += oy;
+  return t;
+}
+
+double off(double got, Quad truth) {
+  return static_cast<double>(quadAbs(static_cast<Quad>(got) - truth));
+}
+
+// Centre of mass by triangles from the coordinate origin.
+V centerFromOrigin(const Points& points) {
+  double w = 0;
+  double x = 0;
+  double y = 0;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const V& p = points[i];
+    const V& q = points[(i + 1) % points.size()];
+    const double cross = p.x() * q.y() - q.x() * p.y();
+    w += cross;
+    x += cross * (p.x() + q.x());
+    y += cross * (p.y() + q.y());
+  }
+  return V(x, y) * (1.0 / (3.0 * w));
+}
+
+Points polygon(int corners, int phase, const V& center) {
+  Points points;
+  for (int i = 0; i < corners; ++i) {
+    const double t = (i + phase / 50.0) * 2.0 * 3.141592653589793 / corners;
+    points.emplace_back(center.x() + 5.0 * std::cos(t), center.y() + 5.0 * std::sin(t));
+  }
+  return points;
+}
+
+double momentsOff(const Points& points, const Truth& truth) {
+  const gx_InertiaData got = gf_InertiaDataPolygon(points);
+  const gxMatrix<2>& m = got.inertiaMatrix();
+  const double worst =
+      std::max({off(m.m00(), truth.xx), off(m.m01(), truth.xy), off(m.m11(), truth.yy)});
+  return worst / static_cast<double>(truth.xx);
+}
+
+void row(double distance, const V& center) {
+  double area = 0;
+  double place = 0;
+  double naive = 0;
+  double few = 0;
+  double many = 0;
+  for (int phase = 0; phase < 50; ++phase) {
+    const Points points = polygon(64, phase, center);
+    const Truth truth = truthOf(points);
+    area = std::max(area, off(gf_Area(points), truth.area) / static_cast<double>(truth.area));
+    const V c = gf_CenterOfMass(points);
+    place = std::max(place, std::hypot(off(c.x(), truth.x), off(c.y(), truth.y)));
+    const V n = centerFromOrigin(points);
+    naive = std::max(naive, std::hypot(off(n.x(), truth.x), off(n.y(), truth.y)));
+    few = std::max(few, momentsOff(points, truth));
+    const Points finer = polygon(128, phase, center);
+    many = std::max(many, momentsOff(finer, truthOf(finer)));
+  }
+  std::printf("| %g | %.1e | %.1e | %.1e | %.1e | %.1e | %.1e |\n", distance, area, place,
+              std::nextafter(5.0 + distance, 1e300) - (5.0 + distance), naive, few, many);
+}
+
+}  // namespace
+
+int main() {
+  std::puts(
+      "| Centre at | area, relative | centre of mass | one unit in the last place | centre, summed from "
+      "the "
+      "origin | moments, relative | moments, 128 corners |");
+  std::puts("|---|---|---|---|---|---|---|");
+  for (const double d : {0.0, 5e3, 1e5, 1e6}) row(d, V(d, d));
+  return 0;
+}
