@@ -257,8 +257,8 @@ Points RandomShapes::outline(OutlineKind kind, int count) {
 }
 
 int RandomShapes::someCount() {
-  if (chance(0.02)) return integer(40, 150);
-  return integer(2, chance(0.2) ? 40 : 12);
+  if (chance(0.25)) return integer(65, chance(0.1) ? 400 : 130);  // enough for the forms for many points
+  return integer(2, chance(0.2) ? 70 : 12);
 }
 
 Points RandomShapes::outline() {

@@ -70,7 +70,7 @@ class RandomShapes {
 
   // ---- Outlines ---------------------------------------------------------------------------------
 
-  /// Of a random kind, 0 to some 12 points, seldom many more, somewhere, of some size.
+  /// Of a random kind, few points or some hundred, somewhere, of some size.
   std::vector<gxVector<2>> outline();
   /// Of a random kind whose coordinates are finite and of ordinary size.
   std::vector<gxVector<2>> finiteOutline();

@@ -37,7 +37,6 @@ inline slow::Set plainOf(const gxRegionSet& set) {
 
 /// A region with holes, islands in some of them; or any outline at all, with a hole or two far from
 /// it or of too few points.
-/// At most 64 points: of more, moments are summed in another way, and differ in the last digits.
 inline slow::Region randomRegion(RandomShapes& random) {
   if (random.chance(0.6)) {
     const OutlineWithHoles shape = random.outlineWithHoles();
@@ -56,7 +55,6 @@ inline slow::Region randomRegion(RandomShapes& random) {
     return region;
   }
   slow::Region region{random.outline(), {}};
-  if (region.outline.size() > 64) region.outline.resize(64);
   if (region.outline.size() >= 2 && random.chance(0.5)) {
     region.holes.push_back({random.star(random.integer(1, 6), {1e9, 1e9}, 1.0, 5.0), {}});
   }
