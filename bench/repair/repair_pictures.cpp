@@ -139,8 +139,8 @@ void drawWalk(const std::string& folder) {
   for (const auto& [p, name] : names) {
     const V d = p - (by + V(5, 7));
     const bool crossing = name.find(',') != std::string::npos;
-    const V side = crossing ? V(0.0, d.y() < 0 ? -0.9 : -0.9)
-                            : V(d.x() * 0.12, d.y() < 0 && d.y() > -4 ? 0.7 : d.y() * 0.1);
+    const V side =
+        crossing ? V(0.0, -0.9) : V(d.x() * 0.12, d.y() < 0 && d.y() > -4 ? 0.7 : d.y() * 0.1);
     label(tablet, p + side, name, kBlack);
   }
   tablet.save(folder + "/repair_walk.svg");
