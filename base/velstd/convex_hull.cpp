@@ -17,7 +17,7 @@
 // another one, as decided by comparisons of coordinates or the exact orientation.  So the corners are
 // the same whatever the order of the points.
 #include <velstd/convex_hull.h>
-#include <velstd/internal/orientation.h>
+#include <velstd/orientation.h>
 
 #include <algorithm>
 #include <array>

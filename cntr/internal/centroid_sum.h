@@ -1,6 +1,7 @@
 /// The sum of triangle centres behind the centre of mass.
 #pragma once
 
+#include <cntr/export.h>
 #include <velstd/vector.h>
 
 #include <vector>
@@ -14,4 +15,4 @@ struct gx_CentroidSum {
 };
 
 /// Adds up all triangles of an outline of at least 1 point, in the order of its edges.
-gx_CentroidSum gx_sumCentroids(const std::vector<gxVector<2>>& points);
+GXSHAPE_API gx_CentroidSum gx_sumCentroids(const std::vector<gxVector<2>>& points);

@@ -30,7 +30,7 @@
 // as much as a cell, and more with every level.)
 #include <cntr/internal/containment_grid.h>
 #include <cntr/internal/edge_walk.h>
-#include <velstd/internal/orientation.h>
+#include <velstd/orientation.h>
 
 #include <algorithm>
 #include <cmath>

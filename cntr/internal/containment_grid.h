@@ -1,6 +1,7 @@
 /// Point in polygon by a grid of cells.
 #pragma once
 
+#include <cntr/export.h>
 #include <cntr/internal/edge_index.h>
 #include <velstd/vector.h>
 
@@ -10,7 +11,7 @@
 /// A grid over an outline that tells of most points at once whether a ray from them crosses the
 /// outline an odd number of times, with the answer of the counted ray (see containment_grid.cpp for
 /// the proof), and says of the others that it cannot tell.
-class gx_ContainmentGrid {
+class GXSHAPE_API gx_ContainmentGrid {
  public:
   enum class Answer : std::uint8_t { eOutside, eInside, eUnsure };
 

@@ -1,6 +1,7 @@
 /// Crossings of edges with a segment, with another contour, with each other.
 #pragma once
 
+#include <cntr/export.h>
 #include <cntr/internal/edge_index.h>
 #include <velstd/line.h>
 #include <velstd/line_seg.h>
@@ -17,7 +18,7 @@ struct gx_Hit {
 };
 
 /// A segment that edges are tested against, with what every test needs of it.
-class gx_CrossingQuery {
+class GXSHAPE_API gx_CrossingQuery {
  public:
   gx_CrossingQuery(const gxLineSeg& seg, bool countEndContacts);
 
@@ -46,24 +47,25 @@ class gx_CrossingQuery {
 };
 
 /// Appends the hits of the edges of an indexed contour, in edge order.
-void gx_findHits(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points, bool closed,
-                 const gx_CrossingQuery& query, std::vector<gx_Hit>& hits);
+GXSHAPE_API void gx_findHits(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
+                             bool closed, const gx_CrossingQuery& query, std::vector<gx_Hit>& hits);
 
 /// Returns the points of the hits in the order along the segment, and appends their edges.
-std::vector<gxVector<2>> gx_inOrderAlong(const gxLineSeg& seg, const std::vector<gx_Hit>& hits,
-                                         std::vector<int>& edges);
+GXSHAPE_API std::vector<gxVector<2>> gx_inOrderAlong(const gxLineSeg& seg,
+                                                     const std::vector<gx_Hit>& hits,
+                                                     std::vector<int>& edges);
 
 /// Appends the hits of every edge of `theirs` with the edges of `ours`, edge by edge of `theirs`,
 /// along each; edges of theirs whose box does not touch `box` have none.
-void gx_findCrossings(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& ours, bool closed,
-                      const gxRect& box, const gx_EdgeIndex& theirIndex,
-                      const std::vector<gxVector<2>>& theirs, bool theirsClosed,
-                      std::vector<gxVector<2>>& result);
+GXSHAPE_API void gx_findCrossings(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& ours,
+                                  bool closed, const gxRect& box, const gx_EdgeIndex& theirIndex,
+                                  const std::vector<gxVector<2>>& theirs, bool theirsClosed,
+                                  std::vector<gxVector<2>>& result);
 
 /// Tells whether some edge has a length.
-bool gx_hasEdgeOfLength(const std::vector<gxVector<2>>& points, bool closed);
+GXSHAPE_API bool gx_hasEdgeOfLength(const std::vector<gxVector<2>>& points, bool closed);
 
 /// Tells whether some edge, its ends excepted, is hit by another; edges whose box does not touch
 /// `box` are not asked.
-bool gx_crossesItself(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points, bool closed,
-                      const gxRect& box);
+GXSHAPE_API bool gx_crossesItself(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
+                                  bool closed, const gxRect& box);

@@ -1,6 +1,7 @@
 /// A tree of boxes over the edges of a contour.
 #pragma once
 
+#include <cntr/export.h>
 #include <velstd/rect.h>
 #include <velstd/vector.h>
 
@@ -54,7 +55,7 @@ struct gx_Box {
 /// each level lie in one array, without pointers: about 4.6 bytes an edge in all.  A walk through
 /// the tree meets the edges in their order.  The boxes hold all points of the edges, a NaN
 /// coordinate excepted, so a box test at an inner node never hides an edge that passes its own.
-class gx_EdgeIndex {
+class GXSHAPE_API gx_EdgeIndex {
  public:
   static constexpr std::size_t kFan = 8;
 

@@ -1,6 +1,7 @@
 /// The two vertices of a contour farthest from each other.
 #pragma once
 
+#include <cntr/export.h>
 #include <cntr/internal/edge_index.h>
 #include <velstd/vector.h>
 
@@ -16,4 +17,5 @@ struct gx_Pair {
 
 /// Returns the first pair, in the order of i and then j, whose distance no other exceeds; distance
 /// 0 where no two points are apart (NaN distances take no part).
-gx_Pair gx_farthestPair(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points, bool closed);
+GXSHAPE_API gx_Pair gx_farthestPair(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
+                                    bool closed);

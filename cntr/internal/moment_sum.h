@@ -1,6 +1,7 @@
 /// The moments of a fan of triangles, as sums of polynomials.
 #pragma once
 
+#include <cntr/export.h>
 #include <velstd/vector.h>
 
 #include <vector>
@@ -20,4 +21,5 @@ struct gx_MomentSum {
 /// least 1 point.  Returns false where the sum may not stand for adding the triangles as records one
 /// by one, in three passes by size: where the running area of those passes comes near 0, or is so
 /// small that records lose their common centre, or a number overflows.
-bool gx_sumMoments(const std::vector<gxVector<2>>& points, const gxVector<2>& apex, gx_MomentSum& sum);
+GXSHAPE_API bool gx_sumMoments(const std::vector<gxVector<2>>& points, const gxVector<2>& apex,
+                               gx_MomentSum& sum);

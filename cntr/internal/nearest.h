@@ -1,6 +1,7 @@
 /// The nearest edge and the nearest vertex of a contour.
 #pragma once
 
+#include <cntr/export.h>
 #include <cntr/internal/edge_index.h>
 #include <velstd/vector.h>
 
@@ -9,10 +10,11 @@
 
 /// Returns the number of the edge nearest to the point, by `gxLineSeg::distToPoint`, the lowest on
 /// ties; `edges()` where no distance is below infinity.
-std::size_t gx_nearestEdge(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
-                           bool closed, const gxVector<2>& point);
+GXSHAPE_API std::size_t gx_nearestEdge(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
+                                       bool closed, const gxVector<2>& point);
 
 /// Returns the number of the vertex nearest to the point, the lowest on ties; 0 where no distance
 /// is below infinity.
-std::size_t gx_nearestVertex(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
-                             bool closed, const gxVector<2>& point);
+GXSHAPE_API std::size_t gx_nearestVertex(const gx_EdgeIndex& index,
+                                         const std::vector<gxVector<2>>& points, bool closed,
+                                         const gxVector<2>& point);

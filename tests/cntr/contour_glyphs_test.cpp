@@ -4,7 +4,7 @@
 #include <cntr/region.h>
 #include <support/exposed.h>
 #include <veldispc/recording_tablet.h>
-#include <velstd/internal/orientation.h>
+#include <velstd/orientation.h>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

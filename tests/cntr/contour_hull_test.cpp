@@ -4,7 +4,7 @@
 #include <support/computed.h>
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
-#include <velstd/internal/orientation.h>
+#include <velstd/orientation.h>
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,10 @@
 // Frames, fields and limits of archives, on a small class of the tests.
+//
+// Covers base/velstd/archive_errors.cpp
+// Covers base/velstd/archive_fields.cpp
+// Covers base/velstd/archive_sum.cpp
+// Covers base/velstd/internal/archive_sum.h
+// Covers base/velstd/internal/archive_number.h
 #include <archive/probe_node.h>
 #include <archive/record_writer.h>
 #include <gtest/gtest.h>

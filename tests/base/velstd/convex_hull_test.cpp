@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <support/random_shapes.h>
 #include <velstd/convex_hull.h>
-#include <velstd/internal/orientation.h>
+#include <velstd/orientation.h>
 
 #include <algorithm>
 #include <cfloat>

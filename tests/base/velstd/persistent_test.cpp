@@ -1,4 +1,7 @@
 // Persistent objects: visits, simple loading, change tracking.
+//
+// Covers base/velstd/archive_pass.cpp
+// Covers base/velstd/internal/archive_pass.h
 #include <archive/probe_node.h>
 #include <archive/record_writer.h>
 #include <gtest/gtest.h>

@@ -8,7 +8,7 @@
 //     of coordinates.  Each is an integer of 106 bits times a power of two.  The positive ones are
 //     added in one long integer and the negative ones in another, and the two are compared.
 //     The longest needs 4196 bits; coordinates of similar size need three or four words.
-#include <velstd/internal/orientation.h>
+#include <velstd/orientation.h>
 
 #include <algorithm>
 #include <array>

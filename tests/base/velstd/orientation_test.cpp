@@ -1,5 +1,5 @@
 #include <gtest/gtest.h>
-#include <velstd/internal/orientation.h>
+#include <velstd/orientation.h>
 
 #include <cfloat>
 #include <cmath>
