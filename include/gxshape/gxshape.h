@@ -13,6 +13,7 @@
 #include <velstd/line.h>
 #include <velstd/line_seg.h>
 #include <velstd/matrix.h>
+#include <velstd/orientation.h>
 #include <velstd/pair.h>
 #include <velstd/persistent.h>
 #include <velstd/point.h>
