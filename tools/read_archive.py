@@ -88,16 +88,19 @@ class Frame:
         self.at = start + 20
         self.root = self.reference()
         if self.root is Null:
-            raise ArchiveError(f"byte {self.at}: the frame holds no object")
+            raise self.error("the frame holds no object")
         if self.at != self.payload_end:
-            raise ArchiveError(f"byte {self.at}: the frame goes on after its object")
+            raise self.error("the frame goes on after its object")
+
+    def error(self, text):
+        return ArchiveError(f"byte {self.at}: {text}")
 
     # ---- Numbers
 
     def take(self, code):
         size = struct.calcsize("<" + code)
         if self.at + size > self.payload_end:
-            raise ArchiveError(f"byte {self.at}: the payload ends too early")
+            raise self.error("the payload ends too early")
         (value,) = struct.unpack_from("<" + code, self.data, self.at)
         self.at += size
         return value
@@ -111,38 +114,38 @@ class Frame:
     def flag(self, label):
         value = self.field(label, "B")
         if value > 1:
-            raise ArchiveError(f"byte {self.at}: a flag of {value}")
+            raise self.error(f"a flag of {value}")
         return bool(value)
 
     def version(self, label, *known):
         value = self.field(label, "B")
         if value not in known:
-            raise ArchiveError(f"byte {self.at}: {label} {value} is not known")
+            raise self.error(f"{label} {value} is not known")
         return value
 
     def size(self, label):
         value = self.field(label, "i")
         if value < 0:
-            raise ArchiveError(f"byte {self.at}: {label} is negative")
+            raise self.error(f"{label} is negative")
         return value
 
     # ---- Sequences
 
     def count(self, least):
         if self.take("B") != 0:
-            raise ArchiveError(f"byte {self.at}: a sequence of an unknown version")
+            raise self.error("a sequence of an unknown version")
         count = self.take("I")
         if count * least > self.payload_end - self.at:
-            raise ArchiveError(f"byte {self.at}: a sequence of {count} elements does not fit")
+            raise self.error(f"a sequence of {count} elements does not fit")
         return count
 
-    def sequence(self, label, code, convert=tuple):
+    def sequence(self, label, code):
         offset = self.at
         size = struct.calcsize("<" + code)
         count = self.count(size)
         body = self.data[self.at : self.at + count * size]
         self.at += len(body)
-        values = [convert(value) for value in struct.iter_unpack("<" + code, body)]
+        values = list(struct.iter_unpack("<" + code, body))
         self.record.fields.append((label, values, offset, self.at - offset))
         return values
 
@@ -174,10 +177,10 @@ class Frame:
             return Null
         if number <= len(self.objects):
             if number not in self.complete:
-                raise ArchiveError(f"byte {self.at}: object {number} is still being read")
+                raise self.error(f"object {number} is still being read")
             return self.objects[number - 1]
         if number != len(self.objects) + 1:
-            raise ArchiveError(f"byte {self.at}: object {number} was not read yet")
+            raise self.error(f"object {number} was not read yet")
         class_number = self.take("I")
         if class_number == len(self.classes) + 1:
             length = self.take("B")
@@ -185,7 +188,7 @@ class Frame:
             self.at += length
             self.classes.append(name)
         elif not 0 < class_number <= len(self.classes):
-            raise ArchiveError(f"byte {self.at}: class {class_number} was not named")
+            raise self.error(f"class {class_number} was not named")
         made = Record(number, self.classes[class_number - 1], offset)
         made.head = self.at - offset
         self.objects.append(made)
@@ -201,24 +204,18 @@ class Frame:
         elif name in READERS:
             READERS[name](self)
         else:
-            raise ArchiveError(f"byte {self.at}: the class {name!r} is not known; see --class")
+            raise self.error(f"the class {name!r} is not known; see --class")
 
     def own_field(self, label, kind):
         simple = {"version": "B", "u8": "B", "u16": "H", "u32": "I", "i32": "i", "f64": "d"}
+        others = {"bool": self.flag, "point": self.point, "handle": self.handle, "handles": self.handles}
+        lists = {"points": "2d", "edgelets": "2dHB"}
         if kind in simple:
             self.field(label, simple[kind])
-        elif kind == "bool":
-            self.flag(label)
-        elif kind == "point":
-            self.point(label)
-        elif kind == "points":
-            self.sequence(label, "2d")
-        elif kind == "edgelets":
-            self.sequence(label, "2dHB")
-        elif kind == "handle":
-            self.handle(label)
-        elif kind == "handles":
-            self.handles(label)
+        elif kind in others:
+            others[kind](label)
+        elif kind in lists:
+            self.sequence(label, lists[kind])
         else:
             raise ArchiveError(f"there is no kind of field called {kind!r}")
 
@@ -403,8 +400,7 @@ class Flat:
 
     def number(self, value):
         # Bits, not digits: NaN and -0 count too. struct keeps the bits of a double that it unpacked.
-        (bits,) = struct.unpack("<Q", struct.pack("<d", value))
-        self.words.append(f"{bits:016x}")
+        self.words.append(struct.pack(">d", value).hex())
 
     def point(self, value):
         self.number(value[0])
@@ -414,9 +410,9 @@ class Flat:
         if value is Null:
             self.words.append("null")
             return
-        isnew = id(value) not in self.seen
+        is_new = id(value) not in self.seen
         self.words.append("#" + str(self.seen.setdefault(id(value), len(self.seen))))
-        if isnew:
+        if is_new:
             self.add(value)
 
     def handles(self, name, values, classes=None):
@@ -426,11 +422,9 @@ class Flat:
         self.words.append("end")
 
     def contour(self, record):
-        old_region = record.fields[0][0] == "region version" and record.fields[0][1] == 0
         labels = [label for label, _, _, _ in record.fields]
         closed = record["closed"] if "closed" in labels else False
-        self.words += ["label", str(record["label"] if "label" in labels else 0)]
-        self.words += ["closed" if closed and not old_region else "open"]
+        self.words += ["label", str(record["label"] if "label" in labels else 0), "closed" if closed else "open"]
         self.words += ["remembers", str(record["cachedVectorSize"]), "points"]
         for point in record["points"]:
             self.point(point)
@@ -470,9 +464,7 @@ class Flat:
 
 
 def main():
-    parser = argparse.ArgumentParser(
-        description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter
-    )
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
     parser.add_argument("files", nargs="+", metavar="FILE")
     parser.add_argument("--bytes", action="store_true", help="show the bytes of every field")
     parser.add_argument("--flat", action="store_true", help="one line a frame, numbers as bits")

@@ -1,5 +1,14 @@
 // The records of the single classes: which versions they refuse and in whose name, what they refuse
 // else, and what loading does to the object.
+//
+// Covers base/velstd/shape_archive.cpp
+// Covers base/velstd/internal/shape_records.h
+// Covers cntr/internal/archive_record.h
+// Covers cntr/internal/archive_legacy.h
+// Covers cntr/region_archive.cpp
+// Covers cntr/regionst_archive.cpp
+// Covers ch_core/cntrtmpl_archive.cpp
+// Covers ch_core/registration.cpp
 #include <archive/golden_cases.h>
 #include <gtest/gtest.h>
 #include <velstd/registry.h>
