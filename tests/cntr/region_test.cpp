@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <type_traits>
 #include <utility>
 
@@ -626,6 +627,74 @@ TEST(RegionMemory, ReInitBringsBackTheDefaultState) {
 TEST(RegionEmptyCheck, BeginsBelowThreePoints) {
   EXPECT_THROW(ExposedRegion(pointsOf("0 0, 1 0")).checkEmptyContour(), gxContourDefs::EmptyContour);
   EXPECT_NO_THROW(ExposedRegion(pointsOf("0 0, 1 0, 2 0")).checkEmptyContour());
+}
+
+// ---- Failures of derived classes --------------------------------------------------------------------
+
+// A region with data of its own, which cannot follow while `refuses` is set.
+class Refusing : public gxRegion {
+ public:
+  explicit Refusing(const Points& points) { gxRegion::operator=(gxRegion(points)); }
+  bool refuses = false;
+
+  using gxRegion::operator=;
+
+ protected:
+  void contourAssigned_() override { follow(); }
+  void makeDataConsistentWithPoints() override { follow(); }
+
+ private:
+  void follow() {
+    if (refuses) throw std::runtime_error("cannot follow");
+    gxRegion::contourAssigned_();
+  }
+};
+
+TEST(RegionThatCannotFollow, AnAssignmentThrowsAndChangesNothing) {
+  Refusing region(square(0, 0, 10));
+  region.holes({shared(gxRegion(square(4, 4, 2)))});
+  region.label(3);
+  region.refuses = true;
+  const gxRegion other = regionOf(square(0, 0, 20), {square(1, 1, 1)});
+  EXPECT_THROW(region = other, std::runtime_error);
+  EXPECT_EQ(region.points(), square(0, 0, 10));
+  EXPECT_EQ(region.label(), 3u);
+  EXPECT_EQ(region.area(true), 96.0);
+}
+
+TEST(RegionThatCannotFollow, AMoveIsGivenUpAndTheSourceKeepsEverything) {
+  Refusing region(square(0, 0, 10));
+  region.refuses = true;
+  gxRegion source = squareWithHole();
+  region = std::move(source);
+  EXPECT_EQ(region.points(), square(0, 0, 10));
+  EXPECT_TRUE(region.holes().empty());
+  EXPECT_EQ(source.area(true), 96.0);  // NOLINT(bugprone-use-after-move): nothing was moved
+}
+
+TEST(RegionThatCannotFollow, SettingHolesThrowsAndKeepsTheOldOnes) {
+  Refusing region(square(0, 0, 10));
+  region.holes({shared(gxRegion(square(4, 4, 2)))});
+  region.refuses = true;
+  EXPECT_THROW(region.holes({}), std::runtime_error);
+  EXPECT_EQ(region.area(true), 96.0);
+}
+
+TEST(RegionThatCannotFollow, ARepairIntoItThrowsAndChangesNothing) {
+  Refusing region(square(0, 0, 10));
+  region.refuses = true;
+  const gxRegion tangled(bowTie());
+  EXPECT_THROW(tangled.outerHull(region), std::runtime_error);
+  EXPECT_EQ(region.points(), square(0, 0, 10));
+}
+
+TEST(RegionThatCannotFollow, AContourMappedIntoItThrowsAndChangesNothing) {
+  Refusing region(square(0, 0, 10));
+  region.refuses = true;
+  const gxContour small(square(0, 0, 2));
+  gxContour& outline = region;
+  EXPECT_THROW(outline = small, std::runtime_error);
+  EXPECT_EQ(region.points(), square(0, 0, 10));
 }
 
 // ---- Nesting --------------------------------------------------------------------------------------
