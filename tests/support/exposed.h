@@ -3,7 +3,7 @@
 
 #include <cntr/contour.h>
 #include <cntr/region.h>
-#  include <cntr/regionst.h>
+#include <cntr/regionst.h>
 
 #include <vector>
 
