@@ -95,13 +95,14 @@ TEST(GoldenFolder, HoldsExactlyTheFilesOfTheList) {
 
 TEST(GoldenFolder, HoldsEveryRegisteredClass) {
   std::set<std::string> missing;
-  for (const std::string& name : gx_Instantiator::registeredClasses()) missing.insert(name);
+  for (const std::string& name : gx_Instantiator::registeredClasses()) {
+    if (name.starts_with("gx")) missing.insert(name);  // the others are the tests' own
+  }
   for (const GoldenCase& one : archive_test::goldenCases()) {
     const Object object = loaded(goldenBytes(one.name));
     const gxPersistent& made = *object;
     missing.erase(gf_ClassName(typeid(made)));
   }
-  missing.erase("archive_test::ProbeNode");
   EXPECT_EQ(missing, std::set<std::string>());
 }
 
