@@ -7,21 +7,17 @@
 // The principal axes are those of the ellipse that has the coin's moments when filled.  Most coins are
 // nearly round, so that the direction of their axes says little; coin 0 is the least round.
 
-#include "readers.h"
 #include "scenes.h"
+#include "shapes.h"
 #include "sketch.h"
 
 #include <cntr/region.h>
-#include <cntr/shapestat.h>
 #include <veldispc/svg_tablet.h>
 
 #include <cstdio>
-#include <numbers>
 #include <string>
 
 namespace {
-
-constexpr double kDegrees = 180.0 / std::numbers::pi;
 
 // The median length of the edges is for derived classes; a region opens it here.
 class MeasuredContour : public gxContour {
@@ -29,11 +25,6 @@ class MeasuredContour : public gxContour {
   explicit MeasuredContour(const gxContour& contour) : gxContour(contour) {}
   using gxContour::medianFeatureSize;
 };
-
-gxEllipse axesOf(const gxRegion& coin) {
-  return gf_EllipseFromInertiaData(
-      gx_InertiaData(coin.area(true), coin.centerOfMass(true), coin.inertiaMatrix(true)));
-}
 
 // The frame in which the ellipse's first axis is the x axis.
 gxXform<2> frameOf(const gxEllipse& axes) {
@@ -50,7 +41,7 @@ void printMeasures(const std::vector<gxRegion>& coins) {
       "                  (px)      (px^2)         x        y     long    short   (deg)   itself\n");
   for (const gxRegion& coin : coins) {
     const gxVector<2> centre = coin.centerOfMass(true);
-    const gxEllipse axes = axesOf(coin);
+    const gxEllipse axes = principalEllipse(coin);
     std::printf("%4lu  %6zu  %8.2f  %10.2f  %8.2f %8.2f  %7.3f  %7.3f  %6.1f   %s\n", coin.label(),
                 coin.points().size(), coin.length(), coin.area(true), centre.x(), centre.y(),
                 axes.geom().radii.x(), axes.geom().radii.y(), axes.geom().rotation.toDouble() * kDegrees,
@@ -67,7 +58,7 @@ void printFrames(const std::vector<gxRegion>& coins) {
   std::printf("         x        y    width   height    width   height   index        x        y\n");
   for (const gxRegion& coin : coins) {
     const gxRect upright = coin.encloseRect(gxXform<2>::I);
-    const gxRect along = coin.encloseRect(frameOf(axesOf(coin)));
+    const gxRect along = coin.encloseRect(frameOf(principalEllipse(coin)));
     const gxVector<2> farthest = coin.extremalVertexPosition(direction);
     std::printf("%4lu %8.2f %8.2f %8.2f %8.2f %8.2f %8.2f   %5ld %8.2f %8.2f\n", coin.label(),
                 upright.origin().x(), upright.origin().y(), upright.size().x(), upright.size().y(),
@@ -99,7 +90,7 @@ void printFits(const std::vector<gxRegion>& coins) {
 }
 
 void drawCoin(gxSvgTablet& tablet, const gxRegion& coin) {
-  const gxEllipse axes = axesOf(coin);
+  const gxEllipse axes = principalEllipse(coin);
   const gxXform<2> frame = frameOf(axes);
   tablet.strokeWidth(1.0);
   drawBox(tablet, coin.encloseRect(gxXform<2>::I), gxXform<2>::I, palette::kUprightBox);
@@ -168,11 +159,7 @@ void drawCoins(const std::vector<gxRegion>& coins, const std::filesystem::path& 
 
 void showCoins(const std::filesystem::path& data, const std::filesystem::path& out) {
   std::printf("== 1. Coins\n");
-  std::vector<gxRegion> coins;
-  for (const Outline& outline : readOutlines(data / "coins" / "outlines.jsonl")) {
-    coins.emplace_back(outline.points);
-    coins.back().label(coins.size() - 1);
-  }
+  const std::vector<gxRegion> coins = readCoins(data);
   printMeasures(coins);
   printFrames(coins);
   printFits(coins);

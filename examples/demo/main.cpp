@@ -20,6 +20,11 @@ int main(int argc, char** argv) {
     const std::filesystem::path out = argv[2];
     std::filesystem::create_directories(out);
     showCoins(data, out);
+    showCountries(data, out);
+    showTangled(data, out);
+    showCoinSet(data);
+    showEdgePoints(data, out);
+    showArchives(data, out);
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "gxshape_demo: %s\n", error.what());

@@ -1,8 +1,19 @@
-/// The scenes of the demo, one file each.  Each prints what it measures and returns; a scene that
-/// draws says so and writes its picture into `out`.
+/// The scenes of the demo, one file each.  Each prints what it measures; a scene that writes a file
+/// into `out` says so.  Each throws what the readers and the library throw.
 #pragma once
 
 #include <filesystem>
 
 /// Scene 1: coins, measured one by one.
 void showCoins(const std::filesystem::path& data, const std::filesystem::path& out);
+/// Scene 2: countries, with their holes and without.
+void showCountries(const std::filesystem::path& data, const std::filesystem::path& out);
+/// Scene 3: tangled outlines, before and after their repair.
+void showTangled(const std::filesystem::path& data, const std::filesystem::path& out);
+/// Scene 4: the coins as one shape.
+void showCoinSet(const std::filesystem::path& data);
+/// Scene 5: the coins' edge points, calibrated.
+void showEdgePoints(const std::filesystem::path& data, const std::filesystem::path& out);
+/// Scene 6: the coin set and the edge points, saved and loaded.
+/// Throws also: std::runtime_error where what comes back is not what went in.
+void showArchives(const std::filesystem::path& data, const std::filesystem::path& out);

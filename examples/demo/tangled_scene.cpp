@@ -1,0 +1,119 @@
+// Scene 3: outlines that cross themselves, and what the repair makes of them.
+//
+//  1. Eight outlines are picked, one of each kind of damage: drawn by hand, made bolder or thinner,
+//     noisy, stroked, joined with its hole by a cut.
+//  2. The table gives points and area before and after; the area of a tangled outline is the bare
+//     formula, in which parts that are passed twice count twice and parts passed backwards count less.
+//  3. The picture has three columns for each: as it came, regularized, outer hull.  The repaired outline
+//     stands on the tangled one, which shows what was dropped.
+
+#include "readers.h"
+#include "scenes.h"
+#include "sketch.h"
+
+#include <cntr/region.h>
+#include <veldispc/svg_tablet.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Case {
+  std::string name;
+  std::string origin;
+  gxRegion tangled;
+  gxRegion regular;
+  gxRegion hull;
+};
+
+std::vector<Case> repairAll(const std::filesystem::path& data) {
+  const char* const picked[] = {"tangled-036", "tangled-033", "tangled-024", "tangled-027",
+                                "tangled-017", "tangled-043", "tangled-046", "tangled-062"};
+  const std::vector<Outline> outlines = readOutlines(data / "tangled" / "tangled.jsonl");
+  std::vector<Case> cases;
+  for (const char* const name : picked) {
+    const auto found = std::find_if(outlines.begin(), outlines.end(),
+                                    [name](const Outline& outline) { return outline.name == name; });
+    if (found == outlines.end()) continue;
+    Case repaired{found->name, found->origin, gxRegion(found->points), gxRegion(), gxRegion()};
+    repaired.tangled.regularize(repaired.regular);
+    repaired.tangled.outerHull(repaired.hull);
+    cases.push_back(repaired);
+  }
+  return cases;
+}
+
+void printCases(const std::vector<Case>& cases) {
+  std::printf("\nAreas in square units of the source (font units, degrees, pixels).\n\n");
+  std::printf("outline       made from                                 as it came        regularized");
+  std::printf("         outer hull\n");
+  std::printf(
+      "                                                     points      area   points      area");
+  std::printf("   points      area\n");
+  for (const Case& one : cases) {
+    std::printf("%-12s  %-36s  %7zu %10.8g  %7zu %9.7g  %7zu %9.7g\n", one.name.c_str(),
+                one.origin.c_str(), one.tangled.points().size(), one.tangled.area(false),
+                one.regular.points().size(), one.regular.area(false), one.hull.points().size(),
+                one.hull.area(false));
+  }
+}
+
+constexpr double kCell = 250.0;
+constexpr double kGap = 14.0;
+constexpr double kCaption = 26.0;
+
+// One cell of the picture: the outline as it came, below it the repaired one, if there is one.
+void drawCell(gxSvgTablet& tablet, const Case& one, const gxRegion* repaired, const gxVector<2>& at) {
+  const gxRect cell(at, {kCell, kCell});
+  const bool yUp = one.origin.find("coin") == std::string::npos;
+  PanelTablet panel(tablet, fitInto(one.tangled.encloseRect(gxXform<2>::I), cell, yUp));
+  tablet.strokeWidth(repaired == nullptr ? 1.1 : 1.0);
+  one.tangled.draw(panel, repaired == nullptr ? palette::kOutline : palette::kFaint,
+                   gxUITablet::eOverlayLayer);
+  if (repaired == nullptr) return;
+  tablet.strokeWidth(1.6);
+  repaired->draw(panel, repaired == &one.regular ? palette::kEllipse : palette::kHull,
+                 gxUITablet::eOverlayLayer);
+}
+
+void drawCases(const std::vector<Case>& cases, const std::filesystem::path& path) {
+  constexpr double kHeading = 34.0;
+  constexpr double kHalf = 3.0 * (kCell + kGap) + 46.0;
+  const std::size_t rows = (cases.size() + 1) / 2;
+  const double height = kHeading + static_cast<double>(rows) * (kCell + kGap + kCaption);
+  gxSvgTablet tablet(gxRect({0.0, 0.0}, {2.0 * kHalf - 46.0, height}), 2.0 * kHalf - 46.0,
+                     gxSvgTablet::eYDown, 12.0);
+  tablet.background(palette::kPaper);
+  tablet.title("Tangled outlines and their repair");
+  for (int half = 0; half < 2; ++half) {
+    const double x = half * kHalf + kCell / 2.0;
+    const double step = kCell + kGap;
+    tablet.drawText({x, 12.0}, "as it came", palette::kOutline, gxUITablet::eOverlayLayer, 18.0);
+    tablet.drawText({x + step, 12.0}, "regularized", palette::kEllipse, gxUITablet::eOverlayLayer, 18.0);
+    tablet.drawText({x + 2.0 * step, 12.0}, "outer hull", palette::kHull, gxUITablet::eOverlayLayer,
+                    18.0);
+  }
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    const double x = static_cast<double>(i % 2) * kHalf;
+    const double y = kHeading + static_cast<double>(i / 2) * (kCell + kGap + kCaption);
+    drawCell(tablet, cases[i], nullptr, {x, y});
+    drawCell(tablet, cases[i], &cases[i].regular, {x + kCell + kGap, y});
+    drawCell(tablet, cases[i], &cases[i].hull, {x + 2.0 * (kCell + kGap), y});
+    tablet.drawText({x + 1.5 * kCell + kGap, y + kCell + 14.0}, cases[i].name + ": " + cases[i].origin,
+                    palette::kLabel, gxUITablet::eOverlayLayer, 15.0);
+  }
+  tablet.save(path);
+  std::printf("\nDrawn: %s\n", path.c_str());
+}
+
+}  // namespace
+
+void showTangled(const std::filesystem::path& data, const std::filesystem::path& out) {
+  std::printf("\n== 3. Tangled outlines\n");
+  const std::vector<Case> cases = repairAll(data);
+  printCases(cases);
+  drawCases(cases, out / "tangled.svg");
+}
