@@ -99,7 +99,8 @@ long gxRegion::insideCount(const gxVector<2>& point, bool bothWays) const {
 
 bool gxRegion::isInOutline_(const gxVector<2>& point) const {
   using Answer = gx_ContainmentGrid::Answer;
-  if (indexPays_() && uprightBoxIsTrue_(memory_.rectangleTrueAt)) {
+  const bool finite = std::isfinite(point.x()) && std::isfinite(point.y());
+  if (finite && indexPays_() && uprightBoxIsTrue_(memory_.rectangleTrueAt)) {
     if (!edgeIndex_().bounds().holds(point)) return false;
     if (!memory_.containment) {
       memory_.containment.made(points(), edgeIndex_(),

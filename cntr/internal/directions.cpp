@@ -42,11 +42,15 @@ double gx_directionTo(const gxVector<2>& point, const gxVector<2>& vertex) {
 bool gx_isOnVertex(const gx_EdgeIndex& index, const Points& points, const gxVector<2>& point,
                    double tolerance) {
   if (index.hasNaN()) return true;
+  const auto isNear = [&](const gxVector<2>& vertex) { return !((vertex - point).len() > tolerance); };
+  if (!std::isfinite(point.x()) || !std::isfinite(point.y())) {  // ∞ − ∞ is near, whatever the box
+    return std::any_of(points.begin(), points.end(), isNear);
+  }
   const double limit = tolerance * tolerance * (1.0 + kSlack);
   return index.forEachRun([&](const gx_Box& box) { return !(box.squareFrom(point) > limit); },
                           [&](std::size_t first, std::size_t end) {
                             for (std::size_t i = first; i < end; ++i) {
-                              if (!((points[i] - point).len() > tolerance)) return true;
+                              if (isNear(points[i])) return true;
                             }
                             return false;
                           });
