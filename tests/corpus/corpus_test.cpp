@@ -218,7 +218,7 @@ TEST_P(Corpus, StaysRight) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, Corpus, testing::ValuesIn(files()),
-                         [](const auto& info) { return info.param; });
+                         [](const auto& file) { return file.param; });
 
 TEST(CorpusFiles, ThereAreSome) {
   EXPECT_GE(files().size(), 5U);
