@@ -1,6 +1,5 @@
 // Runs every file of the corpus: one test a file, named by it.
 #include <cntr/region.h>
-#include <cntr/shapestat.h>
 #include <support/exposed.h>
 #include <support/shape_text.h>
 

@@ -1,0 +1,84 @@
+// The source of random shapes: it repeats, and its kinds are what they say.
+#include <support/random_shapes.h>
+#include <support/slow_truth_contour.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+TEST(RandomShapes, TheSameTagGivesTheSameRounds) {
+  RandomShapes first("the same tag", 3);
+  RandomShapes second("the same tag", 3);
+  while (first.next() && second.next()) {
+    EXPECT_EQ(first.trace(), second.trace());
+    for (int i = 0; i < 20; ++i) EXPECT_EQ(first.uniform(-1.0, 1.0), second.uniform(-1.0, 1.0));
+  }
+}
+
+TEST(RandomShapes, RoundsDiffer) {
+  RandomShapes random("rounds", 2);
+  ASSERT_TRUE(random.next());
+  const double first = random.uniform(0.0, 1.0);
+  ASSERT_TRUE(random.next());
+  EXPECT_NE(first, random.uniform(0.0, 1.0));
+}
+
+TEST(RandomShapes, NumbersStayInTheirRange) {
+  RandomShapes random("ranges", 1);
+  ASSERT_TRUE(random.next());
+  for (int i = 0; i < 1000; ++i) {
+    const double number = random.uniform(2.0, 2.5);
+    EXPECT_TRUE(number >= 2.0 && number < 2.5);
+    const int whole = random.integer(-2, 2);
+    EXPECT_TRUE(whole >= -2 && whole <= 2);
+  }
+}
+
+TEST(RandomShapes, StarsCombsSpiralsAndRegularOutlinesDoNotCrossThemselves) {
+  RandomShapes random("simple kinds", 20);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    for (const OutlineKind kind :
+         {OutlineKind::eStar, OutlineKind::eComb, OutlineKind::eSpiral, OutlineKind::eRegular}) {
+      const slow::Outline outline{random.outline(kind, random.integer(24, 60)), true};
+      EXPECT_FALSE(slow::isSelfIntersecting(outline)) << static_cast<int>(kind);
+    }
+  }
+}
+
+TEST(RandomShapes, SpecialKindsAreSpecial) {
+  RandomShapes random("special kinds", 20);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    EXPECT_TRUE(slow::isSelfIntersecting({random.outline(OutlineKind::ePentagram, 7), true}));
+    for (const auto& p : random.outline(OutlineKind::eLattice, 9)) {
+      EXPECT_EQ(p.x(), std::round(p.x()));
+    }
+    const auto equal = random.outline(OutlineKind::eEqual, 5);
+    for (const auto& p : equal) EXPECT_EQ(p, equal[0]);
+    bool special = false;
+    for (const auto& p : random.outline(OutlineKind::eNotFinite, 9)) {
+      special = special || !(std::abs(p.x()) < 1e300 && std::abs(p.y()) < 1e300);
+    }
+    EXPECT_TRUE(special);
+  }
+}
+
+TEST(RandomShapes, HolesLieInsideAndApart) {
+  RandomShapes random("holes apart", 50);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const OutlineWithHoles shape = random.outlineWithHoles();
+    for (std::size_t i = 0; i < shape.holes.size(); ++i) {
+      const slow::Outline hole{shape.holes[i], true};
+      EXPECT_TRUE(slow::intersections({shape.outline, true}, hole).empty());
+      for (std::size_t j = 0; j < i; ++j) {
+        EXPECT_TRUE(slow::intersections({shape.holes[j], true}, hole).empty());
+      }
+    }
+  }
+}
+
+}  // namespace
