@@ -133,7 +133,7 @@ void drawLegend(gxSvgTablet& tablet, double top) {
                            {"circle on the farthest pair", palette::kCircle, 1.5}};
   double x = 4.0;
   for (const Entry& entry : entries) {
-    const double textWidth = 1.75 * static_cast<double>(std::string(entry.text).size());
+    const double textWidth = 1.85 * static_cast<double>(std::string(entry.text).size());
     tablet.strokeWidth(entry.width);
     drawLine(tablet, {x, top}, {x + 8.0, top}, entry.colour);
     tablet.drawText({x + 10.0 + textWidth / 2.0, top}, entry.text, palette::kLabel,

@@ -49,18 +49,20 @@ const gxRegion& countryOf(const std::vector<Country>& countries, const std::stri
 void printMeasures(const std::vector<Country>& countries) {
   std::printf("\nUnits: degrees of longitude (x) and latitude (y), taken as a plane.\n\n");
   std::printf(
-      "                points  holes    length     area of outline       area      centre of outline");
-  std::printf("     centre\n");
+      "                                          holes filled                 holes taken out\n");
   std::printf(
-      "                                             with holes filled  without them         x       y");
-  std::printf("         x       y\n");
+      "              points  holes   length      area     centre of mass       area     centre of "
+      "mass\n");
+  std::printf(
+      "                                                      x        y                    x        "
+      "y\n");
   for (const Country& country : countries) {
     const gxRegion& region = country.region;
     const gxVector<2> filled = region.centerOfMass(false);
     const gxVector<2> centre = region.centerOfMass(true);
-    std::printf("%-14s  %6zu  %5zu  %8.3f  %20.4f  %12.4f   %8.4f %7.3f  %8.4f %7.3f\n",
+    std::printf("%-12s  %6zu  %5zu  %7.3f  %8.4f  %8.4f %8.4f   %8.4f  %8.4f %8.4f\n",
                 country.name.c_str(), region.points().size(), region.holes().size(), region.length(),
-                region.area(false), region.area(true), filled.x(), filled.y(), centre.x(), centre.y());
+                region.area(false), filled.x(), filled.y(), region.area(true), centre.x(), centre.y());
   }
 }
 
@@ -130,13 +132,18 @@ void drawCountries(const std::vector<Country>& countries, const std::filesystem:
     gxColor colour;
     double at;
     double width;
+    bool isCross;
   };
-  const Entry entries[] = {{"outline", palette::kOutline, 40.0, 60.0},
-                           {"hole", palette::kHole, 190.0, 40.0},
-                           {"centre of mass, holes filled", palette::kUprightBox, 310.0, 215.0},
-                           {"centre of mass, holes taken out", palette::kCentre, 620.0, 245.0}};
+  const Entry entries[] = {{"outline", palette::kOutline, 40.0, 60.0, false},
+                           {"hole", palette::kHole, 190.0, 40.0, false},
+                           {"centre of mass, holes filled", palette::kUprightBox, 310.0, 215.0, true},
+                           {"centre of mass, holes taken out", palette::kCentre, 600.0, 235.0, true}};
   for (const Entry& entry : entries) {
-    drawLine(tablet, {entry.at, 675.0}, {entry.at + 30.0, 675.0}, entry.colour);
+    if (entry.isCross) {
+      drawCross(tablet, {entry.at + 20.0, 675.0}, 8.0, entry.colour);
+    } else {
+      drawLine(tablet, {entry.at, 675.0}, {entry.at + 30.0, 675.0}, entry.colour);
+    }
     tablet.drawText({entry.at + 40.0 + entry.width / 2.0, 675.0}, entry.text, palette::kLabel,
                     gxUITablet::eOverlayLayer, 15.0);
   }

@@ -4,7 +4,7 @@
 //     millimetres to pixels, so their points, and all their geometry, are in millimetres.
 //  2. The table gives what a caliper would.
 //  3. The picture shows the edge points where they were found: each draws itself as a tick along the
-//     edge.  On the right one coin from near, with the direction of the gradient at every fourth point.
+//     edge.  On the right one coin from near, with the gradient at every fourth point.
 
 #include "scenes.h"
 #include "shapes.h"
@@ -58,16 +58,39 @@ void drawGradients(gxUITablet& tablet, const EdgeRegion& region) {
   }
 }
 
-// The axes of the calibrated frame through its origin, with a mark every 10 mm.
-void drawFrame(gxUITablet& tablet) {
-  const gxXform<2> toPixels = pixelsFromMillimetres();
+// The axes of the calibrated frame through its origin, with a mark every 10 mm; `placement` leads from
+// pixels to the picture.
+void drawFrame(gxSvgTablet& tablet, const gxXform<2>& placement) {
+  const gxXform<2> toPicture = placement * pixelsFromMillimetres();
   const auto draw = [&](const gxVector<2>& from, const gxVector<2>& to) {
-    drawLine(tablet, toPixels * from, toPixels * to, palette::kFaint);
+    drawLine(tablet, toPicture * from, toPicture * to, palette::kUprightBox);
+  };
+  const auto write = [&](const gxVector<2>& at, const std::string& text) {
+    const gxVector<2> there = toPicture * at;
+    tablet.drawText({there.x(), there.y()}, text, palette::kLabel, gxUITablet::eOverlayLayer, 12.0);
   };
   draw({-44.0, 0.0}, {44.0, 0.0});
   draw({0.0, -34.0}, {0.0, 34.0});
-  for (int i = -4; i <= 4; ++i) draw({10.0 * i, -1.0}, {10.0 * i, 1.0});
-  for (int i = -3; i <= 3; ++i) draw({-1.0, 10.0 * i}, {1.0, 10.0 * i});
+  for (int i = -4; i <= 4; ++i) {
+    if (i == 0) continue;
+    draw({10.0 * i, -0.8}, {10.0 * i, 0.8});
+    write({10.0 * i, -2.2}, std::to_string(10 * i));
+  }
+  for (int i = -3; i <= 3; ++i) {
+    if (i == 0) continue;
+    draw({-0.8, 10.0 * i}, {0.8, 10.0 * i});
+    write({-2.4, 10.0 * i}, std::to_string(10 * i));
+  }
+  write({42.0, 2.0}, "x (mm)");
+  write({0.0, 35.5}, "y (mm)");
+}
+
+// Every second edge point of a region: ticks are a pixel long, as far as the edge points are apart, and
+// would run into each other.
+EdgeRegion everySecond(const EdgeRegion& region) {
+  std::vector<gxEdgelet> data;
+  for (std::size_t i = 0; i < region.data().size(); i += 2) data.push_back(region.data()[i]);
+  return EdgeRegion(data, region.dataFromPointsXform(), region.label());
 }
 
 void drawNear(gxSvgTablet& tablet, const EdgeRegion& region, const gxRect& panel) {
@@ -78,7 +101,7 @@ void drawNear(gxSvgTablet& tablet, const EdgeRegion& region, const gxRect& panel
   tablet.strokeWidth(1.2);
   drawGradients(near, region);
   tablet.strokeWidth(3.0);
-  region.draw(near, palette::kHull, gxUITablet::eOverlayLayer);
+  everySecond(region).draw(near, palette::kHull, gxUITablet::eOverlayLayer);
   tablet.strokeWidth(2.0);
   const gxVector<2> centre = placement * (toPixels * region.centerOfMass(false));
   drawCross(tablet, centre, 8.0, palette::kCentre);
@@ -97,8 +120,8 @@ void drawRegions(const std::vector<EdgeRegion>& regions, const std::filesystem::
   const gxXform<2> placement =
       fitInto(gxRect({0.0, 0.0}, {384.0, 303.0}), gxRect({0.0, 0.0}, {960.0, 757.5}), false);
   PanelTablet all(tablet, placement);
-  tablet.strokeWidth(1.5);
-  drawFrame(all);
+  tablet.strokeWidth(1.2);
+  drawFrame(tablet, placement);
   tablet.strokeWidth(1.4);
   for (const EdgeRegion& region : regions) region.draw(all, palette::kHull, gxUITablet::eOverlayLayer);
   for (const EdgeRegion& region : regions) {
@@ -107,10 +130,12 @@ void drawRegions(const std::vector<EdgeRegion>& regions, const std::filesystem::
                     gxUITablet::eOverlayLayer, 15.0);
   }
   drawNear(tablet, regions.at(kNear), gxRect({1010.0, 50.0}, {620.0, 650.0}));
-  tablet.drawText({480.0, 775.0}, "all edge points, a tick each; axes in millimetres, a mark every 10",
+  tablet.drawText({480.0, 775.0},
+                  "all edge points, a tick each, in the picture; axes: the calibrated frame",
                   palette::kLabel, gxUITablet::eOverlayLayer, 17.0);
   tablet.drawText({1320.0, 775.0},
-                  "coin " + std::to_string(kNear) + ": ticks along the edge, gradients into the coin",
+                  "coin " + std::to_string(kNear) +
+                      ": every second tick, every fourth gradient (longer is stronger)",
                   palette::kLabel, gxUITablet::eOverlayLayer, 17.0);
   tablet.save(path);
   std::printf("\nDrawn: %s\n", path.c_str());

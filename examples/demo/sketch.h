@@ -22,6 +22,7 @@ inline constexpr gxColor kEllipse(22, 163, 74);
 inline constexpr gxColor kHull(37, 99, 235);
 inline constexpr gxColor kCircle(168, 85, 247);
 inline constexpr gxColor kHole(37, 99, 235);
+inline constexpr gxColor kDropped(239, 68, 68);
 inline constexpr gxColor kPaper(255, 255, 255);
 }  // namespace palette
 

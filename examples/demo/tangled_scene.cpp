@@ -1,11 +1,12 @@
 // Scene 3: outlines that cross themselves, and what the repair makes of them.
 //
-//  1. Eight outlines are picked, one of each kind of damage: drawn by hand, made bolder or thinner,
-//     noisy, stroked, joined with its hole by a cut.
+//  1. Eight outlines are picked: grown, stroked, made bolder or thinner, noisy, drawn by hand.
 //  2. The table gives points and area before and after; the area of a tangled outline is the bare
 //     formula, in which parts that are passed twice count twice and parts passed backwards count less.
 //  3. The picture has three columns for each: as it came, regularized, outer hull.  The repaired outline
-//     stands on the tangled one, which shows what was dropped.
+//     covers the tangled one, so that what was dropped remains, in red.
+//  4. The last two show the limit: the walk around the outside turns back where it meets a crossing, and
+//     loses what lies beyond when the outline is a thin tangle or goes around more than once.
 
 #include "readers.h"
 #include "scenes.h"
@@ -30,8 +31,8 @@ struct Case {
 };
 
 std::vector<Case> repairAll(const std::filesystem::path& data) {
-  const char* const picked[] = {"tangled-036", "tangled-033", "tangled-024", "tangled-027",
-                                "tangled-017", "tangled-043", "tangled-046", "tangled-062"};
+  const char* const picked[] = {"tangled-002", "tangled-048", "tangled-027", "tangled-043",
+                                "tangled-036", "tangled-017", "tangled-024", "tangled-040"};
   const std::vector<Outline> outlines = readOutlines(data / "tangled" / "tangled.jsonl");
   std::vector<Case> cases;
   for (const char* const name : picked) {
@@ -46,41 +47,53 @@ std::vector<Case> repairAll(const std::filesystem::path& data) {
   return cases;
 }
 
+// Returns how many bytes of the text begin no character: what a column needs beside its width.
+int continuationBytes(const std::string& utf8) {
+  return static_cast<int>(std::count_if(utf8.begin(), utf8.end(), [](char byte) {
+    return (static_cast<unsigned char>(byte) & 0xc0U) == 0x80U;
+  }));
+}
+
 void printCases(const std::vector<Case>& cases) {
-  std::printf("\nAreas in square units of the source (font units, degrees, pixels).\n\n");
-  std::printf("outline       made from                                 as it came        regularized");
-  std::printf("         outer hull\n");
   std::printf(
-      "                                                     points      area   points      area");
-  std::printf("   points      area\n");
+      "\nAreas in square units of the source (degrees, font units, pixels).  Of the first six, which "
+      "cross\n");
+  std::printf(
+      "themselves here and there, the outer hull keeps the whole outside.  Of the last two, thin "
+      "strokes\n");
+  std::printf("turned inside out and a coin that was followed twice, a part is lost.\n\n");
+  std::printf("%-49s     as it came         regularized          outer hull\n", "");
+  std::printf("%-11s  %-36s points       area  points       area  points       area\n", "outline",
+              "made from");
   for (const Case& one : cases) {
-    std::printf("%-12s  %-36s  %7zu %10.8g  %7zu %9.7g  %7zu %9.7g\n", one.name.c_str(),
-                one.origin.c_str(), one.tangled.points().size(), one.tangled.area(false),
-                one.regular.points().size(), one.regular.area(false), one.hull.points().size(),
-                one.hull.area(false));
+    std::printf("%-11s  %-*s %6zu %10.7g  %6zu %10.7g  %6zu %10.7g\n", one.name.c_str(),
+                36 + continuationBytes(one.origin), one.origin.c_str(), one.tangled.points().size(),
+                one.tangled.area(false), one.regular.points().size(), one.regular.area(false),
+                one.hull.points().size(), one.hull.area(false));
   }
 }
 
-constexpr double kCell = 250.0;
+constexpr double kCell = 270.0;
 constexpr double kGap = 14.0;
-constexpr double kCaption = 26.0;
+constexpr double kCaption = 36.0;
 
 // One cell of the picture: the outline as it came, below it the repaired one, if there is one.
 void drawCell(gxSvgTablet& tablet, const Case& one, const gxRegion* repaired, const gxVector<2>& at) {
   const gxRect cell(at, {kCell, kCell});
   const bool yUp = one.origin.find("coin") == std::string::npos;
   PanelTablet panel(tablet, fitInto(one.tangled.encloseRect(gxXform<2>::I), cell, yUp));
-  tablet.strokeWidth(repaired == nullptr ? 1.1 : 1.0);
-  one.tangled.draw(panel, repaired == nullptr ? palette::kOutline : palette::kFaint,
+  tablet.strokeWidth(1.5);
+  one.tangled.draw(panel, repaired == nullptr ? palette::kOutline : palette::kDropped,
                    gxUITablet::eOverlayLayer);
   if (repaired == nullptr) return;
-  tablet.strokeWidth(1.6);
+  // Wider than what lies below it, so that only what was dropped stays visible.
+  tablet.strokeWidth(2.0);
   repaired->draw(panel, repaired == &one.regular ? palette::kEllipse : palette::kHull,
                  gxUITablet::eOverlayLayer);
 }
 
 void drawCases(const std::vector<Case>& cases, const std::filesystem::path& path) {
-  constexpr double kHeading = 34.0;
+  constexpr double kHeading = 50.0;
   constexpr double kHalf = 3.0 * (kCell + kGap) + 46.0;
   const std::size_t rows = (cases.size() + 1) / 2;
   const double height = kHeading + static_cast<double>(rows) * (kCell + kGap + kCaption);
@@ -92,6 +105,8 @@ void drawCases(const std::vector<Case>& cases, const std::filesystem::path& path
     const double x = half * kHalf + kCell / 2.0;
     const double step = kCell + kGap;
     tablet.drawText({x, 12.0}, "as it came", palette::kOutline, gxUITablet::eOverlayLayer, 18.0);
+    tablet.drawText({x + 1.5 * step, 34.0}, "red: dropped", palette::kDropped, gxUITablet::eOverlayLayer,
+                    15.0);
     tablet.drawText({x + step, 12.0}, "regularized", palette::kEllipse, gxUITablet::eOverlayLayer, 18.0);
     tablet.drawText({x + 2.0 * step, 12.0}, "outer hull", palette::kHull, gxUITablet::eOverlayLayer,
                     18.0);
@@ -102,7 +117,7 @@ void drawCases(const std::vector<Case>& cases, const std::filesystem::path& path
     drawCell(tablet, cases[i], nullptr, {x, y});
     drawCell(tablet, cases[i], &cases[i].regular, {x + kCell + kGap, y});
     drawCell(tablet, cases[i], &cases[i].hull, {x + 2.0 * (kCell + kGap), y});
-    tablet.drawText({x + 1.5 * kCell + kGap, y + kCell + 14.0}, cases[i].name + ": " + cases[i].origin,
+    tablet.drawText({x + 1.5 * kCell + kGap, y + kCell + 20.0}, cases[i].name + ": " + cases[i].origin,
                     palette::kLabel, gxUITablet::eOverlayLayer, 15.0);
   }
   tablet.save(path);
