@@ -29,7 +29,8 @@ TEST(EdgeLengths, ComeInOrderForOddAndEvenCounts) {
 }
 
 TEST(EdgeLengths, BeyondTheRangeOfSquaresAreScaled) {
-  EXPECT_EQ(lengthsOf({{0, 0}, {3e200, 4e200}, {3e200, 0}}), (std::vector<double>{5e200, 4e200}));
+  EXPECT_EQ(lengthsOf({{0, 0}, {0x3p650, 0x4p650}, {0x3p650, 0}}),
+            (std::vector<double>{0x5p650, 0x4p650}));
   EXPECT_EQ(lengthsOf({{0, 0}, {5e-324, 0}, {1, 0}}), (std::vector<double>{5e-324, 1}));
 }
 
