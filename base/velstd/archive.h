@@ -253,6 +253,9 @@ class VELSTD_API gxArchive {
     }
   }
 
+  /// Gives the next `size` bytes of the frame, which stay where they are until the pass ends.
+  std::span<const unsigned char> takeBytes(std::size_t size);
+
   /// Stores or loads the count of a sequence of elements that take at least `leastSize` bytes each,
   /// after the sequence's version byte, which must be 0.  When loading, the count is checked against
   /// the bytes that are left, so that the caller may allocate: at most count * leastSize bytes are

@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -30,6 +33,12 @@ void gxArchive::store_(const unsigned char* data, std::size_t size) {
 void gxArchive::makeRoom_(std::size_t size) {
   const std::size_t needed = buffer_.size() + size;
   if (needed > buffer_.capacity()) buffer_.reserve(std::max(2 * buffer_.size(), needed + kSlack));
+}
+
+std::span<const unsigned char> gxArchive::takeBytes(std::size_t size) {
+  if (bytesLeft() < size) truncated_(size);
+  cursor_ += size;
+  return {cursor_ - size, size};
 }
 
 gxArchive& gxArchive::operator||(bool& value) {
@@ -100,14 +109,54 @@ std::size_t gxArchive::sequence(std::size_t count, std::size_t leastSize) {
   return written;
 }
 
+namespace {
+
+/// Reads points out of bytes that stand at any address.  A vector fills itself from a pair of these
+/// without setting its points to zero first, which took a third of the time of loading them.
+class PackedPoint {
+ public:
+  using iterator_category = std::forward_iterator_tag;
+  using value_type = gxVector<2>;
+  using difference_type = std::ptrdiff_t;
+  using pointer = const gxVector<2>*;
+  using reference = gxVector<2>;
+
+  PackedPoint() = default;
+  explicit PackedPoint(const unsigned char* bytes) : bytes_(bytes) {}
+
+  gxVector<2> operator*() const {
+    gxVector<2> point;
+    std::memcpy(&point, bytes_, sizeof point);
+    return point;
+  }
+  PackedPoint& operator++() {
+    bytes_ += sizeof(gxVector<2>);
+    return *this;
+  }
+  PackedPoint operator++(int) {
+    const PackedPoint before = *this;
+    ++*this;
+    return before;
+  }
+  friend bool operator==(const PackedPoint&, const PackedPoint&) = default;
+
+ private:
+  const unsigned char* bytes_ = nullptr;
+};
+
+}  // namespace
+
 // A point in memory is its record where the machine is little-endian: two doubles without a gap.
 gxArchive& operator||(gxArchive& archive, std::vector<gxVector<2>>& points) {
   const std::size_t count = archive.sequence(points.size(), sizeof(gxVector<2>));
-  if (archive.isLoading()) points.resize(count);
-  if constexpr (std::endian::native == std::endian::little) {
-    archive.transfer(reinterpret_cast<unsigned char*>(points.data()), count * sizeof(gxVector<2>));
-  } else {
+  if constexpr (std::endian::native != std::endian::little) {
+    if (archive.isLoading()) points.resize(count);
     for (gxVector<2>& point : points) archive || point;
+  } else if (archive.isLoading()) {
+    const std::span<const unsigned char> bytes = archive.takeBytes(count * sizeof(gxVector<2>));
+    points.assign(PackedPoint(bytes.data()), PackedPoint(bytes.data() + bytes.size()));
+  } else {
+    archive.transfer(reinterpret_cast<unsigned char*>(points.data()), count * sizeof(gxVector<2>));
   }
   return archive;
 }
