@@ -112,8 +112,9 @@ void drawCases(const std::vector<Case>& cases, const std::filesystem::path& path
                     18.0);
   }
   for (std::size_t i = 0; i < cases.size(); ++i) {
+    const std::size_t row = i / 2;
     const double x = static_cast<double>(i % 2) * kHalf;
-    const double y = kHeading + static_cast<double>(i / 2) * (kCell + kGap + kCaption);
+    const double y = kHeading + static_cast<double>(row) * (kCell + kGap + kCaption);
     drawCell(tablet, cases[i], nullptr, {x, y});
     drawCell(tablet, cases[i], &cases[i].regular, {x + kCell + kGap, y});
     drawCell(tablet, cases[i], &cases[i].hull, {x + 2.0 * (kCell + kGap), y});
