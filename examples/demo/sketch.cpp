@@ -1,4 +1,4 @@
-// Drawing helpers.  Everything becomes line segments on a tablet.
+// What the scenes draw beside the shapes.  Everything becomes line segments on a tablet.
 
 #include "sketch.h"
 
