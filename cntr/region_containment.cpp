@@ -23,7 +23,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <unordered_set>
+#include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace {
@@ -57,16 +58,26 @@ gxVector<2> throughFirstWideGap(const std::vector<gxVector<2>>& vertices, const 
   return {1.0, 0.0};
 }
 
-// The regions of the path from the outermost to the one being asked.
+// The regions of the path from the outermost to the one being asked, and the answers of those that were
+// asked.  A hole that many regions share is asked once: otherwise levels that each refer twice to the
+// next would double the questions from level to level.
 class Path {
  public:
-  void enter(const gxRegion* region) {
-    if (!regions_.insert(region).second) throw gxContourDefs::BadParams(L"holes nest too deeply");
+  /// Puts the region on the path, unless its answer is known: then returns that.
+  std::optional<bool> enter(const gxRegion* region) {
+    const auto [place, isNew] = states_.try_emplace(region, State::eBeingAsked);
+    if (isNew) return std::nullopt;
+    if (place->second == State::eBeingAsked) throw gxContourDefs::BadParams(L"holes nest too deeply");
+    return place->second == State::eInside;
   }
-  void leave(const gxRegion* region) { regions_.erase(region); }
+  void leave(const gxRegion* region) { states_.erase(region); }
+  void answer(const gxRegion* region, bool inside) {
+    states_[region] = inside ? State::eInside : State::eOutside;
+  }
 
  private:
-  std::unordered_set<const gxRegion*> regions_;
+  enum class State { eBeingAsked, eInside, eOutside };
+  std::unordered_map<const gxRegion*, State> states_;
 };
 
 }  // namespace
@@ -129,9 +140,12 @@ bool gxRegion::inside(const gxVector<2>& point, bool considerHoles) const {
     Question& top = open.back();
     bool answer = true;
     bool descended = false;
-    while (top.nextHole < top.region->holes_.size()) {
+    while (answer && top.nextHole < top.region->holes_.size()) {
       const gxRegion* hole = &*top.region->holes_[top.nextHole++];
-      path.enter(hole);
+      if (const std::optional<bool> known = path.enter(hole)) {
+        answer = !*known;
+        continue;
+      }
       if (hole->isInOutline_(point)) {
         open.push_back({hole, 0});
         descended = true;
@@ -140,10 +154,10 @@ bool gxRegion::inside(const gxVector<2>& point, bool considerHoles) const {
       path.leave(hole);
     }
     if (descended) continue;
-    // No hole holds the point, so it is inside this one, and so not inside the region around it,
-    // and so on outwards: an answer of false goes back to the next hole of the region around.
+    // When no hole holds the point, it is inside this one, and so not inside the region around it; an
+    // answer of false goes back to the next hole of the region around.
     while (true) {
-      path.leave(open.back().region);
+      path.answer(open.back().region, answer);
       open.pop_back();
       if (open.empty()) return answer;
       if (!answer) break;

@@ -6,6 +6,9 @@
 #include <archive/memory_count.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
+#include <random>
 #include <set>
 
 using archive_test::askEverything;
@@ -292,14 +295,14 @@ TEST(HostileNesting, OfHolesAtTheLimitCanBeAsked) {
 // Each level refers twice to the next, so that paths double while objects do not.
 TEST(HostileNesting, WithDoublingPathsCanBeAsked) {
   RecordWriter w;
-  constexpr std::uint64_t kLevels = 24;
+  constexpr std::uint64_t kLevels = 256;
   for (std::uint64_t i = 1; i <= kLevels; ++i) {
     if (i == 1) {
       w.object(i, 1, "gxRegion");
     } else {
       w.object(i, 1);
     }
-    const double d = static_cast<double>(i) / 64;
+    const double d = static_cast<double>(i) / 1024;
     archive_test::contourRecord(w.u8(1), archive_test::square(d, 10 - d), i)
         .sequence(i == kLevels ? 0 : 2);
   }
@@ -307,6 +310,41 @@ TEST(HostileNesting, WithDoublingPathsCanBeAsked) {
   Tally tally;
   tryFrame(w.frame(), tally);
   EXPECT_EQ(tally.loaded, 1U);
+}
+
+// Holes that are shared are asked once, and answer as if each had been asked on its own.
+TEST(HostileNesting, OfSharedHolesAnswersAsPlainRecursionDoes) {
+  std::mt19937_64 random(20);
+  SCOPED_TRACE("seed 20");
+  std::vector<archive_test::Region> inner;
+  for (int level = 8; level >= 1; --level) {
+    std::vector<archive_test::Region> next;
+    for (int i = 0; i < 3; ++i) {
+      const double shift = 0.01 * static_cast<double>(random() % 40);
+      std::vector<archive_test::Region> holes;
+      for (int k = 0; k < 3 && !inner.empty(); ++k) holes.push_back(inner[random() % inner.size()]);
+      next.push_back(
+          archive_test::region(archive_test::square(level + shift, 20 - level - shift), holes));
+    }
+    inner = next;
+  }
+  const std::function<bool(const gxRegion&, const gxVector<2>&)> plain = [&](const gxRegion& region,
+                                                                             const gxVector<2>& point) {
+    return region.inside(point, false) &&
+           std::none_of(region.holes().begin(), region.holes().end(),
+                        [&](const archive_test::Region& hole) { return plain(*hole, point); });
+  };
+  std::size_t insides = 0;
+  for (double x = 0.05; x < 20; x += 0.1) {
+    for (const archive_test::Region& region : inner) {
+      const gxVector<2> point(x, 10.013);
+      const bool wanted = plain(*region, point);
+      EXPECT_EQ(region->inside(point, true), wanted) << x;
+      insides += wanted ? 1 : 0;
+    }
+  }
+  EXPECT_GT(insides, 100U);
+  EXPECT_LT(insides, 500U);
 }
 
 TEST(HostileObject, PartlyLoadedIsSafeToAskAndUse) {
