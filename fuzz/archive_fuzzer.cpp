@@ -7,8 +7,12 @@
 #include <archive/record_writer.h>
 #include <velstd/archive.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -31,6 +35,21 @@ void storeAndLoadAgain(const gxPersistent& object) {
 }
 
 }  // namespace
+
+// Among the seeds is a file of 1.6 MB, from which the fuzzer would conclude that inputs may be as long.
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
+  static std::string longest = "-max_len=" + std::to_string(kMostBytes);
+  static std::vector<char*> arguments(*argv, *argv + *argc);
+  const bool given = std::any_of(arguments.begin(), arguments.end(), [](const char* argument) {
+    return std::string_view(argument).starts_with("-max_len=");
+  });
+  if (given) return 0;
+  arguments.insert(arguments.begin() + 1, longest.data());
+  *argc = static_cast<int>(arguments.size());
+  arguments.push_back(nullptr);
+  *argv = arguments.data();
+  return 0;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size > kMostBytes) return -1;
