@@ -94,10 +94,11 @@ void gxContour::assignContour_(gxContour&& other) noexcept {
 }
 
 void gxContour::swapContour_(gxContour& other) noexcept {
+  const bool closed = isClosed();
+  const bool otherClosed = other.isClosed();
   std::swap(state_, other.state_);
-  if (isClosed() == other.isClosed()) return;
-  state_.memory.drop();
-  other.state_.memory.drop();
+  if (isClosed() != otherClosed) state_.memory.drop();
+  if (other.isClosed() != closed) other.state_.memory.drop();
 }
 
 void gxContour::contourAssigned_() {}

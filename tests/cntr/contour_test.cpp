@@ -549,4 +549,23 @@ TEST(RegionSeenAsItsContour, SlicedIntoAContourItCarriesTheFlagOfItsContourPart)
   EXPECT_EQ(sliced.length(), 7.0) << "the closed length was not carried along";
 }
 
+// A region that can exchange its outline with any contour.
+class SwappingRegion : public gxRegion {
+ public:
+  explicit SwappingRegion(const std::vector<gxVector<2>>& points) : gxContour(points, true) {}
+  void swapOutline(gxContour& other) { swapContour_(other); }
+};
+
+TEST(ContourMoving, AnOutlineExchangedWithAnOpenContourLeavesTheOpenLengthBehind) {
+  const std::vector<gxVector<2>> points{{0, 0}, {3, 0}, {3, 4}};
+  gxContour open(points, false);
+  SwappingRegion region(points);
+  ASSERT_EQ(open.length(), 7.0);
+  ASSERT_EQ(region.length(), 12.0);
+  region.swapOutline(open);
+  EXPECT_EQ(region.length(), 12.0);  // came in as the poly-line of length 7
+  EXPECT_TRUE(open.isClosed());
+  EXPECT_EQ(open.length(), 12.0);
+}
+
 }  // namespace
