@@ -20,6 +20,10 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr std::uint64_t kSoakFactor = 50;
 
+// The least number of rounds of a soak, for all tests but those of a handful of costly rounds.
+constexpr std::uint64_t kSoakRounds = 100'000;
+constexpr int kHandful = 50;
+
 std::uint64_t mixed(std::uint64_t z) {
   z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9U;
   z = (z ^ (z >> 27)) * 0x94d049bb133111ebU;
@@ -53,7 +57,9 @@ RandomShapes::RandomShapes(const std::string& tag, int rounds)
   const auto clock = std::chrono::system_clock::now().time_since_epoch().count();
   seed_ = soak > 0 ? hashed(tag + std::to_string(clock)) : hashed(tag);
   seed_ = environment("GXSHAPE_SEED", seed_);
-  if (soak > 0) rounds_ *= kSoakFactor * soak;
+  if (soak > 0) {
+    rounds_ = soak * std::max(kSoakFactor * rounds_, rounds < kHandful ? 0 : kSoakRounds);
+  }
   const std::uint64_t alone = environment("GXSHAPE_ROUND", std::numeric_limits<std::uint64_t>::max());
   if (alone != std::numeric_limits<std::uint64_t>::max()) {
     round_ = alone;
