@@ -60,12 +60,12 @@ coverage:  ## the share of lines and branches that the tests reach; build/covera
 	@tools/run_tests coverage
 	@tools/coverage_report
 
-soak:  ## the random tests at full length (hours)
+soak:  ## the random tests at full length, 100,000 rounds and more (an hour)
 	@tools/install_packages build test
 	@tools/build release
 	@GXSHAPE_SOAK=1 tools/run_tests release --timeout 36000
 
-bench:  ## the benchmarks, ours and the peers'; results in build/bench/results
+bench:  ## the benchmarks, ours and the peers'; writes docs/performance.md
 	@tools/install_packages build test bench
 	@tools/build bench
 	@tools/run_benchmarks

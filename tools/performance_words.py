@@ -1,0 +1,110 @@
+"""The words of docs/performance.md: titles, stories and reasons. The numbers come from the benchmarks."""
+from collections import namedtuple
+
+Workload = namedtuple("Workload", "title item story why", defaults=("",))
+
+# A party of these beginnings is shown and is no rival: it does less than the workload asks.
+NOT_A_PEER = ("copy", "floor")
+
+PARTIES = {
+    "ours": "**gxshape**", "plain": "plain scan", "geos": "GEOS", "boost": "Boost.Geometry", "cgal": "CGAL",
+    "opencv": "OpenCV", "polyclipping": "polyclipping", "nanoflann": "nanoflann", "cereal": "cereal",
+}
+
+
+def party(key):
+    """Returns the name to print: boost_serialization is not a way of asking Boost.Geometry."""
+    if key == "boost_serialization":
+        return "Boost.Serialization"
+    name, _, way = key.partition("_")
+    return PARTIES.get(name, name) + (f" ({way.replace('_', ' ')})" if way else "")
+
+
+HEAD = """# Performance
+
+How long the operations take, beside GEOS, Boost.Geometry, CGAL, OpenCV, polyclipping and nanoflann, and
+beside the plain scan: the same algorithm step by step, which the tests hold every fast form to, bit by bit.
+
+    make bench
+
+installs the peers, runs every program of `bench/`, and makes this page and its pictures from their results
+(`tools/performance_page.py build/bench/results docs`). All parties get the same input in the same run, each
+through its best interface, prepared where it has one; each program's opening comment says which, and checks
+before it times that the parties agree on the answer. Times are CPU times of one thread, on {machine}. The
+machine is a shared one: look at ratios, not at the third digit.
+
+The outline is what an edge finder gives for a smooth part: n points about one pixel apart, uneven and noisy.
+"Growth" is the exponent g of n^g that the time of one item follows from n = 1,000 on: 0 for a cost per point
+or query that does not depend on the size of the outline. "Peer / ours" above 1 says how many times faster
+than the best peer, "plain / ours" than the plain scan."""
+
+MEMORY = """Bytes a vertex that a contour of n points holds beside its points (16 bytes each), the allocator's
+overhead included, after each kind of question was asked of a fresh one; `all` after all of them."""
+
+ADVERSARY = """Shapes made to defeat an index: a regular polygon, points on a line, a comb, a spiral, all points
+equal, one vertex at 1e12, one vertex not a number, and a tangle in which everything crosses everything. One
+call on a fresh shape, what has to be built included; the largest quotient of all sizes. Above 2, in bold,
+an operation would be more than twice as slow as the plain scan."""
+
+SMALL = """One call on a fresh smooth outline of n points, beside the plain scan. In bold: slower by more than 5 %."""
+
+# Where the benchmark has no n = 10,000 or 100,000.
+SUMMARY_SIZES = {"self_intersecting_set": 20000, "self_intersecting_set_pairs": 20000}
+
+WORKLOADS = {
+    "area_and_centre": Workload(
+        "Area and centre of mass", "point",
+        "The area and the centre of mass of a closed outline, both, of a shape that remembers neither."),
+    "second_moments": Workload(
+        "Second moments", "point",
+        "The matrix of second moments of the area inside a closed outline."),
+    "length": Workload("Length", "point", "The length of a closed outline: one square root an edge."),
+    "turned_rectangle": Workload(
+        "Enclosing rectangle in a turned frame", "point",
+        "The smallest rectangle along the axes of a frame that is turned against the picture."),
+    "convex_hull": Workload("Convex hull", "point", "The convex hull of the vertices."),
+    "farthest_pair": Workload("Farthest pair", "point", "The two vertices farthest apart."),
+    "containment": Workload(
+        "Containment", "query",
+        "Is a point inside? A million points over a square around the outline; the index is there already."),
+    "containment_bulk": Workload(
+        "Containment of many points", "query", "The same points in one call."),
+    "containment_build": Workload(
+        "Containment, the index", "edge", "What has to be made before the first of those queries."),
+    "nearest_point": Workload(
+        "Nearest boundary point", "query",
+        "The nearest point of the outline: half of the queries near it, half anywhere."),
+    "nearest_point_build": Workload("Nearest boundary point, the index", "edge", "Made once, before the first query."),
+    "nearest_vertex": Workload("Nearest vertex", "query", "The nearest vertex, for the same points."),
+    "nearest_vertex_build": Workload("Nearest vertex, the index", "vertex", "Made once, before the first query."),
+    "vertices_within": Workload(
+        "Vertices within a tolerance", "query", "All vertices within one pixel of a point near the outline."),
+    "vertices_within_build": Workload("Vertices within a tolerance, the index", "vertex", "Made once a tolerance."),
+    "segment_short": Workload(
+        "Short segment against outline", "query", "All crossings of a segment of ten pixels near the outline."),
+    "segment_long": Workload(
+        "Long segment against outline", "query", "All crossings of a segment across the whole outline."),
+    "segment_build": Workload("Segment against outline, the index", "edge", "Made once, before the first query."),
+    "self_intersection": Workload(
+        "Self-intersection test", "edge", "Does a fresh outline cross or touch itself? It does not."),
+    "outline_outline": Workload(
+        "Outline against outline", "call",
+        "All crossings of two outlines of n points, the second turned and shifted a little."),
+    "repair": Workload(
+        "Repair", "point",
+        "The outside of an outline with n / 20 small crossings. The peers unite what is wound around, which is "
+        "another question with a similar answer."),
+    "self_intersecting_set": Workload(
+        "Self-intersection of a set of n regions", "call",
+        "Do any of n regions of 182 points cross themselves or each other? Fresh regions, none crosses."),
+    "self_intersecting_set_pairs": Workload(
+        "Self-intersection of a set, the pairs alone", "call",
+        "The same, every region knowing about itself already: which of n boxes meet."),
+    "ellipse_fit": Workload(
+        "Ellipse fit", "point",
+        "An ellipse through n noisy points of a whole ellipse.",
+        why="another fit. The peers' are algebraic: one pass and an eigenvalue. Ours minimises the true distances "
+            "of the points and takes several passes; what that gains is in accuracy.md."),
+    "store": Workload("Store", "point", "A contour into a fresh archive in memory."),
+    "load": Workload("Load", "point", "The contour back from the archive's bytes."),
+}
