@@ -1,18 +1,23 @@
-// Errors of area, centre of mass and second moments of a small shape far from the origin.
+// Errors of area, centre of mass and second moments.
 //
-//   moments_accuracy      prints the table of docs/accuracy.md
+//   moments_accuracy      prints the two tables of docs/accuracy.md
 //
-// The shape is a regular polygon of radius 5 with 64 corners (and with 128 for the moments, which are
+// The first: a small shape far from the origin.  The shape is a regular polygon of radius 5 with 64 corners (and with 128 for the moments, which are
 // summed in another way from 65 on), its coordinates rounded to doubles where it lies; the largest error
 // of 50 turns of it.  The truth is computed from those very doubles in 113-bit arithmetic, so that only the errors
 // of the computation are seen, not those of rounding the corners.  Beside it stands the computation that
 // takes its triangles from the coordinate origin instead of the first corner.
+//
+// The second: how far the fast sum of more than 64 points and the triangles added one by one lie apart,
+// and each from the truth, on outlines around the origin, relative to the norm of the matrix.
 #include <cntr/shapestat.h>
 #include <support/quad.h>
+#include <support/slow_truth_stats.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <random>
 #include <vector>
 
 namespace {
@@ -118,6 +123,51 @@ void row(double distance, const V& center) {
               std::nextafter(5.0 + distance, 1e300) - (5.0 + distance), naive, few, many);
 }
 
+// ---- The fast sum beside the triangles ----------------------------------------------------------
+
+// The largest difference of an element, relative to the norm of the matrix.
+double apart(const gxMatrix<2>& a, const gxMatrix<2>& b) {
+  const double norm = std::abs(b.m00()) + 2.0 * std::abs(b.m01()) + std::abs(b.m11());
+  const gxMatrix<2> d = a - b;
+  return std::max({std::abs(d.m00()), std::abs(d.m01()), std::abs(d.m11())}) / norm;
+}
+
+// Uneven all around, by waves and by noise of a share of the radius.
+Points uneven(int corners, double share, std::mt19937_64& engine) {
+  std::uniform_real_distribution<double> phase(0.0, 6.283185307179586);
+  std::uniform_real_distribution<double> noise(1.0 - share, 1.0 + share);
+  const double first = phase(engine);
+  const double second = phase(engine);
+  Points points;
+  for (int i = 0; i < corners; ++i) {
+    const double t = 6.283185307179586 * i / corners;
+    const double r = 100.0 * noise(engine) *
+                     (1.0 + 0.2 * std::sin(3.0 * t + first) + 0.1 * std::sin(8.0 * t + second));
+    points.emplace_back(r * std::cos(t), r * std::sin(t));
+  }
+  return points;
+}
+
+void deviationRow(int corners, double share, int outlines) {
+  std::mt19937_64 engine(7);
+  double between = 0;
+  double fast = 0;
+  double triangles = 0;
+  for (int k = 0; k < outlines; ++k) {
+    const Points points = uneven(corners, share, engine);
+    const gxMatrix<2> got = gf_InertiaDataPolygon(points).inertiaMatrix();
+    const gxMatrix<2> plain = slow::polygonMoments(points).matrix;
+    const Truth t = truthOf(points);
+    const gxMatrix<2> truth(static_cast<double>(t.xx), static_cast<double>(t.xy),
+                            static_cast<double>(t.xy), static_cast<double>(t.yy));
+    between = std::max(between, apart(got, plain));
+    fast = std::max(fast, apart(got, truth));
+    triangles = std::max(triangles, apart(plain, truth));
+  }
+  std::printf("| %d | %g %% | %d | %.1e | %.1e | %.1e |\n", corners, 100.0 * share, outlines, between,
+              fast, triangles);
+}
+
 }  // namespace
 
 int main() {
@@ -127,5 +177,14 @@ int main() {
       "origin | moments, relative | moments, 128 corners |");
   std::puts("|---|---|---|---|---|---|---|");
   for (const double d : {0.0, 5e3, 1e5, 1e6}) row(d, V(d, d));
+  std::puts("\n| corners | noise | outlines | fast − triangles | fast − truth | triangles − truth |");
+  std::puts("|--:|--:|--:|--:|--:|--:|");
+  for (const double share : {0.0, 0.001, 0.1}) {
+    deviationRow(65, share, 2000);
+    deviationRow(1000, share, 200);
+    deviationRow(10000, share, 20);
+    deviationRow(100000, share, 4);
+    deviationRow(1000000, share, 1);
+  }
   return 0;
 }
