@@ -60,7 +60,8 @@ constexpr double kDouble = 1e-9;  // how far parties may differ that compute wit
 constexpr double kSingle = 1e-2;  // and with single-precision points, a pixel apart at 160,000 pixels
 
 void timePool(benchmark::State& state, gx_Pool pool, const auto& make, const auto& ask) {
-  gx_timePool(state, pool, gx_poolSize(state.range(0)), make, ask);
+  gx_timePool(
+      state, pool, gx_poolSize(state.range(0)), [&](std::int64_t) { return make(); }, ask);
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
