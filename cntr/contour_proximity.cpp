@@ -14,11 +14,7 @@
 #include <cntr/internal/nearest.h>
 #include <cntr/internal/probe.h>
 
-#include <limits>
-
 namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 double lengthOf(const std::vector<gxVector<2>>& points, bool closed) {
   double sum = 0.0;
@@ -33,33 +29,6 @@ gxVector<2> nearestOnEdge(const gxLineSeg& edge, const gxVector<2>& point) {
   if (!(t > 0.0)) return edge.p1();
   if (t >= 1.0) return edge.p2();
   return edge.line().proj(point);
-}
-
-gxVector<2> nearestPoint(const std::vector<gxVector<2>>& points, bool closed, const gxVector<2>& point) {
-  gxVector<2> nearest;
-  double best = kInfinity;
-  gx_forEachEdge(points.size(), closed, [&](std::size_t from, std::size_t to, std::size_t) {
-    const gxLineSeg edge(points[from], points[to]);
-    const double distance = edge.distToPoint(point);
-    if (distance < best) {
-      best = distance;
-      nearest = nearestOnEdge(edge, point);
-    }
-  });
-  return nearest;
-}
-
-std::size_t nearestVertex(const std::vector<gxVector<2>>& points, const gxVector<2>& point) {
-  std::size_t nearest = 0;
-  double best = kInfinity;
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    const double distance = point.distance(points[i]);
-    if (distance < best) {
-      best = distance;
-      nearest = i;
-    }
-  }
-  return nearest;
 }
 
 }  // namespace
@@ -80,16 +49,16 @@ gxVector<2> gxContour::closestPoint(const gxVector<2>& point, bool vertexOnly) c
   checkEmptyContour();
   const std::vector<gxVector<2>>& points = state_.points;
   const bool closed = isClosed();
-  if (!indexPays_()) return nearestPoint(points, closed, point);
-  const std::size_t k = gx_nearestEdge(edgeIndex_(), points, closed, point);
-  if (k == edgeIndex_().edges()) return {};
+  const std::size_t k = indexPays_() ? gx_nearestEdge(edgeIndex_(), points, closed, point)
+                                     : gx_nearestEdge(points, closed, point);
+  if (k == gx_edgeCount(points.size(), closed)) return {};
   return nearestOnEdge(
       gxLineSeg(points[gx_edgeStart(k, points.size(), closed)], points[gx_edgeEnd(k, closed)]), point);
 }
 
 long gxContour::closestVertexIndex(const gxVector<2>& point) const {
   checkEmptyContour();
-  if (!indexPays_()) return static_cast<long>(nearestVertex(state_.points, point));
+  if (!indexPays_()) return static_cast<long>(gx_nearestVertex(state_.points, point));
   return static_cast<long>(gx_nearestVertex(edgeIndex_(), state_.points, isClosed(), point));
 }
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cntr/export.h>
+#include <cntr/internal/deep_ptr.h>
+#include <cntr/internal/slab_tree.h>
 #include <velstd/rect.h>
 #include <velstd/vector.h>
 
@@ -66,6 +68,12 @@ class GXSHAPE_API gx_EdgeIndex {
   const gx_Box& bounds() const { return bounds_; }
   /// Tells whether some point has a NaN coordinate.
   bool hasNaN() const { return hasNaN_; }
+
+  /// Returns the tree of slabs over the same points, made by the first call; null where a coordinate
+  /// is NaN.
+  const gx_SlabTree* slabs(const std::vector<gxVector<2>>& points, bool closed) const {
+    return hasNaN_ ? nullptr : &slabs_.made(points, closed, bounds_);
+  }
 
   /// Returns the number of levels above the edges; level 0 holds the leaves.
   std::size_t levels() const { return starts_.size() - 1; }
@@ -142,4 +150,5 @@ class GXSHAPE_API gx_EdgeIndex {
   gx_Box bounds_;
   std::vector<std::size_t> starts_;  // where each level begins in `boxes_`, and the end of the last
   std::vector<gx_Box> boxes_;
+  mutable gx_DeepPtr<gx_SlabTree> slabs_;
 };

@@ -18,3 +18,12 @@ GXSHAPE_API std::size_t gx_nearestEdge(const gx_EdgeIndex& index, const std::vec
 GXSHAPE_API std::size_t gx_nearestVertex(const gx_EdgeIndex& index,
                                          const std::vector<gxVector<2>>& points, bool closed,
                                          const gxVector<2>& point);
+
+/// Of so many points at most, all edges or vertices are measured without an index.
+inline constexpr std::size_t gx_kLongestScan = 64;
+
+/// The same of few points, without an index.
+GXSHAPE_API std::size_t gx_nearestEdge(const std::vector<gxVector<2>>& points, bool closed,
+                                       const gxVector<2>& point);
+GXSHAPE_API std::size_t gx_nearestVertex(const std::vector<gxVector<2>>& points,
+                                         const gxVector<2>& point);

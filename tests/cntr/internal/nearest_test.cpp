@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -64,6 +65,64 @@ TEST(Nearest, AnswersAsTheScanDoesBitForBit) {
                         [&] { return slow::closestPoint(outline, p, false); }));
       EXPECT_TRUE(agree([&] { return contour.distToPoint(p, true); },
                         [&] { return slow::distToPoint(outline, p, true); }));
+    }
+  }
+}
+
+TEST(Nearest, OnTheEndOfAnEdgeThatIsNotANumberTheEdgesThatAreCount) {
+  const gxVector<2> nowhere(3, std::numeric_limits<double>::quiet_NaN());
+  const std::vector<gxVector<2>> points = {{0, 0}, {1, 0}, {2, 0}, nowhere, {9, 9}};
+  EXPECT_EQ(gx_nearestEdge(points, false, {9, 9}), 1U);
+  EXPECT_EQ(gx_nearestVertex(points, {9, 8}), 4U);
+}
+
+// Smooth outlines of thousands of points, whose slabs are thin and whose interior is nearly as far from
+// many edges: a circle exactly, with noise, on a pixel grid; big and small, near the origin and far away.
+TEST(Nearest, InsideSmoothOutlinesTheAnswerIsThatOfTheScan) {
+  RandomShapes random("nearest in smooth outlines", 40);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const int count = random.integer(500, 4000);
+    const double radius = std::pow(10.0, random.uniform(-6.0, 9.0));
+    const double noise = random.chance(0.3) ? 0.0 : radius * random.uniform(0.0, 6.0) / count;
+    const double grid = random.chance(0.3) ? radius * 3.0 / count : 0.0;
+    const gxVector<2> at = random.chance(0.5) ? gxVector<2>() : gxVector<2>(radius * 3e5, -radius * 1e4);
+    slow::Outline outline{{}, random.chance(0.5)};
+    for (int i = 0; i < count; ++i) {
+      const double r = radius + noise * random.uniform(-1.0, 1.0);
+      gxVector<2> p(r, gxRadian(6.283185307179586 * i / count));
+      if (grid > 0.0) p = {grid * std::round(p.x() / grid), grid * std::round(p.y() / grid)};
+      outline.points.push_back(at + p);
+    }
+    const ExposedContour contour(outline.points, outline.closed);
+    for (int query = 0; query < 10; ++query) {
+      const double out = random.chance(0.2) ? random.uniform(0.0, 100.0) : random.uniform(0.0, 1.0);
+      const gxVector<2> p =
+          query == 0 ? at : at + gxVector<2>(radius * out, gxRadian(random.uniform(0, 7)));
+      EXPECT_TRUE(agree([&] { return contour.closestVertexIndex(p); },
+                        [&] { return slow::closestVertexIndex(outline.points, p); }));
+      EXPECT_TRUE(agree([&] { return contour.closestPoint(p, false); },
+                        [&] { return slow::closestPoint(outline, p, false); }));
+    }
+  }
+}
+
+TEST(Nearest, OfFewPointsTheAnswerIsThatOfTheScan) {
+  RandomShapes random("nearest of few points", 2000);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const auto kind =
+        static_cast<OutlineKind>(random.integer(0, static_cast<int>(OutlineKind::eCount) - 1));
+    slow::Outline outline{random.outline(kind, random.integer(2, 64)), random.chance(0.5)};
+    if (outline.points.size() < 2) continue;
+    if (random.chance(0.5)) outline.points = random.placed(outline.points);
+    const ExposedContour contour(outline.points, outline.closed);
+    for (int query = 0; query < 4; ++query) {
+      const gxVector<2> p = random.pointNear(outline.points);
+      EXPECT_TRUE(agree([&] { return contour.closestVertexIndex(p); },
+                        [&] { return slow::closestVertexIndex(outline.points, p); }));
+      EXPECT_TRUE(agree([&] { return contour.closestPoint(p, false); },
+                        [&] { return slow::closestPoint(outline, p, false); }));
     }
   }
 }
