@@ -1,6 +1,7 @@
 #include "plain_scan.h"
 
 #include <velstd/angle.h>
+#include <velstd/real_eq.h>
 
 #include <algorithm>
 #include <cmath>
@@ -14,18 +15,20 @@ constexpr double kTolerance = 1e-6;
 }  // namespace
 
 gx_PlainScan::gx_PlainScan(const std::vector<gxVector<2>>& points)
-    : points_(points),
-      box_(slow::encloseRect(points, gxXform<2>())),
-      radius_(slow::encloseCircle(points, 1).radius()) {
-  const std::vector<slow::Edge> edges = slow::lineSegs({points, true});
-  segments_.reserve(edges.size());
-  lines_.reserve(edges.size());
-  bounds_.reserve(edges.size());
-  for (const slow::Edge& edge : edges) {
-    segments_.push_back(edge.segment);
-    lines_.push_back(edge.line);
-    bounds_.push_back(edge.bounds);
-    valid_.push_back(edge.valid);
+    : points_(points), box_(slow::encloseRect(points, gxXform<2>())) {
+  segments_.reserve(points.size());
+  lines_.reserve(points.size());
+  bounds_.reserve(points.size());
+  valid_.reserve(points.size());
+  gxVector<2> from = points.back();
+  for (const gxVector<2>& to : points) {
+    const bool valid = !gfRealEq(from, to, 1e-15);
+    const gxLineSeg segment = valid ? gxLineSeg(from, to) : gxLineSeg();
+    segments_.push_back(segment);
+    lines_.push_back(valid ? segment.line() : gxLine());
+    bounds_.push_back(gxRect(from, {0.0, 0.0}).enclose(gxRect(to, {0.0, 0.0})));
+    valid_.push_back(valid);
+    from = to;
   }
 }
 
@@ -117,6 +120,7 @@ gxVector<2> gx_PlainScan::rayFrom_(const gxVector<2>& point) const {
 bool gx_PlainScan::inside(const gxVector<2>& point) const {
   if (!box_.within(point)) return false;
   if (isOnVertex_(point)) return true;
+  if (radius_ < 0.0) radius_ = slow::encloseCircle(points_, 1).radius();
   if (point.distance(points_.front()) > radius_) return false;
   const gxVector<2> end = point + rayFrom_(point) * (2.0 * radius_);
   return intersections(gxLineSeg(point, end), false).points.size() % 2 != 0;

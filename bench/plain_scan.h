@@ -29,7 +29,7 @@ class gx_PlainScan {
 
   std::vector<gxVector<2>> points_;
   gxRect box_;
-  double radius_;
+  mutable double radius_ = -1.0;  // until it is asked for
   std::vector<gxLineSeg> segments_;
   std::vector<gxLine> lines_;
   std::vector<gxRect> bounds_;
