@@ -45,97 +45,122 @@ void addTriangle(const gxVector<2>& previous, const gxVector<2>& current, gx_Cen
 
 #if defined(GX_HAVE_VECTORS)
 
-// The range of |x| + |y| in which a line keeps its direction as given.
-constexpr double kShortest = 1e-120;
-constexpr double kLongest = 1e120;
+// Of a triangle that counts, whose coordinates are below this, no line needs scaling: the directions
+// of two medians whose cross product is that large cannot be shorter than 1e-120.
+constexpr double kLargest = 1e100;
 
-struct Lanes {
-  __m256d x;
-  __m256d y;
-};
+// Along a median, the centre lies at 2/3.  Lines that are parallel within rounding meet anywhere; what
+// is up to here is within the double range.
+constexpr double kFarthest = 1e150;
 
-__attribute__((target("avx2,fma"))) inline Lanes relative(const double* xy, __m256d originX,
-                                                          __m256d originY) {
-  const __m256d a = _mm256_loadu_pd(xy);
-  const __m256d b = _mm256_loadu_pd(xy + 4);
-  const __m256d x = _mm256_permute4x64_pd(_mm256_unpacklo_pd(a, b), 0xd8);
-  const __m256d y = _mm256_permute4x64_pd(_mm256_unpackhi_pd(a, b), 0xd8);
-  return {_mm256_sub_pd(x, originX), _mm256_sub_pd(y, originY)};
-}
+#  define GX_WITH_VECTORS __attribute__((target("avx2,fma"), always_inline)) inline
 
 // a d − b c, as gf_DifferenceOfProducts.
-__attribute__((target("avx2,fma"))) inline __m256d differenceOfProducts(__m256d a, __m256d d, __m256d b,
-                                                                        __m256d c) {
+GX_WITH_VECTORS __m256d differenceOfProducts(__m256d a, __m256d d, __m256d b, __m256d c) {
   const __m256d bc = _mm256_mul_pd(b, c);
   const __m256d error = _mm256_fnmadd_pd(b, c, bc);
   const __m256d difference = _mm256_fmsub_pd(a, d, bc);
   return _mm256_add_pd(difference, error);
 }
 
-__attribute__((target("avx2,fma"))) inline __m256d magnitude(__m256d v) {
+GX_WITH_VECTORS __m256d magnitude(__m256d v) {
   return _mm256_andnot_pd(_mm256_set1_pd(-0.0), v);
 }
 
-__attribute__((target("avx2,fma"))) inline __m256d inRange(__m256d v, double low, double high) {
-  return _mm256_and_pd(_mm256_cmp_pd(v, _mm256_set1_pd(low), _CMP_GE_OQ),
-                       _mm256_cmp_pd(v, _mm256_set1_pd(high), _CMP_LE_OQ));
+GX_WITH_VECTORS __m256d notAbove(__m256d v, double limit) {
+  return _mm256_cmp_pd(v, _mm256_set1_pd(limit), _CMP_LE_OQ);
 }
 
-// Adds four triangles, from the edges that end at the points `current` … ; false, with nothing
-// added, where one of them is out of the ordinary.
-__attribute__((target("avx2,fma"))) bool addFour(const Lanes& p, const Lanes& q, gx_CentroidSum& sum) {
-  const __m256d half = _mm256_set1_pd(0.5);
+// Four points, seen from the first of all; lane by lane the points 0, 2, 1, 3, which saves moving them.
+struct Lanes {
+  __m256d x;
+  __m256d y;
+};
+
+GX_WITH_VECTORS Lanes lanes(__m256d first, __m256d second) {
+  return {_mm256_unpacklo_pd(first, second), _mm256_unpackhi_pd(first, second)};
+}
+
+// The sum in registers: the centres as a pair, the weight in the lower half of its own.
+struct Sum {
+  __m128d xy = _mm_setzero_pd();
+  __m128d weight = _mm_setzero_pd();
+};
+
+// Adds the four triangles of the edges from p to q; false, with nothing added, where one of them is out
+// of the ordinary.  Half sums and halves of coordinates are taken twofold, which changes no digit.
+GX_WITH_VECTORS bool addFour(const Lanes& p, const Lanes& q, __m256d& largest, Sum& sum) {
   const __m256d weight = _mm256_sub_pd(_mm256_mul_pd(q.y, p.x), _mm256_mul_pd(p.y, q.x));
   const __m256d counts = _mm256_cmp_pd(magnitude(weight), _mm256_set1_pd(kEmptyTriangle), _CMP_GT_OQ);
 
-  const __m256d dx = _mm256_mul_pd(_mm256_add_pd(p.x, q.x), half);
-  const __m256d dy = _mm256_mul_pd(_mm256_add_pd(p.y, q.y), half);
-  const __m256d ex = _mm256_sub_pd(_mm256_mul_pd(q.x, half), p.x);
-  const __m256d ey = _mm256_sub_pd(_mm256_mul_pd(q.y, half), p.y);
+  const __m256d minusTwo = _mm256_set1_pd(-2.0);
+  const __m256d dx = _mm256_add_pd(p.x, q.x);
+  const __m256d dy = _mm256_add_pd(p.y, q.y);
+  const __m256d ex = _mm256_fmadd_pd(minusTwo, p.x, q.x);
+  const __m256d ey = _mm256_fmadd_pd(minusTwo, p.y, q.y);
   const __m256d t =
       _mm256_div_pd(differenceOfProducts(p.x, ey, p.y, ex), differenceOfProducts(dx, ey, dy, ex));
-  const __m256d gx = _mm256_mul_pd(dx, t);
-  const __m256d gy = _mm256_mul_pd(dy, t);
 
-  const __m256d plainLines =
-      _mm256_and_pd(inRange(_mm256_add_pd(magnitude(dx), magnitude(dy)), kShortest, kLongest),
-                    inRange(_mm256_add_pd(magnitude(ex), magnitude(ey)), kShortest, kLongest));
-  const __m256d meet = inRange(_mm256_add_pd(magnitude(gx), magnitude(gy)), 0.0, 1e300);
-  const __m256d ordinary = _mm256_and_pd(plainLines, meet);
-  if (_mm256_movemask_pd(_mm256_andnot_pd(ordinary, counts)) != 0) return false;
+  largest = _mm256_max_pd(magnitude(q.x), _mm256_max_pd(magnitude(q.y), largest));
+  const __m256d parallel = _mm256_andnot_pd(notAbove(magnitude(t), kFarthest), counts);
+  const __m256d tooLarge = _mm256_cmp_pd(largest, _mm256_set1_pd(kLargest), _CMP_GT_OQ);
+  if (_mm256_movemask_pd(_mm256_or_pd(parallel, tooLarge)) != 0) return false;
 
-  alignas(32) double w[4];
-  alignas(32) double x[4];
-  alignas(32) double y[4];
-  _mm256_store_pd(w, _mm256_and_pd(weight, counts));
-  _mm256_store_pd(x, _mm256_and_pd(_mm256_mul_pd(gx, weight), counts));
-  _mm256_store_pd(y, _mm256_and_pd(_mm256_mul_pd(gy, weight), counts));
-  for (int i = 0; i < 4; ++i) {  // a triangle that does not count adds 0, which changes nothing
-    sum.weight += w[i];
-    sum.x += x[i];
-    sum.y += y[i];
-  }
+  // In the order of the points; a triangle that does not count adds 0, which changes nothing.
+  const __m256d x = _mm256_and_pd(_mm256_mul_pd(_mm256_mul_pd(dx, t), weight), counts);
+  const __m256d y = _mm256_and_pd(_mm256_mul_pd(_mm256_mul_pd(dy, t), weight), counts);
+  const __m256d w = _mm256_and_pd(weight, counts);
+  const __m256d first = _mm256_unpacklo_pd(x, y);
+  const __m256d second = _mm256_unpackhi_pd(x, y);
+  sum.xy = _mm_add_pd(sum.xy, _mm256_castpd256_pd128(first));
+  sum.xy = _mm_add_pd(sum.xy, _mm256_extractf128_pd(first, 1));
+  sum.xy = _mm_add_pd(sum.xy, _mm256_castpd256_pd128(second));
+  sum.xy = _mm_add_pd(sum.xy, _mm256_extractf128_pd(second, 1));
+  const __m128d even = _mm256_castpd256_pd128(w);
+  const __m128d odd = _mm256_extractf128_pd(w, 1);
+  sum.weight = _mm_add_sd(sum.weight, even);
+  sum.weight = _mm_add_sd(sum.weight, odd);
+  sum.weight = _mm_add_sd(sum.weight, _mm_unpackhi_pd(even, even));
+  sum.weight = _mm_add_sd(sum.weight, _mm_unpackhi_pd(odd, odd));
   return true;
+}
+
+// The sum with the triangles of the edges that end at the points from `first` up to `end`.
+gx_CentroidSum withTriangles(const Points& points, std::size_t first, std::size_t end,
+                             const Sum& before) {
+  const gxVector<2> origin = points.front();
+  gx_CentroidSum sum{_mm_cvtsd_f64(before.weight), _mm_cvtsd_f64(before.xy),
+                     _mm_cvtsd_f64(_mm_unpackhi_pd(before.xy, before.xy))};
+  for (std::size_t i = first; i < end; ++i) {
+    addTriangle(points[i - 1] - origin, points[i] - origin, sum);
+  }
+  return sum;
 }
 
 __attribute__((target("avx2,fma"))) void addAllByFours(const Points& points, gx_CentroidSum& result) {
   const gxVector<2> origin = points.front();
   const double* xy = reinterpret_cast<const double*>(points.data());
-  const __m256d originX = _mm256_set1_pd(origin.x());
-  const __m256d originY = _mm256_set1_pd(origin.y());
-  gx_CentroidSum sum;
-  addTriangle(points.back() - origin, points.front() - origin, sum);
+  const __m256d from = _mm256_setr_pd(origin.x(), origin.y(), origin.x(), origin.y());
+  Sum sum;
+  // The largest coordinates so far; NaN is passed over, a triangle that holds one does not count.
+  __m256d largest = _mm256_setzero_pd();
+  __m256d before = _mm256_setzero_pd();  // two points each, the upper half the one before the next two
+  // The first triangle, from the last point to the first, is the first point twice: nothing to add.
   std::size_t i = 1;
   for (; i + 4 <= points.size(); i += 4) {
-    const Lanes p = relative(xy + 2 * (i - 1), originX, originY);
-    const Lanes q = relative(xy + 2 * i, originX, originY);
-    if (addFour(p, q, sum)) continue;
-    for (std::size_t k = i; k < i + 4; ++k) addTriangle(points[k - 1] - origin, points[k] - origin, sum);
+    const __m256d a = _mm256_sub_pd(_mm256_loadu_pd(xy + 2 * i), from);
+    const __m256d b = _mm256_sub_pd(_mm256_loadu_pd(xy + 2 * i + 4), from);
+    const Lanes p = lanes(_mm256_permute2f128_pd(before, a, 0x21), _mm256_permute2f128_pd(a, b, 0x21));
+    before = b;
+    if (addFour(p, lanes(a, b), largest, sum)) continue;
+    const gx_CentroidSum with = withTriangles(points, i, i + 4, sum);
+    sum.xy = _mm_set_pd(with.y, with.x);
+    sum.weight = _mm_set_sd(with.weight);
   }
-  for (; i < points.size(); ++i) addTriangle(points[i - 1] - origin, points[i] - origin, sum);
-  result = sum;
+  result = withTriangles(points, i, points.size(), sum);
 }
 
+#  undef GX_WITH_VECTORS
 #endif
 
 }  // namespace
