@@ -123,6 +123,15 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// Throws: EmptyContour below 2 points.
   double distToPoint(const gxVector<2>& point, bool vertexOnly) const;
 
+  /// Return what `closestPoint`, `closestVertexIndex` and `distToPoint` return for each of many
+  /// points, in their order.
+  ///  - no points: an empty list, whatever the contour
+  /// Throws: EmptyContour below 2 points.
+  /// Cost: as one call after the other, less what these do over and over.
+  std::vector<gxVector<2>> closestPoints(const std::vector<gxVector<2>>& points, bool vertexOnly) const;
+  std::vector<long> closestVertexIndices(const std::vector<gxVector<2>>& points) const;
+  std::vector<double> distsToPoints(const std::vector<gxVector<2>>& points, bool vertexOnly) const;
+
   // ---- Intersections (contour_intersections.cpp) ------------------------------------------------
 
   /// Returns the points where the contour meets the segment, in the order along the segment.
@@ -280,6 +289,12 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// true box of the points; it may be that of a shear, remembered under the same key.  `since`
   /// keeps from one call to the next how it was known, 0 at first.
   bool uprightBoxIsTrue_(std::uint64_t& since) const;
+  /// Returns the upright enclosing rectangle if it is remembered, else null.  Asks nothing.
+  const gxRect* rememberedUprightBox_() const;
+  /// Returns the edge index if there is one, else null.
+  const gx_EdgeIndex* edgeIndexIfMade_() const { return state_.memory.edgeIndex.get(); }
+  /// Returns the watch over points and remembered rectangles, which a set of regions keeps.
+  gx_Watch& watch_() const { return state_.memory.watch; }
 
  private:
   // Up to here a scan over the edge list is at least as fast as any tree.

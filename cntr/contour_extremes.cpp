@@ -128,7 +128,14 @@ gxRect gxContour::encloseRect(const gxXform<2>& xform) const {
   gx_countComputation(gx_Computation::eEncloseRect);
   const gxRect box = mappedBox(state_.points, xform);
   memo.insert(xform, box, state_.cachedVectorSize);
+  gx_Watch& watch = state_.memory.watch;
+  if (watch.isOn() && memo.find(gxXform<2>::I) == nullptr) watch.changed();
   return box;
+}
+
+const gxRect* gxContour::rememberedUprightBox_() const {
+  const auto* memo = state_.memory.encloseRects.get();
+  return memo == nullptr ? nullptr : memo->find(gxXform<2>::I);
 }
 
 bool gxContour::uprightBoxIsTrue_(std::uint64_t& since) const {

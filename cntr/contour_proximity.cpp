@@ -65,3 +65,28 @@ long gxContour::closestVertexIndex(const gxVector<2>& point) const {
 double gxContour::distToPoint(const gxVector<2>& point, bool vertexOnly) const {
   return point.distance(closestPoint(point, vertexOnly));
 }
+
+// ---- Of many points -----------------------------------------------------------------------------
+
+std::vector<gxVector<2>> gxContour::closestPoints(const std::vector<gxVector<2>>& points,
+                                                  bool vertexOnly) const {
+  std::vector<gxVector<2>> result;
+  result.reserve(points.size());
+  for (const gxVector<2>& point : points) result.push_back(gxContour::closestPoint(point, vertexOnly));
+  return result;
+}
+
+std::vector<long> gxContour::closestVertexIndices(const std::vector<gxVector<2>>& points) const {
+  std::vector<long> result;
+  result.reserve(points.size());
+  for (const gxVector<2>& point : points) result.push_back(gxContour::closestVertexIndex(point));
+  return result;
+}
+
+std::vector<double> gxContour::distsToPoints(const std::vector<gxVector<2>>& points,
+                                             bool vertexOnly) const {
+  std::vector<double> result;
+  result.reserve(points.size());
+  for (const gxVector<2>& point : points) result.push_back(gxContour::distToPoint(point, vertexOnly));
+  return result;
+}

@@ -93,6 +93,11 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   /// Throws: EmptyContour below 2 points; gxBadPointer for a null hole; BadParams "holes nest too
   /// deeply" when a region comes up again among the holes of its own holes.
   bool inside(const gxVector<2>& point, bool considerHoles) const;
+  /// Returns the same for each of many points, in their order.
+  ///  - no points: an empty list, whatever the region
+  /// Throws: as the single form for the first point that makes it throw.
+  /// Cost: as one call after the other, less what these do over and over.
+  std::vector<bool> inside(const std::vector<gxVector<2>>& points, bool considerHoles) const;
 
   using gxContour::closestPoint;
   /// Returns the point of outline and holes nearest to `point`; with `vertexOnly` the nearest
@@ -100,6 +105,13 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   /// `vertexOnly` the holes are always searched.  Ties keep the earlier, the outline first.
   /// Throws: EmptyContour below 2 points, of a hole too; gxBadPointer for a null hole.
   gxVector<2> closestPoint(const gxVector<2>& point, bool vertexOnly, bool considerHoles) const;
+
+  using gxContour::closestPoints;
+  /// Returns the same for each of many points, in their order.
+  ///  - no points: an empty list, whatever the region
+  /// Throws: as the single form for the first point that makes it throw.
+  std::vector<gxVector<2>> closestPoints(const std::vector<gxVector<2>>& points, bool vertexOnly,
+                                         bool considerHoles) const;
 
   /// Returns the index of the outline's vertex nearest to `point`.  Throws: as the contour's.
   long closestVertexIndex(const gxVector<2>& point) const;
@@ -174,6 +186,7 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
 
  private:
   friend class gxRegionSet;       // splices and repairs its regions
+  friend class gx_RegionIndex;    // looks into their memories
   friend struct gx_RegionInside;  // lets tests see the private operations
 
   static gxPersistent* make();
@@ -182,7 +195,9 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   void takeOver_(gxRegion& source);
   void applyMode_(gxContourDefs::IntersectionMode mode);
   void checkHoles_(const std::vector<HoleHandle>& holes) const;
+  const gx_ContainmentGrid* containment_() const;
   bool isInOutline_(const gxVector<2>& point) const;
+  bool isOutsideHoles_(const gxVector<2>& point) const;
   gxVector<2> rayFrom_(const gxVector<2>& point) const;
   long insideCount(const gxVector<2>& point, bool bothWays) const;
   void outerHullRegularize(gxRegion& result, bool hull) const;

@@ -23,6 +23,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -33,6 +34,9 @@ constexpr double kPi = 3.141592653589793;
 
 // Within this of a vertex a point counts as on it, and so as inside.
 constexpr double kOnVertex = 1e-6;
+
+// So many questions are answered by the ray before few points get a grid too.
+constexpr std::uint64_t kPlainQuestions = 1;
 
 // Tells by looking at every vertex whether the point is on one.  A distance that is not a number is
 // not greater than the limit either.
@@ -108,29 +112,56 @@ long gxRegion::insideCount(const gxVector<2>& point, bool bothWays) const {
   return bothWays ? std::min(ahead, crossings(point - ray)) : ahead;
 }
 
+// The grid, made if there is none and it pays; null where it may not be used.  It asks for the
+// upright rectangle, as the count does, and so is no other question to the memory.
+const gx_ContainmentGrid* gxRegion::containment_() const {
+  if (points().size() < 3) return nullptr;
+  if (!memory_.containment && !indexPays_() && memory_.containmentQuestions++ < kPlainQuestions) {
+    return nullptr;
+  }
+  if (!uprightBoxIsTrue_(memory_.rectangleTrueAt)) return nullptr;
+  if (!memory_.containment) {
+    memory_.containment.made(points(), edgeIndex_(), encloseCircle(gxContourDefs::eFirstPoint).radius());
+  }
+  return memory_.containment.get();
+}
+
 bool gxRegion::isInOutline_(const gxVector<2>& point) const {
   using Answer = gx_ContainmentGrid::Answer;
-  const bool finite = std::isfinite(point.x()) && std::isfinite(point.y());
-  if (finite && indexPays_() && uprightBoxIsTrue_(memory_.rectangleTrueAt)) {
-    if (!edgeIndex_().bounds().holds(point)) return false;
-    if (!memory_.containment) {
-      memory_.containment.made(points(), edgeIndex_(),
-                               encloseCircle(gxContourDefs::eFirstPoint).radius());
-    }
-    const Answer answer = memory_.containment.get()->locate(points(), point);
+  if (const gx_ContainmentGrid* grid = containment_()) {
+    const Answer answer = grid->locate(points(), point);
     if (answer != Answer::eUnsure) return answer == Answer::eInside;
   }
   return insideCount(point, false) % 2 != 0;
 }
 
 bool gxRegion::inside(const gxVector<2>& point, bool considerHoles) const {
+  return isInOutline_(point) && (!considerHoles || holes_.empty() || isOutsideHoles_(point));
+}
+
+// The grid is looked for once: as long as it may be used, no question about this outline changes
+// what it remembers.
+std::vector<bool> gxRegion::inside(const std::vector<gxVector<2>>& points, bool considerHoles) const {
+  using Answer = gx_ContainmentGrid::Answer;
+  const bool askHoles = considerHoles && !holes_.empty();
+  const gx_ContainmentGrid* grid = nullptr;
+  std::vector<bool> result(points.size());
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const gxVector<2>& point = points[i];
+    if (grid == nullptr) grid = containment_();
+    Answer answer = grid != nullptr ? grid->locate(this->points(), point) : Answer::eUnsure;
+    if (answer == Answer::eUnsure && insideCount(point, false) % 2 != 0) answer = Answer::eInside;
+    result[i] = answer == Answer::eInside && (!askHoles || isOutsideHoles_(point));
+  }
+  return result;
+}
+
+// Whether a point inside the outline is in no hole.
+bool gxRegion::isOutsideHoles_(const gxVector<2>& point) const {
   struct Question {
     const gxRegion* region;
     std::size_t nextHole;
   };
-  if (!isInOutline_(point)) return false;
-  if (!considerHoles || holes_.empty()) return true;
-
   Path path;
   std::vector<Question> open;
   path.enter(this);

@@ -46,6 +46,14 @@ gxVector<2> gxRegion::closestPoint(const gxVector<2>& point, bool vertexOnly, bo
   return nearest;
 }
 
+std::vector<gxVector<2>> gxRegion::closestPoints(const std::vector<gxVector<2>>& points, bool vertexOnly,
+                                                 bool considerHoles) const {
+  std::vector<gxVector<2>> result;
+  result.reserve(points.size());
+  for (const gxVector<2>& p : points) result.push_back(closestPoint(p, vertexOnly, considerHoles));
+  return result;
+}
+
 double gxRegion::distToPoint(const gxVector<2>& point, bool vertexOnly, bool considerHoles,
                              bool insideIsZero) const {
   if (insideIsZero && inside(point, considerHoles)) return 0.0;

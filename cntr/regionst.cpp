@@ -151,6 +151,7 @@ void gxRegionSet::applyMode_(gxContourDefs::IntersectionMode mode) {
 void gxRegionSet::setRegions(const std::vector<RegionHandle>& regions) {
   std::vector<RegionHandle> copy(regions);
   state_.regions.swap(copy);
+  state_.memory.dropIndex();
 }
 
 void gxRegionSet::cachedVectorSize(long size) {

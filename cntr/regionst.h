@@ -126,13 +126,20 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   ///  - no regions: false
   /// Throws: EmptyContour for a region of fewer than 2 points, gxBadPointer for a null handle, where
   /// no region before holds the point.
+  /// Cost: O(regions) for the first few queries; then O(log regions) and what the regions whose
+  /// boxes hold the point cost, until a region is changed.
   bool inside(const gxVector<2>& point, bool considerHoles) const;
+  /// Returns the same for each of many points, in their order.
+  ///  - no points: an empty list
+  /// Throws: as the single form for the first point that makes it throw.
+  std::vector<bool> inside(const std::vector<gxVector<2>>& points, bool considerHoles) const;
 
   /// Returns the smallest of the regions' distances (see `gxRegion::distToPoint`, which gives the
   /// flags their meaning); distances that are NaN are passed over.
   ///  - all of them NaN: infinity
   /// Throws: EmptyRegionSet without regions; EmptyContour for a region of fewer than 2 points;
   /// gxBadPointer for a null handle.
+  /// Cost: as `inside`, with the regions whose boxes come nearer than the answer.
   double distToPoint(const gxVector<2>& point, bool vertexOnly, bool considerHoles,
                      bool insideIsZero) const;
 
@@ -213,7 +220,9 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   void regionsChanged_(gxContourDefs::IntersectionMode mode);
   bool computeSelfIntersecting_() const;
   void outerHullRegularize(gxRegionSet& result, bool hull) const;
-  static const gx_Box* boundsOf_(const gxRegion& region);
+  gx_RegionIndex* index_() const;
+  double distToPointOneByOne_(const gxVector<2>& point, bool vertexOnly, bool considerHoles,
+                              bool insideIsZero) const;
   static void mergeWhereTheyMeet_(std::vector<RegionHandle>& work);
 
   State state_;

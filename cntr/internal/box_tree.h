@@ -5,6 +5,7 @@
 #include <cntr/internal/edge_index.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <vector>
 
@@ -22,6 +23,15 @@ class GXSHAPE_API gx_BoxTree {
     if (!order_.empty()) walk_(starts_.size() - 2, 0, size_(starts_.size() - 2), box, visit);
   }
 
+  /// Calls `visit(i)` for every box that is not left out, the nearest to the point first.  A box and
+  /// all below it are left out where `tooFar(box)` says so; what it says may grow stricter from visit
+  /// to visit, and what it says of a box it must say of every box inside that one.
+  template <class TooFar, class Visit>
+  void forEachNear(const gxVector<2>& point, const TooFar& tooFar, const Visit& visit) const {
+    if (!order_.empty())
+      nearWalk_(starts_.size() - 2, 0, size_(starts_.size() - 2), point, tooFar, visit);
+  }
+
  private:
   static constexpr std::size_t kFan = 8;
 
@@ -37,6 +47,28 @@ class GXSHAPE_API gx_BoxTree {
         visit(order_[i]);
       } else {
         walk_(level - 1, i * kFan, std::min((i + 1) * kFan, size_(level - 1)), box, visit);
+      }
+    }
+  }
+
+  template <class TooFar, class Visit>
+  void nearWalk_(std::size_t level, std::size_t first, std::size_t end, const gxVector<2>& point,
+                 const TooFar& tooFar, const Visit& visit) const {
+    double squares[kFan];
+    const gx_Box* boxes = &boxes_[starts_[level]];
+    for (std::size_t i = first; i < end; ++i) squares[i - first] = boxes[i].squareFrom(point);
+    for (unsigned open = (1U << (end - first)) - 1U; open != 0;) {
+      auto nearest = static_cast<std::size_t>(std::countr_zero(open));
+      for (std::size_t c = nearest + 1; c < end - first; ++c) {
+        if (((open >> c) & 1U) != 0 && squares[c] < squares[nearest]) nearest = c;
+      }
+      open &= ~(1U << nearest);
+      const std::size_t i = first + nearest;
+      if (tooFar(boxes[i])) continue;
+      if (level == 0) {
+        visit(order_[i]);
+      } else {
+        nearWalk_(level - 1, i * kFan, std::min((i + 1) * kFan, size_(level - 1)), point, tooFar, visit);
       }
     }
   }

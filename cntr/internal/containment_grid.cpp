@@ -46,6 +46,7 @@ constexpr double kLargestCoordinate = 5e5;
 // Cells an edge, and how many entries an edge may have in the cells' lists on average: where long
 // edges cross many cells, a coarser grid is tried.
 constexpr double kCellsPerEdge = 1.0;
+constexpr double kFewestCells = 16.0;
 constexpr std::uint64_t kMostEntriesPerEdge = 12;
 
 // Rounding of the arithmetic that finds cells, for coordinates up to the largest.
@@ -74,12 +75,13 @@ gx_ContainmentGrid::gx_ContainmentGrid(const Points& points, const gx_EdgeIndex&
   if (!covered(index) || !(bounds.highX > bounds.lowX) || !(bounds.highY > bounds.lowY)) return;
   const double count = static_cast<double>(points.size());
   const double vertexReach = std::max(kTolerance / std::sin(kPi / (2.0 * count)), 3.0 * kTolerance);
+  bounds_ = bounds;
   first_ = points.front();
   surelyReached_ = reach > 2.0 * kTolerance ? square(reach - 2.0 * kTolerance) : 0.0;
   surelyBeyond_ = square(reach + 2.0 * kTolerance);
   nearVertex_ = square(vertexReach);
   margin_ = vertexReach + kRounding;
-  double cells = kCellsPerEdge * count;
+  double cells = std::max(kCellsPerEdge * count, kFewestCells);
   while (cells >= 4.0 && !layOut_(points, bounds, cells)) cells *= 0.125;
   if (cells < 4.0) {
     columns_ = rows_ = 0;
@@ -224,6 +226,7 @@ bool gx_ContainmentGrid::nearOutline_(const gxVector<2>& a, const gxVector<2>& b
 gx_ContainmentGrid::Answer gx_ContainmentGrid::locate(const Points& points,
                                                       const gxVector<2>& point) const {
   if (columns_ == 0) return Answer::eUnsure;
+  if (!bounds_.holds(point)) return Answer::eOutside;
   const gxVector<2> fromFirst = point - first_;
   const double distance = fromFirst * fromFirst;
   if (!(distance < surelyReached_)) return distance > surelyBeyond_ ? Answer::eOutside : Answer::eUnsure;

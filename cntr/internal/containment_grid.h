@@ -20,7 +20,7 @@ class GXSHAPE_API gx_ContainmentGrid {
   /// without cells, which is unsure of every point.
   gx_ContainmentGrid(const std::vector<gxVector<2>>& points, const gx_EdgeIndex& index, double reach);
 
-  /// Tells on which side of the outline a point of the outline's box lies.
+  /// Tells on which side of the outline a point lies, which may be anything.
   Answer locate(const std::vector<gxVector<2>>& points, const gxVector<2>& point) const;
 
  private:
@@ -38,6 +38,7 @@ class GXSHAPE_API gx_ContainmentGrid {
   gxVector<2> centre_(std::uint32_t column, std::uint32_t row) const;
   bool nearOutline_(const gxVector<2>& a, const gxVector<2>& b, const gxVector<2>& point) const;
 
+  gx_Box bounds_;
   gxVector<2> first_;
   double surelyReached_ = 0.0;  // squares of distances from the first point
   double surelyBeyond_ = 0.0;

@@ -5,6 +5,7 @@
 #include <cntr/internal/deep_ptr.h>
 #include <cntr/internal/edge_index.h>
 #include <cntr/internal/vertex_grid.h>
+#include <cntr/internal/watch.h>
 #include <velstd/circle.h>
 #include <velstd/ellipse.h>
 #include <velstd/handle.h>
@@ -69,8 +70,13 @@ struct gx_ContourMemory {
   // One grid per tolerance asked for, in the order of first use.
   gx_DeepPtr<std::vector<gx_VertexGrid>> vertexGrids;
 
+  // Whether somebody relies on the points and on the remembered upright rectangle, and is to hear
+  // when either changes or is forgotten.  Does not go along with a copy or a move.
+  gx_Watch watch;
+
   /// Forgets every result.
   void drop() noexcept {
+    watch.changed();
     encloseRects.reset();
     extremalVertices.reset();
     vertexGrids.reset();

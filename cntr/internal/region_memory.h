@@ -42,6 +42,7 @@ struct gx_RegionMemory {
   // which is known to be so at this count of changes of that memory.
   gx_DeepPtr<gx_ContainmentGrid> containment;
   std::uint64_t rectangleTrueAt = 0;
+  std::uint64_t containmentQuestions = 0;  // asked before there was a grid
 
   /// Forgets every result.
   void drop() noexcept {
@@ -52,5 +53,6 @@ struct gx_RegionMemory {
     regularizedValid = outerHullValid = false;
     containment.reset();
     rectangleTrueAt = 0;
+    containmentQuestions = 0;
   }
 };

@@ -3,11 +3,15 @@
 
 #include <cntr/internal/bounded_memo.h>
 #include <cntr/internal/deep_ptr.h>
+#include <cntr/internal/region_index.h>
 #include <velstd/handle.h>
 #include <velstd/matrix.h>
 #include <velstd/rect.h>
 #include <velstd/vector.h>
 #include <velstd/xform.h>
+
+#include <cstdint>
+#include <memory>
 
 class gxRegionSet;
 
@@ -41,8 +45,25 @@ struct gx_RegionSetMemory {
   bool outerHullValid = false;
   gxPtrHandle_const<gxRegionSet> outerHullSet;
 
+  // The tree over the regions' boxes, which containment and distance go through once so many
+  // questions were asked that it pays, and at which count of questions to try to make it.  It is used
+  // only while it says itself that the regions are still what they were, and shared with copies of the
+  // set, which share the regions.
+  std::shared_ptr<gx_RegionIndex> index;
+  std::uint64_t questions = 0;
+  std::uint64_t nextTry = kFirstTry;
+  static constexpr std::uint64_t kFirstTry = 8;
+
+  /// Forgets the tree, as where the regions become others and all else is kept.
+  void dropIndex() noexcept {
+    index.reset();
+    questions = 0;
+    nextTry = kFirstTry;
+  }
+
   /// Forgets every result.
   void drop() noexcept {
+    dropIndex();
     encloseRects.reset();
     centerWithHolesValid = centerNoHolesValid = false;
     areaWithHolesValid = areaNoHolesValid = false;
