@@ -23,12 +23,16 @@
 // area first rises and can fall only in the last pass; where even all negative triangles together
 // leave most of what the first passes added, or where running through the passes shows that it stays
 // well above 0, the sum stands.  A clockwise polygon is taken backwards.
+//
+// The sums are made four by four, in an order that is the same on every machine: each sum is one over
+// every fourth edge, the edges left over and the triangles taken as records added last.
 #include <cntr/internal/moment_sum.h>
 #include <cntr/internal/triangle_moments.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
 
 namespace {
 
@@ -47,137 +51,278 @@ constexpr double kShare = 0.25;
 // tangle, the answer has lost digits that another order of additions loses differently.
 constexpr double kLeastShareOfAll = 0.01;
 
-// Calls `use(u, v)` with the ends of every edge, relative to the apex, in the direction in which the
-// records are made.
-template <class Use>
-void forEachTriangle(const Points& points, const gxVector<2>& apex, bool backwards, const Use& use) {
-  gxVector<2> u = points.back() - apex;
-  for (const gxVector<2>& p : points) {
-    const gxVector<2> v = p - apex;
-    if (backwards) {
-      use(v, u);
-    } else {
-      use(u, v);
-    }
-    u = v;
-  }
+// Four numbers side by side; compilers make two registers of them where four do not fit into one.
+using Four = double __attribute__((vector_size(32)));
+
+// Code for four, to be compiled for the machine at hand by who calls it.
+#define GX_FOURFOLD __attribute__((always_inline)) inline
+
+// Points seen from the apex, one or four, by component.
+template <class Number>
+struct Ends {
+  Number x;
+  Number y;
+};
+
+Ends<double> seen(const gxVector<2>& p, const gxVector<2>& apex) {
+  return {p.x() - apex.x(), p.y() - apex.y()};
+}
+
+// The points p[0], p[2], p[1], p[3] in this order, which saves moving them.
+GX_FOURFOLD void seen(const gxVector<2>* p, const Four& apex, Ends<Four>& result) {
+  Four first;
+  Four second;
+  std::memcpy(&first, p, sizeof first);
+  std::memcpy(&second, p + 2, sizeof second);
+  first -= apex;
+  second -= apex;
+  result.x = __builtin_shufflevector(first, second, 0, 4, 2, 6);
+  result.y = __builtin_shufflevector(first, second, 1, 5, 3, 7);
+}
+
+template <class Number>
+GX_FOURFOLD void keepLarger(Number& largest, const Number& value) {
+  largest = value > largest ? value : largest;
+}
+
+GX_FOURFOLD double total(const Four& v) {
+  return (v[0] + v[2]) + (v[1] + v[3]);
 }
 
 // What has to be known before the triangles are added: the direction of the polygon, by the sign of
 // its area, and its reach, the largest distance from the apex.
+template <class Number>
 struct Overview {
-  double cross = 0.0;
-  double squaredReach = 0.0;
+  Number cross = {};
+  Number squaredReach = {};
+
+  GX_FOURFOLD void add(const Ends<Number>& u, const Ends<Number>& v) {
+    cross += u.x * v.y - u.y * v.x;
+    keepLarger(squaredReach, v.x * v.x + v.y * v.y);
+  }
 };
 
-Overview overview(const Points& points, const gxVector<2>& apex) {
-  Overview all;
-  forEachTriangle(points, apex, false, [&all](const gxVector<2>& u, const gxVector<2>& v) {
-    all.cross += gf_Cross(u, v);
-    const double square = v * v;
-    all.squaredReach = square > all.squaredReach ? square : all.squaredReach;
-  });
-  return all;
-}
+// The bounds of the test whether the foot of an altitude may lie outside its side by the slack.
+struct FootBounds {
+  explicit FootBounds(double squaredReach)
+      : perCross(4.0 * gx_kFootSlack * 1.1 * std::sqrt(squaredReach)),
+        least(8.0 * gx_kFootSlack * gx_kFootSlack * squaredReach) {}
 
-class Sum {
- public:
-  explicit Sum(double squaredReach)
-      : perCross_(4.0 * gx_kFootSlack * 1.1 * std::sqrt(squaredReach)),
-        least_(8.0 * gx_kFootSlack * gx_kFootSlack * squaredReach) {}
+  double perCross;
+  double least;
+};
 
-  void add(const gxVector<2>& u, const gxVector<2>& v) {
-    const double c = gf_Cross(u, v);
-    const double along = u * v;
-    const double uu = u * u;
-    const double past = std::min(std::abs(along), std::abs(along - uu));
-    if (past * past <= perCross_ * std::abs(c) + least_) {
-      addRecord(u, v);
-      return;
-    }
-    const double ux = u.x();
-    const double uy = u.y();
-    const double vx = v.x();
-    const double vy = v.y();
-    area_ += c;
-    x_ += c * (ux + vx);
-    y_ += c * (uy + vy);
-    xx_ += c * (ux * ux + ux * vx + vx * vx);
-    yy_ += c * (uy * uy + uy * vy + vy * vy);
-    xy_ += c * (2.0 * (ux * uy + vx * vy) + (ux * vy + vx * uy));
-    large_ += c > 2.0 * kNearlyEmpty ? c : 0.0;
-    against_ -= c < 0.0 ? c : 0.0;
+// The sums of the polynomials, without their denominators.
+template <class Number>
+struct Sums {
+  Number area = {};
+  Number x = {};
+  Number y = {};
+  Number xx = {};
+  Number xy = {};
+  Number yy = {};
+  Number large = {};    // the areas, twice, of the triangles that belong to the first passes
+  Number against = {};  // those of the negative triangles, by magnitude
+
+  // Adds the triangles whose feet lie inside their sides for certain; tells which do not.
+  template <class Truth>
+  GX_FOURFOLD void add(const Ends<Number>& u, const Ends<Number>& v, const FootBounds& bounds,
+                       Truth& unsure) {
+    const Number none = {};
+    const Number uxvy = u.x * v.y;
+    const Number uyvx = u.y * v.x;
+    const Number uxvx = u.x * v.x;
+    const Number uyvy = u.y * v.y;
+    const Number ux2 = u.x * u.x;
+    const Number uy2 = u.y * u.y;
+    const Number cross = uxvy - uyvx;
+    const Number size = cross < none ? -cross : cross;
+    const Number fromStart = uxvx + uyvy;
+    const Number fromEnd = fromStart - (ux2 + uy2);
+    const Number start = fromStart < none ? -fromStart : fromStart;
+    const Number end = fromEnd < none ? -fromEnd : fromEnd;
+    const Number past = start < end ? start : end;
+    unsure = past * past <= bounds.perCross * size + bounds.least;
+    const Number c = unsure ? none : cross;
+    area += c;
+    x += c * (u.x + v.x);
+    y += c * (u.y + v.y);
+    xx += c * ((ux2 + uxvx) + v.x * v.x);
+    yy += c * ((uy2 + uyvy) + v.y * v.y);
+    xy += c * (2.0 * (u.x * u.y + v.x * v.y) + (uxvy + uyvx));
+    large += c > none + 2.0 * kNearlyEmpty ? c : none;
+    against -= c < none ? c : none;
   }
+};
 
-  gx_MomentSum result() const {
-    return {area_ / 2.0 + records_.area, x_ / 6.0 + records_.x,    y_ / 6.0 + records_.y,
-            xx_ / 12.0 + records_.xx,    xy_ / 24.0 + records_.xy, yy_ / 12.0 + records_.yy};
-  }
-  // Tells whether even all negative triangles leave most of the large ones.
-  bool balanced() const { return against_ < (1.0 - 2.0 * kShare) * large_; }
-  // Tells whether so much cancels that the order of the additions shows in the answer.
-  bool cancels(double area) const { return area < kLeastShareOfAll * (area + against_); }
+// The sums of the triangles that are taken as records.
+struct Records {
+  gx_MomentSum sum;
+  double large = 0.0;
+  double against = 0.0;
 
- private:
-  void addRecord(const gxVector<2>& u, const gxVector<2>& v) {
-    const gx_InertiaData record = gx_triangleMoments(gxVector<2>(), u, v);
+  void add(const Ends<double>& u, const Ends<double>& v) {
+    const gx_InertiaData record = gx_triangleMoments(gxVector<2>(), {u.x, u.y}, {v.x, v.y});
     const double a = record.area();
     const gxVector<2>& g = record.centerOfMass();
     const gxMatrix<2>& m = record.inertiaMatrix();
     const double sign = a < 0.0 ? -1.0 : 1.0;
-    records_.area += a;
-    records_.x += a * g.x();
-    records_.y += a * g.y();
-    records_.xx += sign * m.m00() + a * g.x() * g.x();
-    records_.xy += sign * m.m01() + a * g.x() * g.y();
-    records_.yy += sign * m.m11() + a * g.y() * g.y();
-    large_ += a > kNearlyEmpty ? 2.0 * a : 0.0;
-    against_ -= a < 0.0 ? 2.0 * a : 0.0;
+    sum.area += a;
+    sum.x += a * g.x();
+    sum.y += a * g.y();
+    sum.xx += sign * m.m00() + a * g.x() * g.x();
+    sum.xy += sign * m.m01() + a * g.x() * g.y();
+    sum.yy += sign * m.m11() + a * g.y() * g.y();
+    large += a > kNearlyEmpty ? 2.0 * a : 0.0;
+    against -= a < 0.0 ? 2.0 * a : 0.0;
   }
-
-  double perCross_;
-  double least_;
-  double area_ = 0.0;
-  double x_ = 0.0;
-  double y_ = 0.0;
-  double xx_ = 0.0;
-  double xy_ = 0.0;
-  double yy_ = 0.0;
-  double large_ = 0.0;
-  double against_ = 0.0;
-  gx_MomentSum records_;
 };
 
+// All of it, in the order that makes the same bits everywhere: four sums for the triangles that come in
+// fours, each over every fourth, and one for the rest.
+struct Fan {
+  Fan(const Points& p, const gxVector<2>& a) : points(p), apex(a) {}
+
+  const Points& points;
+  gxVector<2> apex;
+  bool backwards = false;
+  Overview<double> all;
+  Sums<double> sums;
+  Records records;
+
+  GX_FOURFOLD void look() {
+    const Four from = {apex.x(), apex.y(), apex.x(), apex.y()};
+    Overview<Four> four;
+    all.add(seen(points.back(), apex), seen(points.front(), apex));
+    std::size_t i = 1;
+    for (; i + 4 <= points.size(); i += 4) {
+      Ends<Four> u;
+      Ends<Four> v;
+      seen(&points[i - 1], from, u);
+      seen(&points[i], from, v);
+      four.add(u, v);
+    }
+    for (; i < points.size(); ++i) all.add(seen(points[i - 1], apex), seen(points[i], apex));
+    all.cross += total(four.cross);
+    for (int k = 0; k < 4; ++k) keepLarger(all.squaredReach, four.squaredReach[k]);
+    backwards = all.cross < 0.0;
+  }
+
+  void addOne(const gxVector<2>& from, const gxVector<2>& to, const FootBounds& bounds) {
+    const Ends<double> u = seen(backwards ? to : from, apex);
+    const Ends<double> v = seen(backwards ? from : to, apex);
+    bool unsure = false;
+    sums.add(u, v, bounds, unsure);
+    if (unsure) records.add(u, v);
+  }
+
+  template <bool kBackwards>
+  GX_FOURFOLD void addUp() {
+    const FootBounds bounds(all.squaredReach);
+    const Four from = {apex.x(), apex.y(), apex.x(), apex.y()};
+    Sums<Four> four;
+    addOne(points.back(), points.front(), bounds);
+    std::size_t i = 1;
+    for (; i + 4 <= points.size(); i += 4) {
+      Ends<Four> u;
+      Ends<Four> v;
+      seen(&points[i - 1], from, kBackwards ? v : u);
+      seen(&points[i], from, kBackwards ? u : v);
+      decltype(u.x < v.x) unsure = {};
+      four.add(u, v, bounds, unsure);
+      if ((unsure[0] | unsure[1] | unsure[2] | unsure[3]) == 0) continue;
+      for (int k = 0; k < 4; ++k) {
+        if (unsure[k] != 0) records.add({u.x[k], u.y[k]}, {v.x[k], v.y[k]});
+      }
+    }
+    for (; i < points.size(); ++i) addOne(points[i - 1], points[i], bounds);
+    sums.area += total(four.area);
+    sums.x += total(four.x);
+    sums.y += total(four.y);
+    sums.xx += total(four.xx);
+    sums.xy += total(four.xy);
+    sums.yy += total(four.yy);
+    sums.large += total(four.large);
+    sums.against += total(four.against);
+  }
+
+  GX_FOURFOLD void compute() {
+    look();
+    if (backwards) {
+      addUp<true>();
+    } else {
+      addUp<false>();
+    }
+  }
+
+  gx_MomentSum result() const {
+    const gx_MomentSum& r = records.sum;
+    return {sums.area / 2.0 + r.area, sums.x / 6.0 + r.x,    sums.y / 6.0 + r.y,
+            sums.xx / 12.0 + r.xx,    sums.xy / 24.0 + r.xy, sums.yy / 12.0 + r.yy};
+  }
+  double against() const { return sums.against + records.against; }
+  // Tells whether even all negative triangles leave most of the large ones.
+  bool balanced() const { return against() < (1.0 - 2.0 * kShare) * (sums.large + records.large); }
+  // Tells whether so much cancels that the order of the additions shows in the answer.
+  bool cancels(double area) const { return area < kLeastShareOfAll * (area + against()); }
+};
+
+#if defined(__x86_64__)
+__attribute__((target("avx2"))) void computeByRegistersOfFour(Fan& fan) {
+  fan.compute();
+}
+#endif
+
+void computeAsBuilt(Fan& fan) {
+  fan.compute();
+}
+
+// Calls `use(area)` for the triangles in the direction in which the records are made.
+template <class Use>
+void forEachArea(const Fan& fan, const Use& use) {
+  Ends<double> u = seen(fan.points.back(), fan.apex);
+  for (const gxVector<2>& p : fan.points) {
+    const Ends<double> v = seen(p, fan.apex);
+    const double cross = u.x * v.y - u.y * v.x;
+    use(0.5 * (fan.backwards ? -cross : cross));
+    u = v;
+  }
+}
+
 // Runs through the three passes with the areas alone.
-bool staysPositive(const Points& points, const gxVector<2>& apex, bool backwards, double mean) {
+bool staysPositive(const Fan& fan, double mean) {
   const double early = std::min(mean, kNearlyEmpty);
   double running = 0.0;
-  forEachTriangle(points, apex, backwards, [&](const gxVector<2>& u, const gxVector<2>& v) {
-    const double a = 0.5 * gf_Cross(u, v);
-    running += a > early ? a : 0.0;
-  });
+  forEachArea(fan, [&](double a) { running += a > early ? a : 0.0; });
   double least = running;
-  forEachTriangle(points, apex, backwards, [&](const gxVector<2>& u, const gxVector<2>& v) {
-    const double a = 0.5 * gf_Cross(u, v);
+  forEachArea(fan, [&](double a) {
     running += a > early ? 0.0 : a;
     least = std::min(least, running);
   });
-  return least > kShare * mean * static_cast<double>(points.size());
+  return least > kShare * mean * static_cast<double>(fan.points.size());
 }
 
 }  // namespace
 
-bool gx_sumMoments(const Points& points, const gxVector<2>& apex, gx_MomentSum& sum) {
-  const Overview all = overview(points, apex);
-  const bool backwards = all.cross < 0.0;
-  Sum triangles(all.squaredReach);
-  forEachTriangle(points, apex, backwards,
-                  [&triangles](const gxVector<2>& u, const gxVector<2>& v) { triangles.add(u, v); });
-  sum = triangles.result();
+bool gx_sumMoments(const Points& points, const gxVector<2>& apex, gx_MomentSum& sum, bool wide) {
+  Fan fan(points, apex);
+#if defined(__x86_64__)
+  static const bool possible = __builtin_cpu_supports("avx2");
+  if (wide && possible) {
+    computeByRegistersOfFour(fan);
+  } else {
+    computeAsBuilt(fan);
+  }
+#else
+  static_cast<void>(wide);
+  computeAsBuilt(fan);
+#endif
+  sum = fan.result();
   const double mean = sum.area / static_cast<double>(points.size());
-  if (!(mean > kLeastArea) || triangles.cancels(sum.area) || !std::isfinite(sum.xx + sum.xy + sum.yy))
+  if (!(mean > kLeastArea) || fan.cancels(sum.area) || !std::isfinite(sum.xx + sum.xy + sum.yy)) {
     return false;
-  if (!triangles.balanced() && !staysPositive(points, apex, backwards, mean)) return false;
-  if (backwards) sum = {-sum.area, -sum.x, -sum.y, -sum.xx, -sum.xy, -sum.yy};
+  }
+  if (!fan.balanced() && !staysPositive(fan, mean)) return false;
+  if (fan.backwards) sum = {-sum.area, -sum.x, -sum.y, -sum.xx, -sum.xy, -sum.yy};
   return true;
 }

@@ -3,6 +3,7 @@
 
 #include <cntr/internal/moment_sum.h>
 #include <cntr/shapestat.h>
+#include <support/same_bits.h>
 #include <support/slow_truth_stats.h>
 
 #include <gtest/gtest.h>
@@ -85,6 +86,25 @@ TEST(MomentSum, OfRandomStarsAgreesWithTheRecords) {
         difference(gf_InertiaDataPolygon(points).inertiaMatrix(), slow::polygonMoments(points).matrix),
         1e-13);
   }
+}
+
+TEST(MomentSum, HasTheSameBitsWithoutTheWidestRegisters) {
+  RandomShapes random("moments side by side", 1000);
+  int sums = 0;
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const auto points = random.chance(0.5) ? largeOutline(random).points : random.outline();
+    if (points.empty()) continue;
+    const gxVector<2> apex = random.chance(0.5) ? gf_CenterOfMass(points) : points.back();
+    gx_MomentSum wide;
+    gx_MomentSum narrow;
+    EXPECT_EQ(gx_sumMoments(points, apex, wide), gx_sumMoments(points, apex, narrow, false));
+    EXPECT_TRUE(sameBits(wide.area, narrow.area) && sameBits(wide.x, narrow.x) &&
+                sameBits(wide.y, narrow.y) && sameBits(wide.xx, narrow.xx) &&
+                sameBits(wide.xy, narrow.xy) && sameBits(wide.yy, narrow.yy));
+    sums += wide.area == wide.area ? 1 : 0;
+  }
+  EXPECT_GT(sums, 100);
 }
 
 }  // namespace
