@@ -124,10 +124,11 @@ gx_Questions gx_questionsTo(const Points& outline) {
   return questions;
 }
 
-Points gx_turnedALittle(const Points& outline) {
-  const gxMatrix<2> rotation(gxRadian(0.01), gxRadian(0.01), 1.0, 1.0);
+Points gx_turned(const Points& outline, double radians, const V& shift) {
+  const gxRadian angle(radians);
+  const gxMatrix<2> rotation(angle, angle, 1.0, 1.0);
   Points turned;
   turned.reserve(outline.size());
-  for (const V& p : outline) turned.push_back(rotation * p + V(0.5, 0.5));
+  for (const V& p : outline) turned.push_back(rotation * p + shift);
   return turned;
 }

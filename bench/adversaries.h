@@ -31,5 +31,6 @@ struct gx_Questions {
 };
 gx_Questions gx_questionsTo(const std::vector<gxVector<2>>& outline);
 
-// The outline turned by 0.01 and moved by half a pixel.
-std::vector<gxVector<2>> gx_turnedALittle(const std::vector<gxVector<2>>& outline);
+// The outline turned by that many radians, then moved.
+std::vector<gxVector<2>> gx_turned(const std::vector<gxVector<2>>& outline, double radians,
+                                   const gxVector<2>& shift);

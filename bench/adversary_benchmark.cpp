@@ -13,8 +13,8 @@
 //
 // 10,000 points are left out where the plain form would take more than some seconds: crossings of
 // tangles and lines with their like, which are millions, and the repair of outlines that cross
-// themselves.  Stopping the timer costs both parties the same, and the shapes of a pool begin at
-// different vertices (first_calls.h).
+// themselves.  Stopping the timer costs both parties the same, and the shapes of a pool are
+// different (first_calls.h): they begin at different vertices and are turned.
 #include "adversaries.h"
 #include "first_calls.h"
 #include "plain_hull.h"
@@ -44,10 +44,12 @@ using Points = std::vector<gxVector<2>>;
 struct Ours {
   gxRegion shape;
   gxRegion other;  // for outline against outline, else without points
+  gx_Questions questions;
 };
 struct Plain {
   Points shape;
   Points other;
+  gx_Questions questions;
 };
 
 double sum(const Points& points) {
@@ -75,24 +77,24 @@ constexpr double kTolerance = 1.0;  // vertices within
 
 struct Operation {
   const char* name;
-  double (*ours)(const Ours&, const gx_Questions&);
-  double (*plain)(const Plain&, const gx_Questions&);
+  double (*ours)(const Ours&);
+  double (*plain)(const Plain&);
   bool quadratic = false;  // for the plain form
 };
 
-double oursHull(const Ours& s, const gx_Questions&) {
+double oursHull(const Ours& s) {
   gxRegion hull;
   s.shape.convexHull(hull);
   return sum(hull.points());
 }
 
-double oursRegularize(const Ours& s, const gx_Questions&) {
+double oursRegularize(const Ours& s) {
   gxRegion result;
   s.shape.regularize(result);
   return sum(result.points());
 }
 
-double plainOutlines(const Plain& s, const gx_Questions&) {
+double plainOutlines(const Plain& s) {
   const gx_PlainScan scan(s.shape);
   Points hits;
   gxVector<2> from = s.other.back();
@@ -107,55 +109,55 @@ double plainOutlines(const Plain& s, const gx_Questions&) {
 // clang-format off
 const std::vector<Operation> kOperations{
     {"length",
-     [](const Ours& s, const gx_Questions&) { return s.shape.length(); },
-     [](const Plain& s, const gx_Questions&) { return slow::length({s.shape, true}); }},
+     [](const Ours& s) { return s.shape.length(); },
+     [](const Plain& s) { return slow::length({s.shape, true}); }},
     {"area",
-     [](const Ours& s, const gx_Questions&) { return s.shape.area(false); },
-     [](const Plain& s, const gx_Questions&) { return slow::area(s.shape); }},
+     [](const Ours& s) { return s.shape.area(false); },
+     [](const Plain& s) { return slow::area(s.shape); }},
     {"centre",
-     [](const Ours& s, const gx_Questions&) { return sum(s.shape.centerOfMass(false)); },
-     [](const Plain& s, const gx_Questions&) { return sum(slow::centerOfMass(s.shape)); }},
+     [](const Ours& s) { return sum(s.shape.centerOfMass(false)); },
+     [](const Plain& s) { return sum(slow::centerOfMass(s.shape)); }},
     {"moments",
-     [](const Ours& s, const gx_Questions&) { return sum(s.shape.inertiaMatrix(false)); },
-     [](const Plain& s, const gx_Questions&) { return sum(slow::polygonMoments(s.shape).matrix); }},
+     [](const Ours& s) { return sum(s.shape.inertiaMatrix(false)); },
+     [](const Plain& s) { return sum(slow::polygonMoments(s.shape).matrix); }},
     {"rectangle",
-     [](const Ours& s, const gx_Questions&) { return sum(s.shape.encloseRect(turned()).size()); },
-     [](const Plain& s, const gx_Questions&) { return sum(slow::encloseRect(s.shape, turned()).size()); }},
+     [](const Ours& s) { return sum(s.shape.encloseRect(turned()).size()); },
+     [](const Plain& s) { return sum(slow::encloseRect(s.shape, turned()).size()); }},
     {"hull",
      oursHull,
-     [](const Plain& s, const gx_Questions&) { return sum(gxRegion(gx_plainHull(s.shape)).points()); }},
+     [](const Plain& s) { return sum(gxRegion(gx_plainHull(s.shape)).points()); }},
     {"farthest_pair",
-     [](const Ours& s, const gx_Questions&) { return s.shape.diameter(gxContourDefs::eAllPairs); },
-     [](const Plain& s, const gx_Questions&) { return slow::diameter(s.shape, gxContourDefs::eAllPairs); },
+     [](const Ours& s) { return s.shape.diameter(gxContourDefs::eAllPairs); },
+     [](const Plain& s) { return slow::diameter(s.shape, gxContourDefs::eAllPairs); },
      true},
     {"containment",
-     [](const Ours& s, const gx_Questions& q) { return s.shape.inside(q.middle, true) ? 1.0 : 0.0; },
-     [](const Plain& s, const gx_Questions& q) { return gx_PlainScan(s.shape).inside(q.middle) ? 1.0 : 0.0; }},
+     [](const Ours& s) { return s.shape.inside(s.questions.middle, true) ? 1.0 : 0.0; },
+     [](const Plain& s) { return gx_PlainScan(s.shape).inside(s.questions.middle) ? 1.0 : 0.0; }},
     {"nearest_point",
-     [](const Ours& s, const gx_Questions& q) { return sum(s.shape.closestPoint(q.middle, false)); },
-     [](const Plain& s, const gx_Questions& q) { return sum(gx_plainNearestPoint(s.shape, q.middle)); }},
+     [](const Ours& s) { return sum(s.shape.closestPoint(s.questions.middle, false)); },
+     [](const Plain& s) { return sum(gx_plainNearestPoint(s.shape, s.questions.middle)); }},
     {"nearest_vertex",
-     [](const Ours& s, const gx_Questions& q) { return sum(s.shape.closestPoint(q.middle, true)); },
-     [](const Plain& s, const gx_Questions& q) { return sum(gx_plainNearestVertex(s.shape, q.middle)); }},
+     [](const Ours& s) { return sum(s.shape.closestPoint(s.questions.middle, true)); },
+     [](const Plain& s) { return sum(gx_plainNearestVertex(s.shape, s.questions.middle)); }},
     {"vertices_within",
-     [](const Ours& s, const gx_Questions& q) { return sum(s.shape.vertexIndex(q.nearby, kTolerance)); },
-     [](const Plain& s, const gx_Questions& q) { return sum(slow::vertexIndex(s.shape, q.nearby, kTolerance)); }},
+     [](const Ours& s) { return sum(s.shape.vertexIndex(s.questions.nearby, kTolerance)); },
+     [](const Plain& s) { return sum(slow::vertexIndex(s.shape, s.questions.nearby, kTolerance)); }},
     {"segment",
-     [](const Ours& s, const gx_Questions& q) { return sum(s.shape.gxContour::intersections(q.across, true)); },
-     [](const Plain& s, const gx_Questions& q) {
-       return sum(gx_PlainScan(s.shape).intersections(q.across, true).points);
+     [](const Ours& s) { return sum(s.shape.gxContour::intersections(s.questions.across, true)); },
+     [](const Plain& s) {
+       return sum(gx_PlainScan(s.shape).intersections(s.questions.across, true).points);
      }},
     {"self_intersection",
-     [](const Ours& s, const gx_Questions&) { return s.shape.isSelfIntersecting() ? 1.0 : 0.0; },
-     [](const Plain& s, const gx_Questions&) { return gx_PlainScan(s.shape).isSelfIntersecting() ? 1.0 : 0.0; },
+     [](const Ours& s) { return s.shape.isSelfIntersecting() ? 1.0 : 0.0; },
+     [](const Plain& s) { return gx_PlainScan(s.shape).isSelfIntersecting() ? 1.0 : 0.0; },
      true},
     {"outline_outline",
-     [](const Ours& s, const gx_Questions&) { return sum(s.shape.gxContour::intersections(s.other)); },
+     [](const Ours& s) { return sum(s.shape.gxContour::intersections(s.other)); },
      plainOutlines,
      true},
     {"regularize",
      oursRegularize,
-     [](const Plain& s, const gx_Questions&) { return sum(gxRegion(gx_plainRegularize(s.shape)).points()); },
+     [](const Plain& s) { return sum(gxRegion(gx_plainRegularize(s.shape)).points()); },
      true},
 };
 // clang-format on
@@ -166,10 +168,9 @@ constexpr double kThrew = -12345.678;
 
 // The answer, or kThrew.
 template <class Party>
-double answer(double (*ask)(const Party&, const gx_Questions&), const Party& shape,
-              const gx_Questions& questions) {
+double answer(double (*ask)(const Party&), const Party& shape) {
   try {
-    return ask(shape, questions);
+    return ask(shape);
   } catch (const gxException&) {
     return kThrew;
   }
@@ -187,7 +188,8 @@ bool needsOther(const Row& row) {
 template <class Party>
 Party partyOf(const Row& row, const Points& points) {
   using Shape = decltype(Party::shape);
-  return {Shape(points), Shape(needsOther(row) ? gx_turnedALittle(points) : Points())};
+  return {Shape(points), Shape(needsOther(row) ? gx_turned(points, 0.01, {0.5, 0.5}) : Points()),
+          gx_questionsTo(points)};
 }
 
 // Equal bits; moments equal to 1e-9, or nothing beside the size of the outline.
@@ -205,9 +207,8 @@ bool isFair(benchmark::State& state, const Row& row, const Points& points) {
   static std::map<std::string, std::string> found;
   const std::string key = row.shape + " " + row.operation.name + " " + std::to_string(state.range(0));
   if (found.find(key) == found.end()) {
-    const gx_Questions questions = gx_questionsTo(points);
-    const double ours = answer(row.operation.ours, partyOf<Ours>(row, points), questions);
-    const double plain = answer(row.operation.plain, partyOf<Plain>(row, points), questions);
+    const double ours = answer(row.operation.ours, partyOf<Ours>(row, points));
+    const double plain = answer(row.operation.plain, partyOf<Plain>(row, points));
     found[key] = sameAnswer(row, points, ours, plain)
                      ? ""
                      : "answers " + std::to_string(ours) + " instead of " + std::to_string(plain);
@@ -217,21 +218,28 @@ bool isFair(benchmark::State& state, const Row& row, const Points& points) {
   return false;
 }
 
+// The outline from another vertex on, and turned, where it stays what it is then.
+Points variant(const std::string& name, const Points& points, std::int64_t number) {
+  if (number == 0) return points;
+  Points shape = points;
+  const auto count = static_cast<std::int64_t>(points.size());
+  std::rotate(shape.begin(), shape.begin() + number * 37 % count, shape.end());
+  const bool turns = name == "smooth" || name == "polygon" || name == "spiral" || name == "tangle";
+  return turns ? gx_turned(shape, static_cast<double>(number), {0.0, 0.0}) : shape;
+}
+
 template <class Party>
-void run(benchmark::State& state, const Row& row, double (*ask)(const Party&, const gx_Questions&)) {
+void run(benchmark::State& state, const Row& row, double (*ask)(const Party&)) {
   const std::int64_t count = state.range(0);
   const Points points = gx_adversary(row.shape, count);
   if (!isFair(state, row, points)) return;
-  const gx_Questions questions = gx_questionsTo(points);
   const std::int64_t size =
-      row.operation.quadratic ? std::clamp<std::int64_t>(1024 / count, 1, 64) : gx_poolSize(count, 64);
+      row.operation.quadratic ? std::clamp<std::int64_t>(1024 / count, 1, 64) : gx_poolSize(count, 256);
   const auto make = [&](std::int64_t number) {
-    Points shape = points;
-    std::rotate(shape.begin(), shape.begin() + number * 37 % count, shape.end());
-    return partyOf<Party>(row, shape);
+    return partyOf<Party>(row, variant(row.shape, points, number));
   };
   gx_timePool(state, gx_Pool::eAnew, size, make,
-              [&](const Party& shape) { benchmark::DoNotOptimize(answer(ask, shape, questions)); });
+              [&](const Party& shape) { benchmark::DoNotOptimize(answer(ask, shape)); });
   state.SetItemsProcessed(state.iterations());
 }
 
