@@ -5,6 +5,7 @@
 #include <velstd/vector.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -51,6 +52,20 @@ inline bool gx_agree(benchmark::State& state, double expected, double got, doubl
   return false;
 }
 
+// Calls `check(i)` for the first queries before a row is timed: as many as take a fifth of a second, and
+// at least ten.
+template <class Check>
+void gx_checkFirst(std::size_t queries, const Check& check) {
+  const auto start = std::chrono::steady_clock::now();
+  for (std::size_t i = 0; i < queries; ++i) {
+    if (i >= 10 && i % 10 == 0 &&
+        std::chrono::steady_clock::now() - start > std::chrono::milliseconds(200)) {
+      return;
+    }
+    check(i);
+  }
+}
+
 // Times `ask` on one query after the other, from the first again after the last.
 template <class Query, class Ask>
 void gx_timeQueries(benchmark::State& state, const std::vector<Query>& queries, const Ask& ask) {
@@ -66,8 +81,9 @@ void gx_timeQueries(benchmark::State& state, const std::vector<Query>& queries, 
 // They are made and destroyed outside the timing, as many at a time as hold about 65,536 points, so
 // that stopping the clock, about a microsecond, does not show.
 template <class Make, class Ask>
-void gx_timeFirst(benchmark::State& state, std::int64_t itemsEach, const Make& make, const Ask& ask) {
-  const std::int64_t batch = std::max<std::int64_t>(1, 65536 / state.range(0));
+void gx_timeFirst(benchmark::State& state, std::int64_t pointsEach, std::int64_t itemsEach,
+                  const Make& make, const Ask& ask) {
+  const std::int64_t batch = std::max<std::int64_t>(1, 65536 / pointsEach);
   std::vector<decltype(make())> fresh;
   fresh.reserve(static_cast<std::size_t>(batch));
   while (state.KeepRunningBatch(static_cast<benchmark::IterationCount>(batch))) {
@@ -78,4 +94,10 @@ void gx_timeFirst(benchmark::State& state, std::int64_t itemsEach, const Make& m
     for (const auto& shape : fresh) benchmark::DoNotOptimize(ask(*shape));
   }
   state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) * itemsEach);
+}
+
+// The same of outlines of as many points as the row says, per point or edge.
+template <class Make, class Ask>
+void gx_timeFirst(benchmark::State& state, const Make& make, const Ask& ask) {
+  gx_timeFirst(state, state.range(0), state.range(0), make, ask);
 }
