@@ -12,6 +12,8 @@
 #include <cntr/regionst.h>
 #include <malloc.h>
 
+#include "coins.h"
+
 #include <cmath>
 #include <vector>
 
@@ -19,27 +21,10 @@ namespace {
 
 using Handle = gxPtrHandle_const<gxRegion>;
 
-constexpr int kPoints = 182;
-constexpr double kApart = 80.0;
-
-std::vector<gxVector<2>> coin(long number) {
-  const double column = static_cast<double>(number % 200);
-  const double row = static_cast<double>(number / 200);
-  std::vector<gxVector<2>> points;
-  points.reserve(kPoints);
-  for (int k = 0; k < kPoints; ++k) {
-    const double turn = 2.0 * 3.141592653589793 * k / kPoints;
-    const double radius = 25.0 + std::sin(static_cast<double>(number)) + 0.2 * std::sin(7.0 * turn);
-    points.emplace_back(column * kApart + radius * std::cos(turn),
-                        row * kApart + radius * std::sin(turn));
-  }
-  return points;
-}
-
 std::vector<Handle> coins(long count) {
   std::vector<Handle> handles;
   handles.reserve(static_cast<std::size_t>(count));
-  for (long i = 0; i < count; ++i) handles.emplace_back(new gxRegion(coin(i)));
+  for (long i = 0; i < count; ++i) handles.emplace_back(new gxRegion(gx_coin(i)));
   return handles;
 }
 
