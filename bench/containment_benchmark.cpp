@@ -5,10 +5,11 @@
 // outline has no holes.
 //
 // containment: one query an iteration, of what has been asked before, so that everything remembered
-// is there.  containment_build: what the first query costs beside, per edge; ours at 64 points asks
-// the plain way and builds nothing but the edge list.
+// is there.  containment_bulk: all million in one call; GEOS has no such call and is asked one by one.
+// containment_build: what the first query costs, per edge; ours at 64 points answers the first few the
+// plain way and builds nothing yet.
 //
-//  ours    gxRegion::inside(point, true).
+//  ours    gxRegion::inside(point, true), or inside(points, true).
 //  plain   the vertex directions sorted for every query (plain_scan.h); timed longer than the others,
 //          since single queries differ.
 //  geos    IndexedPointInAreaLocator, a tree over the y ranges of the edges; it is built on its first
@@ -79,6 +80,17 @@ void ours(benchmark::State& state) {
 }
 BENCHMARK(ours)->Name("containment/ours")->Apply(gx_allSizes);
 
+void oursBulk(benchmark::State& state) {
+  const Input& input = gx_inputOf<Input>(state.range(0));
+  if (!gx_agree(state, 1.0, input.region.inside(input.queries, true) == input.inside ? 1.0 : 0.0))
+    return;
+  for ([[maybe_unused]] const auto _ : state) {
+    benchmark::DoNotOptimize(input.region.inside(input.queries, true).size());
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) * kQueries);
+}
+BENCHMARK(oursBulk)->Name("containment_bulk/ours")->Apply(gx_allSizes);
+
 void plain(benchmark::State& state) {
   const Input& input = gx_inputOf<Input>(state.range(0));
   const gx_PlainScan scan(input.outline);
@@ -107,17 +119,39 @@ bool isInside(Locator& locator, const geos::geom::Coordinate& point) {
   return locator.locate(&point) != geos::geom::Location::EXTERIOR;
 }
 
-void geosIndexed(benchmark::State& state) {
-  const Input& input = gx_inputOf<Input>(state.range(0));
-  const auto polygon = gx_geosPolygon(input.outline);
+std::vector<geos::geom::Coordinate> geosQueries(const Input& input) {
   std::vector<geos::geom::Coordinate> queries;
   queries.reserve(input.queries.size());
   for (const V& p : input.queries) queries.emplace_back(p.x(), p.y());
+  return queries;
+}
+
+void geosIndexed(benchmark::State& state) {
+  const Input& input = gx_inputOf<Input>(state.range(0));
+  const auto polygon = gx_geosPolygon(input.outline);
+  const auto queries = geosQueries(input);
   Locator locator(*polygon);
   timeAndCheck(state, queries,
                [&locator](const geos::geom::Coordinate& point) { return isInside(locator, point); });
 }
 BENCHMARK(geosIndexed)->Name("containment/geos")->Apply(gx_allSizes);
+
+void geosBulk(benchmark::State& state) {
+  const Input& input = gx_inputOf<Input>(state.range(0));
+  const auto polygon = gx_geosPolygon(input.outline);
+  const auto queries = geosQueries(input);
+  Locator locator(*polygon);
+  const auto askAll = [&queries, &locator] {
+    std::vector<bool> inside;
+    inside.reserve(queries.size());
+    for (const geos::geom::Coordinate& point : queries) inside.push_back(isInside(locator, point));
+    return inside;
+  };
+  if (!gx_agree(state, 1.0, askAll() == input.inside ? 1.0 : 0.0)) return;
+  for ([[maybe_unused]] const auto _ : state) benchmark::DoNotOptimize(askAll().size());
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) * kQueries);
+}
+BENCHMARK(geosBulk)->Name("containment_bulk/geos")->Apply(gx_allSizes);
 
 void geosBuild(benchmark::State& state) {
   const auto polygon = gx_geosPolygon(gx_inputOf<Input>(state.range(0)).outline);
