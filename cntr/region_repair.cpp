@@ -7,12 +7,14 @@
 //      passed twice, drop inner loops, join touching ones (internal/loops), and keep the first.
 // The result is remembered; the flag is set only after the computation returned, and the assignment
 // holds a handle of its own to the result, because the target may be this region.
+#include <cntr/internal/local_crossings.h>
 #include <cntr/internal/loops.h>
 #include <cntr/internal/outside_walk.h>
 #include <cntr/internal/probe.h>
 #include <cntr/region.h>
 
-#include <utility>
+#include <optional>
+#include <vector>
 
 namespace {
 
@@ -56,23 +58,28 @@ void gxRegion::outerHull(gxRegion& result) const {
 
 void gxRegion::outerHullRegularize(gxRegion& result, bool hull) const {
   checkEmptyContour();
+  // Of many points, the walk's questions go to the edges nearby, where these give the same answers.
+  std::optional<gx_LocalCrossings> local;
+  if (indexPays_() && gx_LocalCrossings::covers(edgeIndex_()) &&
+      uprightBoxIsTrue_(memory_.rectangleTrueAt)) {
+    local.emplace(edgeIndex_(), points());
+  }
   const gx_OutlineQuestions outline{
-      [this](const gxLineSeg& seg, std::vector<int>& edges) {
-        return gxContour::intersections(seg, edges, false);
+      [this, &local](const gxLineSeg& seg, std::size_t along, std::vector<int>& edges) {
+        return local ? (*local)(seg, along, edges) : gxContour::intersections(seg, edges, false);
       },
       [this](const gxLineSeg& seg) { return gxContour::intersections(seg, true).size(); },
       [this](const gxVector<2>& point) { return insideCount(point, true); }};
 
   const std::size_t start = gx_findStartEdge(points(), kProbe * medianFeatureSize(), outline);
-  gxRegion walked(gx_walkOutside(points(), start, outline));
+  const std::vector<gxVector<2>> walked = gx_walkOutside(points(), start, outline);
   if (!hull) {
-    result = std::move(walked);
+    result = gxRegion(walked);
     return;
   }
-  std::vector<gxRegion> loops;
-  loops.push_back(std::move(walked));
-  gx_cutAtPinchPoints(loops);
-  gx_dropInnerLoops(loops);
-  gx_joinTouchingLoops(loops);
-  result = std::move(loops.front());
+  gx_Loops loops({walked});
+  loops.cutAtPinchPoints();
+  loops.dropInnerLoops();
+  loops.joinTouchingLoops();
+  result = gxRegion(loops.outline(0));
 }

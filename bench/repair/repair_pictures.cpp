@@ -76,7 +76,7 @@ void drawVertexNumbers(gxSvgTablet& tablet, const Points& points, const V& by) {
 }
 
 gx_OutlineQuestions questionsTo(const ExposedRegion& region) {
-  return {[&region](const gxLineSeg& seg, std::vector<int>& edges) {
+  return {[&region](const gxLineSeg& seg, std::size_t, std::vector<int>& edges) {
             return region.intersections(seg, edges, false);
           },
           [&region](const gxLineSeg& seg) { return region.intersections(seg, true, false).size(); },
@@ -153,8 +153,9 @@ gxColor colourOf(const gxRegion& loop) {
 }
 
 // Draws loops a little apart, each towards its own middle.
-void drawLoops(gxSvgTablet& tablet, const std::vector<gxRegion>& loops, const V& by, double gap) {
-  for (const gxRegion& loop : loops) {
+void drawLoops(gxSvgTablet& tablet, const gx_Loops& loops, const V& by, double gap) {
+  for (std::size_t i = 0; i < loops.size(); ++i) {
+    const gxRegion loop(loops.outline(i));
     const V middle = loop.centerOfMass(false);
     Points drawn;
     for (const V& p : loop.points()) drawn.push_back(by + p + (middle - p).unit() * gap);
@@ -168,15 +169,15 @@ void drawLoopSteps(const std::string& folder) {
   tablet.title("cutting, dropping, joining");
   gxRegion walked;
   gxRegion(kFigure).regularize(walked);
-  std::vector<gxRegion> loops{walked};
-  gx_cutAtPinchPoints(loops);
+  gx_Loops loops({walked.points()});
+  loops.cutAtPinchPoints();
   drawLoops(tablet, loops, V(2, 1.5), 0.15);
   label(tablet, V(7, 18.5), "cut at pinch points: " + std::to_string(loops.size()) + " loops", kBlack,
         15);
-  gx_dropInnerLoops(loops);
+  loops.dropInnerLoops();
   drawLoops(tablet, loops, V(16, 1.5), 0.15);
   label(tablet, V(21, 18.5), "inner loops dropped: " + std::to_string(loops.size()), kBlack, 15);
-  gx_joinTouchingLoops(loops);
+  loops.joinTouchingLoops();
   drawLoops(tablet, loops, V(30, 1.5), 0.0);
   label(tablet, V(35, 18.5), "touching loops joined: " + std::to_string(loops.size()), kBlack, 15);
   tablet.save(folder + "/repair_loops.svg");

@@ -63,10 +63,13 @@ double square(double x) {
 }
 
 bool isOn(const gxVector<2>& a, const gxVector<2>& b, const gxVector<2>& p) {
-  return gx_Orientation(a, b, p) == 0 && p.x() >= std::min(a.x(), b.x()) &&
-         p.x() <= std::max(a.x(), b.x()) && p.y() >= std::min(a.y(), b.y()) &&
-         p.y() <= std::max(a.y(), b.y());
+  return p.x() >= std::min(a.x(), b.x()) && p.x() <= std::max(a.x(), b.x()) &&
+         p.y() >= std::min(a.y(), b.y()) && p.y() <= std::max(a.y(), b.y()) &&
+         gx_Orientation(a, b, p) == 0;
 }
+
+// Stands for the home of an edge that is near more than one cell.
+constexpr std::uint32_t kNoHome = static_cast<std::uint32_t>(-1);
 
 }  // namespace
 
@@ -82,13 +85,14 @@ gx_ContainmentGrid::gx_ContainmentGrid(const Points& points, const gx_EdgeIndex&
   nearVertex_ = square(vertexReach);
   margin_ = vertexReach + kRounding;
   double cells = std::max(kCellsPerEdge * count, kFewestCells);
-  while (cells >= 4.0 && !layOut_(points, bounds, cells)) cells *= 0.125;
+  std::vector<std::uint32_t> homes(points.size());
+  while (cells >= 4.0 && !layOut_(points, bounds, cells, homes)) cells *= 0.125;
   if (cells < 4.0) {
     columns_ = rows_ = 0;
     return;
   }
-  markCentres_(points);
-  fill_(points);
+  sumUp_();
+  fill_(points, homes);
 }
 
 std::uint32_t gx_ContainmentGrid::column_(double x) const {
@@ -134,9 +138,12 @@ void gx_ContainmentGrid::forEachCell_(const gxVector<2>& a, const gxVector<2>& b
   }
 }
 
-// Chooses cells about as many as asked for, as square as can be, and counts the entries of each
-// cell's list; false where the lists would be too long or the margin covers whole cells.
-bool gx_ContainmentGrid::layOut_(const Points& points, const gx_Box& bounds, double cells) {
+// Chooses cells about as many as asked for, as square as can be, counts the entries of each cell's
+// list, and marks the cells before which an edge crosses the row of centres; false where the lists
+// would be too long or the margin covers whole cells.  Most edges are near one cell only: that is
+// their home, and all there is to do for them is done there.
+bool gx_ContainmentGrid::layOut_(const Points& points, const gx_Box& bounds, double cells,
+                                 std::vector<std::uint32_t>& homes) {
   const double width = bounds.highX - bounds.lowX;
   const double height = bounds.highY - bounds.lowY;
   const double columns = std::clamp(std::sqrt(cells * width / height), 1.0, cells);
@@ -154,60 +161,91 @@ bool gx_ContainmentGrid::layOut_(const Points& points, const gx_Box& bounds, dou
       std::min<std::uint64_t>(kMostEntriesPerEdge * points.size() + 256, 1U << 29U);
   std::uint64_t entries = 0;
   cells_.assign(std::size_t{columns_} * rows_ + 1, 0);
+  gxVector<2> a = points.back();
   for (std::size_t k = 0; k < points.size() && entries <= most; ++k) {
-    forEachCell_(points[gx_edgeStart(k, points.size(), true)], points[k], [&](std::uint32_t cell) {
+    const gxVector<2> b = points[k];
+    const std::uint32_t column = column_(std::min(a.x(), b.x()) - margin_);
+    const std::uint32_t row = row_(std::min(a.y(), b.y()) - margin_);
+    if (column_(std::max(a.x(), b.x()) + margin_) == column &&
+        row_(std::max(a.y(), b.y()) + margin_) == row) {
+      const std::uint32_t cell = row * columns_ + column;
+      homes[k] = cell;
       cells_[cell] += 1U << kShift;
       ++entries;
-    });
+      const gxVector<2> centre = centre_(column, row);
+      if ((a.y() > centre.y()) != (b.y() > centre.y())) markCrossing_(a, b, row);
+      markOn_(a, b, cell, centre);
+    } else {
+      homes[k] = kNoHome;
+      forEachCell_(a, b, [&](std::uint32_t cell) {
+        cells_[cell] += 1U << kShift;
+        ++entries;
+        markOn_(a, b, cell, centre_(cell % columns_, cell / columns_));
+      });
+      markCrossings_(a, b);
+    }
+    a = b;
   }
   return entries <= most;
 }
 
-// Finds for every centre whether it is inside: every edge that crosses the row of centres turns over
-// all of them to its right.
-void gx_ContainmentGrid::markCentres_(const Points& points) {
-  for (std::size_t k = 0; k < points.size(); ++k) {
-    const gxVector<2>& a = points[gx_edgeStart(k, points.size(), true)];
-    const gxVector<2>& b = points[k];
-    const gxVector<2>& low = a.y() <= b.y() ? a : b;
-    const gxVector<2>& high = a.y() <= b.y() ? b : a;
-    const std::uint32_t lastRow = row_(high.y());
-    for (std::uint32_t row = row_(low.y()); row <= lastRow; ++row) {
-      const double y = centre_(0, row).y();
-      if ((low.y() > y) == (high.y() > y)) continue;
-      const double x = low.x() + (y - low.y()) * ((high.x() - low.x()) / (high.y() - low.y()));
-      std::uint32_t column = column_(x);
-      while (column > 0 && gx_Orientation(low, high, centre_(column - 1, row)) < 0) --column;
-      while (column < columns_ && gx_Orientation(low, high, centre_(column, row)) >= 0) ++column;
-      if (column < columns_) cells_[row * columns_ + column] ^= kParity;
-    }
-  }
-  for (std::uint32_t row = 0; row < rows_; ++row) {
-    for (std::uint32_t column = 1; column < columns_; ++column) {
-      const std::uint32_t cell = row * columns_ + column;
-      cells_[cell] ^= cells_[cell - 1] & kParity;
-    }
+// An edge that crosses the row of centres turns over all of them to its right.
+void gx_ContainmentGrid::markCrossing_(const gxVector<2>& a, const gxVector<2>& b, std::uint32_t row) {
+  const gxVector<2>& low = a.y() <= b.y() ? a : b;
+  const gxVector<2>& high = a.y() <= b.y() ? b : a;
+  const double y = centre_(0, row).y();
+  const double x = low.x() + (y - low.y()) * ((high.x() - low.x()) / (high.y() - low.y()));
+  std::uint32_t column = column_(x);
+  while (column > 0 && gx_Orientation(low, high, centre_(column - 1, row)) < 0) --column;
+  while (column < columns_ && gx_Orientation(low, high, centre_(column, row)) >= 0) ++column;
+  if (column < columns_) cells_[row * columns_ + column] ^= kParity;
+}
+
+void gx_ContainmentGrid::markCrossings_(const gxVector<2>& a, const gxVector<2>& b) {
+  const std::uint32_t lastRow = row_(std::max(a.y(), b.y()));
+  for (std::uint32_t row = row_(std::min(a.y(), b.y())); row <= lastRow; ++row) {
+    const double y = centre_(0, row).y();
+    if ((a.y() > y) != (b.y() > y)) markCrossing_(a, b, row);
   }
 }
 
-// Turns the counts into the places where lists begin, and fills the lists.  A centre on an edge is
-// found here, where every edge of a cell comes by.
-void gx_ContainmentGrid::fill_(const Points& points) {
+// A centre on an edge is found here, where every edge of a cell comes by.
+void gx_ContainmentGrid::markOn_(const gxVector<2>& a, const gxVector<2>& b, std::uint32_t cell,
+                                 const gxVector<2>& centre) {
+  if (isOn(a, b, centre)) cells_[cell] |= kOnEdge;
+}
+
+// Finds for every centre whether it is inside, from the edges to its left, and turns the counts of
+// entries into the places where lists end.
+void gx_ContainmentGrid::sumUp_() {
   std::uint32_t total = 0;
-  for (std::uint32_t& cell : cells_) {
-    const std::uint32_t count = cell >> kShift;
-    total += count;
-    cell = (cell & (kParity | kOnEdge)) | (total << kShift);
+  std::size_t cell = 0;
+  for (std::uint32_t row = 0; row < rows_; ++row) {
+    std::uint32_t parity = 0;
+    for (std::uint32_t column = 0; column < columns_; ++column, ++cell) {
+      const std::uint32_t word = cells_[cell];
+      parity ^= word & kParity;
+      total += word >> kShift;
+      cells_[cell] = parity | (word & kOnEdge) | (total << kShift);
+    }
   }
+  cells_[cell] = total << kShift;
   edges_.resize(total);
+}
+
+// Fills the lists from their ends; then each word holds where its list begins.
+void gx_ContainmentGrid::fill_(const Points& points, const std::vector<std::uint32_t>& homes) {
+  const auto put = [this](std::uint32_t cell, std::size_t k) {
+    cells_[cell] -= 1U << kShift;
+    edges_[cells_[cell] >> kShift] = static_cast<std::uint32_t>(k);
+  };
   for (std::size_t k = points.size(); k-- > 0;) {
-    const gxVector<2>& a = points[gx_edgeStart(k, points.size(), true)];
-    const gxVector<2>& b = points[k];
-    forEachCell_(a, b, [&](std::uint32_t cell) {
-      cells_[cell] -= 1U << kShift;
-      edges_[cells_[cell] >> kShift] = static_cast<std::uint32_t>(k);
-      if (isOn(a, b, centre_(cell % columns_, cell / columns_))) cells_[cell] |= kOnEdge;
-    });
+    if (homes[k] != kNoHome) {
+      put(homes[k], k);
+    } else {
+      forEachCell_(points[gx_edgeStart(k, points.size(), true)], points[k],
+                   [&](std::uint32_t cell) { put(cell, k); });
+    }
   }
 }
 

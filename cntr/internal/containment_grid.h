@@ -30,9 +30,14 @@ class GXSHAPE_API gx_ContainmentGrid {
 
   template <class Visit>
   void forEachCell_(const gxVector<2>& a, const gxVector<2>& b, const Visit& visit) const;
-  bool layOut_(const std::vector<gxVector<2>>& points, const gx_Box& bounds, double cells);
-  void markCentres_(const std::vector<gxVector<2>>& points);
-  void fill_(const std::vector<gxVector<2>>& points);
+  bool layOut_(const std::vector<gxVector<2>>& points, const gx_Box& bounds, double cells,
+               std::vector<std::uint32_t>& homes);
+  void markCrossing_(const gxVector<2>& a, const gxVector<2>& b, std::uint32_t row);
+  void markCrossings_(const gxVector<2>& a, const gxVector<2>& b);
+  void markOn_(const gxVector<2>& a, const gxVector<2>& b, std::uint32_t cell,
+               const gxVector<2>& centre);
+  void sumUp_();
+  void fill_(const std::vector<gxVector<2>>& points, const std::vector<std::uint32_t>& homes);
   std::uint32_t column_(double x) const;
   std::uint32_t row_(double y) const;
   gxVector<2> centre_(std::uint32_t column, std::uint32_t row) const;

@@ -1,8 +1,13 @@
 // The first wide gap among sorted directions needs only the first few directions above 0, so they
-// are taken from the index sector by sector, each twice as wide as the last, until a gap above the
-// limit lies between two directions that are both known.  A sector asks for all runs of edges whose
-// box it may touch, with a slack far above the rounding of an angle, and then for the true direction
-// of each vertex; so the directions known are always all of those below the sector's end.
+// are taken from the index in their order, as a walk through a tree takes the nearest: the box with
+// the least direction next, and a vertex only when no box that is left can hold an earlier one.  The
+// number that orders boxes and vertices on the way is not the direction, which costs an arc tangent,
+// but the share of |y| in |x| + |y|, quarter by quarter, which grows with it.  The two disagree by
+// rounding only, so vertices closer than a slack far above that are taken together, and their true
+// directions are sorted.
+//
+// (Asking the index for one sector after the other, each twice as wide as the last, was tried first.
+// From a point near the border the first sectors are empty and the next one holds half the outline.)
 #include <cntr/internal/directions.h>
 
 #include <algorithm>
@@ -12,25 +17,120 @@ namespace {
 
 using Points = std::vector<gxVector<2>>;
 
-constexpr double kFullTurn = 6.283185307179586;
-constexpr double kQuarterTurn = 1.5707963267948966;
-
-// Far above the rounding of a direction, far below any sector.
+// Far above the rounding of squared distances, of directions and of what stands for these.
 constexpr double kSlack = 1e-9;
+constexpr double kSameDirection = 1e-12;
 
-// Tells whether the box holds a point on the side of the direction u that crosses to the left of it
-// (sign 1) or to the right (sign −1); in doubt, that it does.
-bool reaches(const gx_Box& b, const gxVector<2>& point, const gxVector<2>& u, double sign) {
+// Coordinates up to here can be subtracted and added without overflow.
+constexpr double kLargest = 1e150;
+
+// A number from 0 to 4 that grows with the direction of (x, y) from 0 to 2π; 0 for (0, 0).
+double turnOf(double x, double y) {
+  const double size = std::abs(x) + std::abs(y);
+  if (size == 0.0) return 0.0;
+  const double share = y / size;
+  if (x < 0.0) return 2.0 - share;
+  return y < 0.0 ? 4.0 + share : share;
+}
+
+// The least such number of any point of the box, seen from the point.  Directions so little below the
+// x axis that rounding may put them on it count as 0.
+double leastTurn(const gx_Box& b, const gxVector<2>& point) {
   const double lowX = b.lowX - point.x();
   const double highX = b.highX - point.x();
   const double lowY = b.lowY - point.y();
   const double highY = b.highY - point.y();
-  const double ux = sign * u.x();
-  const double uy = sign * u.y();
-  const double most = ux * (ux > 0.0 ? highY : lowY) - uy * (uy > 0.0 ? lowX : highX);
-  const double size =
-      std::max(std::abs(lowX), std::abs(highX)) + std::max(std::abs(lowY), std::abs(highY));
-  return !(most < -kSlack * size);
+  if (lowY > 0.0) return turnOf(highX, highX >= 0.0 ? lowY : highY);
+  if (highY >= -kSlack * std::max(highX, 0.0)) return highX >= 0.0 ? 0.0 : turnOf(highX, highY);
+  return turnOf(lowX, lowX <= 0.0 ? highY : lowY);
+}
+
+// The directions to the vertices in ascending order, group by group of those that are the same
+// within rounding.
+class Directions {
+ public:
+  Directions(const gx_EdgeIndex& index, const Points& points, const gxVector<2>& point, std::size_t most)
+      : index_(index), points_(points), point_(point), left_(most) {
+    const std::size_t top = index.levels() - 1;
+    for (std::size_t i = 0; i < index.size(top); ++i) push(top, i);
+  }
+
+  // Gives the next group, sorted; false when there is none or too many vertices were looked at.
+  bool next(std::vector<double>& group) {
+    group.clear();
+    while (vertices_.empty()) {
+      if (boxes_.empty() || !open()) return false;
+    }
+    while (true) {
+      if (!openUpTo(vertices_.front().turn)) return false;
+      const double last = vertices_.front().turn;  // what was opened may have brought an earlier one
+      group.push_back(gx_directionTo(point_, points_[vertices_.front().at]));
+      std::pop_heap(vertices_.begin(), vertices_.end(), later);
+      vertices_.pop_back();
+      if (!openUpTo(last)) return false;
+      if (vertices_.empty() || vertices_.front().turn > last + kSameDirection) break;
+    }
+    std::sort(group.begin(), group.end());
+    return true;
+  }
+
+ private:
+  struct Item {
+    double turn;
+    std::size_t level;  // of a box
+    std::size_t at;
+  };
+  static bool later(const Item& a, const Item& b) { return a.turn > b.turn; }
+
+  void push(std::size_t level, std::size_t at) {
+    boxes_.push_back({leastTurn(index_.box(level, at), point_), level, at});
+    std::push_heap(boxes_.begin(), boxes_.end(), later);
+  }
+
+  // Opens boxes until none that is left reaches up to the turn.
+  bool openUpTo(double turn) {
+    while (!boxes_.empty() && boxes_.front().turn <= turn + kSameDirection) {
+      if (!open()) return false;
+    }
+    return true;
+  }
+
+  bool open() {
+    const Item box = boxes_.front();
+    std::pop_heap(boxes_.begin(), boxes_.end(), later);
+    boxes_.pop_back();
+    const std::size_t first = box.at * gx_EdgeIndex::kFan;
+    if (box.level > 0) {
+      const std::size_t end = std::min(first + gx_EdgeIndex::kFan, index_.size(box.level - 1));
+      for (std::size_t i = first; i < end; ++i) push(box.level - 1, i);
+      return true;
+    }
+    const std::size_t end = std::min(first + gx_EdgeIndex::kFan, points_.size());
+    if (left_ < end - first) return false;
+    left_ -= end - first;
+    for (std::size_t i = first; i < end; ++i) addVertex(i);
+    return true;
+  }
+
+  void addVertex(std::size_t i) {
+    const gxVector<2> d = points_[i] - point_;
+    double turn = turnOf(d.x(), d.y());
+    if (turn > 4.0 - kSlack && gx_directionTo(point_, points_[i]) < 1.0) turn = 0.0;
+    vertices_.push_back({turn, 0, i});
+    std::push_heap(vertices_.begin(), vertices_.end(), later);
+  }
+
+  const gx_EdgeIndex& index_;
+  const Points& points_;
+  gxVector<2> point_;
+  std::size_t left_;
+  std::vector<Item> boxes_;
+  std::vector<Item> vertices_;
+};
+
+bool isOrdinary(const gx_Box& b, const gxVector<2>& point) {
+  return b.lowX > -kLargest && b.lowY > -kLargest && b.highX < kLargest && b.highY < kLargest &&
+         std::abs(point.x()) < kLargest && std::abs(point.y()) < kLargest;
 }
 
 }  // namespace
@@ -58,36 +158,23 @@ bool gx_isOnVertex(const gx_EdgeIndex& index, const Points& points, const gxVect
 
 bool gx_firstWideGap(const gx_EdgeIndex& index, const Points& points, const gxVector<2>& point,
                      double wide, double& before, double& gap) {
-  const std::size_t most = points.size() / 16 + 16;
-  std::vector<double> known;
-  double from = 0.0;
-  double width = std::min(8.0 * wide, kQuarterTurn);
-  for (std::size_t sorted = 0; from < kFullTurn;) {
-    const double to = from + width;
-    const gxVector<2> left(1.0, gxRadian(from));
-    const gxVector<2> right(1.0, gxRadian(to));
-    std::size_t seen = 0;
-    const bool tooMany = index.forEachRun(
-        [&](const gx_Box& b) { return reaches(b, point, left, 1.0) && reaches(b, point, right, -1.0); },
-        [&](std::size_t first, std::size_t end) {
-          for (std::size_t i = first; i < end; ++i) {
-            const double direction = gx_directionTo(point, points[i]);
-            if (direction >= from && direction < to) known.push_back(direction);
-          }
-          seen += end - first;
-          return seen > 2 * most;
-        });
-    if (tooMany || known.size() > most) return false;
-    std::sort(known.begin() + static_cast<std::ptrdiff_t>(sorted), known.end());
-    for (std::size_t k = sorted == 0 ? 1 : sorted; k < known.size(); ++k) {
-      gap = gxRadian(known[k] - known[k - 1]).norm().toDouble();
-      if (!(gap > wide)) continue;
-      before = known[k - 1];
-      return true;
+  if (index.hasNaN() || !isOrdinary(index.bounds(), point)) return false;
+  Directions directions(index, points, point, points.size() / 8 + 64);
+  std::vector<double> group;
+  bool isFirst = true;
+  double last = 0.0;
+  while (directions.next(group)) {
+    for (const double direction : group) {
+      if (!isFirst) {
+        gap = gxRadian(direction - last).norm().toDouble();
+        if (gap > wide) {
+          before = last;
+          return true;
+        }
+      }
+      isFirst = false;
+      last = direction;
     }
-    sorted = known.size();
-    from = to;
-    width = std::min(2.0 * width, kQuarterTurn);
   }
   return false;
 }

@@ -7,7 +7,9 @@
 //
 // Rounding can lead the walk astray, into a loop that never meets its start.  The walk is a machine
 // whose next step depends on its state alone, so a state that comes back proves that it goes round
-// for ever; the number of steps is bounded besides.
+// for ever; the number of steps is bounded besides.  A walk that meets no crossing comes to every
+// point, and so closes; hence a loop that does not close has a crossing in it, and only the states
+// right after crossings, which are few, need be kept.
 #include <cntr/contourdefs.h>
 #include <cntr/internal/outside_walk.h>
 
@@ -82,7 +84,8 @@ gx_WalkState gx_walkStep(const Points& points, const gx_WalkState& state,
   const std::size_t target =
       state.forward ? (next >= count ? next - count : next) : oneBefore(next, count);
   std::vector<int> edges;
-  const Points hits = outline.crossings(gxLineSeg(state.at, points[target]), edges);
+  const std::size_t along = next >= count ? next - count : next;
+  const Points hits = outline.crossings(gxLineSeg(state.at, points[target]), along, edges);
   if (hits.empty()) {
     return {points[target], state.forward ? oneAfter(next, count) : oneBefore(next, count),
             state.forward};
@@ -95,13 +98,19 @@ std::size_t gx_mostWalkSteps(std::size_t points) {
 }
 
 Points gx_walkOutside(const Points& points, std::size_t start, const gx_OutlineQuestions& outline) {
+  const std::size_t most = gx_mostWalkSteps(points.size());
   gx_WalkState state{points[start], start + 1, true};
   Points passed;
+  passed.reserve(points.size() + points.size() / 16);
   std::unordered_set<StateBits, StateHash> seen;
   do {
-    if (passed.size() == gx_mostWalkSteps(points.size()) || !seen.insert(bitsOf(state)).second) refuse();
+    if (passed.size() == most) refuse();
+    const bool wasForward = state.forward;
     state = gx_walkStep(points, state, outline);
     passed.push_back(state.at);
-  } while (!(state.at == points[start]));
+    const bool crossed = state.forward != wasForward;
+    if (state.at == points[start]) break;
+    if (crossed && !seen.insert(bitsOf(state)).second) refuse();
+  } while (true);
   return passed;
 }

@@ -11,8 +11,10 @@
 
 /// What the walk asks of the outline.  Each is a question about the same closed outline.
 struct gx_OutlineQuestions {
-  /// Returns the crossings with a segment, contacts at its ends left out, and the edges crossed.
-  std::function<std::vector<gxVector<2>>(const gxLineSeg&, std::vector<int>& edges)> crossings;
+  /// Returns the crossings with a segment, contacts at its ends left out, and the edges crossed.  The
+  /// segment lies along edge `along`.
+  std::function<std::vector<gxVector<2>>(const gxLineSeg&, std::size_t along, std::vector<int>& edges)>
+      crossings;
   /// Returns the number of crossings with a segment, contacts at its ends counted.
   std::function<std::size_t(const gxLineSeg&)> contacts;
   /// Returns the smaller number of crossings of two opposite rays from a point.

@@ -72,7 +72,7 @@ void walk(const Points& outline, Counts& counts) {
   ++counts.crossing;
   std::size_t steps = 0;
   const gx_OutlineQuestions questions{
-      [&](const gxLineSeg& seg, std::vector<int>& edges) {
+      [&](const gxLineSeg& seg, std::size_t, std::vector<int>& edges) {
         ++steps;
         return region.intersections(seg, edges, false);
       },

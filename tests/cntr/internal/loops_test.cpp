@@ -1,40 +1,37 @@
 #include <cntr/internal/loops.h>
 
+#include <support/random_shapes.h>
+#include <support/same_bits.h>
+#include <support/slow_truth_region.h>
 #include "../region_shapes.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace {
 
-using Loops = std::vector<gxRegion>;
-
-Loops loopsOf(const std::vector<Points>& outlines) {
-  Loops loops;
-  for (const Points& outline : outlines) loops.emplace_back(outline);
-  return loops;
-}
-
-std::vector<Points> outlinesOf(const Loops& loops) {
+std::vector<Points> outlinesOf(const gx_Loops& loops) {
   std::vector<Points> outlines;
-  for (const gxRegion& loop : loops) outlines.push_back(loop.points());
+  for (std::size_t i = 0; i < loops.size(); ++i) outlines.push_back(loops.outline(i));
   return outlines;
 }
 
 std::vector<Points> cut(const std::vector<Points>& outlines) {
-  Loops loops = loopsOf(outlines);
-  gx_cutAtPinchPoints(loops);
+  gx_Loops loops(outlines);
+  loops.cutAtPinchPoints();
   return outlinesOf(loops);
 }
 
 std::vector<Points> withoutInner(const std::vector<Points>& outlines) {
-  Loops loops = loopsOf(outlines);
-  gx_dropInnerLoops(loops);
+  gx_Loops loops(outlines);
+  loops.dropInnerLoops();
   return outlinesOf(loops);
 }
 
 std::vector<Points> joinedOf(const std::vector<Points>& outlines) {
-  Loops loops = loopsOf(outlines);
-  gx_joinTouchingLoops(loops);
+  gx_Loops loops(outlines);
+  loops.joinTouchingLoops();
   return outlinesOf(loops);
 }
 
@@ -210,6 +207,45 @@ TEST(JoinTouchingLoops, AChainBecomesOneLoop) {
 
 TEST(JoinTouchingLoops, LoopsApartStay) {
   EXPECT_EQ(joinedOf({square(0, 0, 1), square(4, 4, 2)}), Outlines({square(0, 0, 1), square(4, 4, 2)}));
+}
+
+// ---- The whole, against the slow truth ------------------------------------------------------------
+
+// Walks on a lattice pass many points often, and jitter up to the tolerance makes crowds of them
+// that are near to some and not to others.
+Points lattice(RandomShapes& random) {
+  const int half = random.integer(1, 12);
+  const double jitter = random.chance(0.5) ? 0.0 : random.uniform(0.0, 2e-6);
+  const double far = random.chance(0.2) ? 1e9 : 0.0;
+  const double unit = random.chance(0.2) ? 1e-4 : 1.0;
+  Points points;
+  for (int i = random.integer(1, random.chance(0.2) ? 250 : 60); i > 0; --i) {
+    points.emplace_back(far + unit * random.integer(-half, half) + random.uniform(-jitter, jitter),
+                        unit * random.integer(-half, half) + random.uniform(-jitter, jitter));
+    if (random.chance(0.1)) points.push_back(points.back());
+    if (random.chance(0.01)) points.emplace_back(points.back().x(), std::nan(""));
+    if (random.chance(0.01)) points.emplace_back(1e300, points.back().y());
+  }
+  return points;
+}
+
+TEST(Loops, OfAnyWalkAreThoseOfTheSlowTruth) {
+  RandomShapes random("loops", 2000);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    Points walk = random.chance(0.8) ? lattice(random) : random.outline();
+    if (walk.empty()) walk.emplace_back();
+    EXPECT_TRUE(agree(
+        [&] {
+          gx_Loops loops({walk});
+          loops.cutAtPinchPoints();
+          loops.dropInnerLoops();
+          loops.joinTouchingLoops();
+          return loops.outline(0);
+        },
+        [&] { return walk.size() < 2 ? walk : slow::hullOfWalk(walk); }))
+        << testing::PrintToString(walk);
+  }
 }
 
 }  // namespace

@@ -18,10 +18,11 @@ class Outline {
 
   const Points& points() const { return region_.points(); }
   gx_OutlineQuestions questions() const {
-    return {
-        [this](const gxLineSeg& seg, Edges& edges) { return region_.intersections(seg, edges, false); },
-        [this](const gxLineSeg& seg) { return region_.intersections(seg, true, false).size(); },
-        [this](const V& point) { return gx_RegionInside::insideCount(region_, point, true); }};
+    return {[this](const gxLineSeg& seg, std::size_t, Edges& edges) {
+              return region_.intersections(seg, edges, false);
+            },
+            [this](const gxLineSeg& seg) { return region_.intersections(seg, true, false).size(); },
+            [this](const V& point) { return gx_RegionInside::insideCount(region_, point, true); }};
   }
 
  private:
@@ -34,7 +35,7 @@ gx_OutlineQuestions scripted() {
 }
 
 gx_OutlineQuestions nothingInTheWay() {
-  return {[](const gxLineSeg&, Edges&) { return Points(); }, {}, {}};
+  return {[](const gxLineSeg&, std::size_t, Edges&) { return Points(); }, {}, {}};
 }
 
 template <class Call>
@@ -192,7 +193,7 @@ TEST(WalkStep, BackwardOverTheBeginningComesToTheEndOfTheList) {
 TEST(WalkStep, AtACrossingItTurnsOntoTheCrossedEdgeAgainstItsDirection) {
   gxLineSeg asked;
   gx_OutlineQuestions questions;
-  questions.crossings = [&asked](const gxLineSeg& seg, Edges& edges) {
+  questions.crossings = [&asked](const gxLineSeg& seg, std::size_t, Edges& edges) {
     asked = seg;
     edges = {3, 1};
     return Points{{2, 0}, {3, 0}};
@@ -208,7 +209,7 @@ TEST(WalkStep, AtACrossingItTurnsOntoTheCrossedEdgeAgainstItsDirection) {
 
 TEST(WalkStep, BackOnEdgeZeroHeadsForTheLastPoint) {
   gx_OutlineQuestions questions;
-  questions.crossings = [](const gxLineSeg&, Edges& edges) {
+  questions.crossings = [](const gxLineSeg&, std::size_t, Edges& edges) {
     edges = {0};
     return Points{{0, 2}};
   };
@@ -263,7 +264,7 @@ TEST(OutsideWalk, ThatComesBackToAStateIsRefusedThere) {
   // The way from (4, 4) is always cut off by the same crossing: the walk shuttles to and fro.
   int asked = 0;
   gx_OutlineQuestions questions;
-  questions.crossings = [&asked](const gxLineSeg&, Edges& edges) {
+  questions.crossings = [&asked](const gxLineSeg&, std::size_t, Edges& edges) {
     ++asked;
     edges = {2};
     return Points{{4, 2}};
@@ -272,11 +273,25 @@ TEST(OutsideWalk, ThatComesBackToAStateIsRefusedThere) {
   EXPECT_EQ(asked, 3) << "(4, 2) backward, forward, backward again";
 }
 
+TEST(WalkStep, SaysWhichEdgeTheSegmentLiesAlong) {
+  std::vector<std::size_t> along;
+  gx_OutlineQuestions questions;
+  questions.crossings = [&along](const gxLineSeg&, std::size_t edge, Edges&) {
+    along.push_back(edge);
+    return Points();
+  };
+  gx_walkStep(kSquare, {V(1, 0), 1, true}, questions);
+  gx_walkStep(kSquare, {V(0, 4), 4, true}, questions);
+  gx_walkStep(kSquare, {V(4, 2), 2, false}, questions);
+  gx_walkStep(kSquare, {V(0, 2), 0, false}, questions);
+  EXPECT_EQ(along, (std::vector<std::size_t>{1, 0, 2, 0}));
+}
+
 TEST(OutsideWalk, AStateThatDiffersInOneBitIsAnotherOne) {
   // −0 and 0 are equal points but different states, so the walk makes one more round.
   int asked = 0;
   gx_OutlineQuestions questions;
-  questions.crossings = [&asked](const gxLineSeg&, Edges& edges) {
+  questions.crossings = [&asked](const gxLineSeg&, std::size_t, Edges& edges) {
     ++asked;
     edges = {2};
     return Points{{4, asked <= 2 ? 0.0 : -0.0}};
@@ -288,7 +303,7 @@ TEST(OutsideWalk, AStateThatDiffersInOneBitIsAnotherOne) {
 TEST(OutsideWalk, ThatNeverComesBackIsRefusedAfterTheMostSteps) {
   std::size_t asked = 0;
   gx_OutlineQuestions questions;
-  questions.crossings = [&asked](const gxLineSeg&, Edges& edges) {
+  questions.crossings = [&asked](const gxLineSeg&, std::size_t, Edges& edges) {
     ++asked;
     edges = {2};
     return Points{{static_cast<double>(asked), 7}};
