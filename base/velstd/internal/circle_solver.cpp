@@ -154,7 +154,7 @@ std::optional<gx_CircleSolver::Fitted> gx_CircleSolver::fit(
   std::optional<Fitted> best;
   for (const gx_CircleArc& start : starts(points)) {
     const auto [arc, cost] = gx_LeastSquares<3>(
-        start, kMostEvaluations, gx_kLastStep,
+        start, kMostEvaluations, gx_Refinement(),
         [&](const gx_CircleArc& a) { return evaluate(a, points, holdBend); },
         [&](const gx_CircleArc& a, const std::array<double, 3>& step) {
           return moved(a, step, holdBend);

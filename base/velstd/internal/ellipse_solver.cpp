@@ -20,6 +20,7 @@
 #include <velstd/internal/ellipse_solver.h>
 #include <velstd/internal/ellipse_start.h>
 #include <velstd/internal/fit_frame.h>
+#include <velstd/internal/four.h>
 #include <velstd/internal/normal_equations.h>
 
 #include <algorithm>
@@ -39,9 +40,11 @@ constexpr double kLargestAxis = 1e3;
 // An ellipse flatter than this is a doubled segment.
 constexpr double kFlattest = 1e-7;
 
-// The refinement over all points begins near its end and goes on until a step is below some
-// hundred-thousandth of the unknowns' own uncertainty; what it leaves is a thousandth of that.
-constexpr double kLastStepOfMany = 1e-12;
+// A sample only gives a start; what this leaves is a ten-thousandth of the sample's own uncertainty.
+constexpr gx_Refinement kOfSample{1e-8, true, 1e-4};
+// The refinement over all points begins near its end, where steps need no damping, and ends where a step
+// would be below some ten-thousandth of the unknowns' own uncertainty.
+constexpr gx_Refinement kOfAll{1e-12, false, 1e-9};
 
 // Of more points than twice this, a sample of so many is fitted first.
 constexpr std::size_t kSample = 500;
@@ -58,61 +61,185 @@ bool reasonable(const gx_EllipseAxes& axes) {
   return axes.a <= kLargestAxis && axes.b >= kFlattest * axes.a;
 }
 
-gxVector<2> turned(const gxVector<2>& v, const gxVector<2>& axis) {
-  return {v * axis, gf_Cross(axis, v)};
-}
-
 gx_EllipseImage imageOf(const gx_CircleArc& arc) {
   return {arc.center(), arc.radius(), 0.0, arc.radius()};
 }
 
-// The distance of a point, signed, positive outside, with the foot's place on the unit circle and the
-// normal there, both along the axes.
-struct Foot {
-  double distance;
-  gxVector<2> place;
-  gxVector<2> normal;
+// Points, one or four, as an ellipse sees them.
+template <class Number>
+struct Seen {
+  Number distance;  // signed, positive outside
+  Number footX;     // where the foot is
+  Number footY;
+  Number perSlope;  // one over the length of (b cosine, a sine), the normal at the foot along the axes
 };
 
-Foot footOf(const gx_EllipseAxes& axes, const gxVector<2>& point) {
-  const gxVector<2> p = turned(point - axes.center, axes.major);
-  const gx_EllipseFoot foot = gx_FootOnEllipse(axes.a, axes.b, p.x(), p.y());
-  const double nx = axes.b * foot.cosine;
-  const double ny = axes.a * foot.sine;
-  const double scale = 1.0 / std::sqrt(nx * nx + ny * ny);
-  const gxVector<2> normal(nx * scale, ny * scale);
-  const double d =
-      (p.x() - axes.a * foot.cosine) * normal.x() + (p.y() - axes.b * foot.sine) * normal.y();
-  return {d, {foot.cosine, foot.sine}, normal};
+// The climb to the feet of points, seen from the centre along the axes.
+template <class Number>
+class Look {
+ public:
+  GX_FOURFOLD Look(const gx_EllipseAxes& axes, const Number& px, const Number& py)
+      : axes_(axes),
+        x_((px - axes.center.x()) * axes.major.x() + (py - axes.center.y()) * axes.major.y()),
+        y_((py - axes.center.y()) * axes.major.x() - (px - axes.center.x()) * axes.major.y()),
+        climb_(axes.a, axes.b, x_, y_) {}
+
+  GX_FOURFOLD bool settled() const { return climb_.settled(); }
+  GX_FOURFOLD void round() { climb_.round(); }
+
+  GX_FOURFOLD void end(Seen<Number>& seen) const {
+    gx_EllipseFeet<Number> feet;
+    climb_.end(feet);
+    const Number nx = axes_.b * feet.cosine;
+    const Number ny = axes_.a * feet.sine;
+    seen.perSlope = nx * nx + ny * ny;
+    gf_TakeRoot(seen.perSlope);
+    seen.perSlope = 1.0 / seen.perSlope;
+    const Number u = axes_.a * feet.cosine;
+    const Number v = axes_.b * feet.sine;
+    seen.distance = ((x_ - u) * nx + (y_ - v) * ny) * seen.perSlope;
+    seen.footX = axes_.center.x() + (u * axes_.major.x() - v * axes_.major.y());
+    seen.footY = axes_.center.y() + (u * axes_.major.y() + v * axes_.major.x());
+  }
+
+ private:
+  const gx_EllipseAxes& axes_;
+  Number x_;
+  Number y_;
+  gx_FeetClimb<Number> climb_;
+};
+
+// Looks at all points and has `use` take them: two fours at a time, whose climbs fill each other's
+// waiting times, then one by one.
+template <class Use>
+GX_FOURFOLD void lookAtAll(const gx_EllipseAxes& axes, const Points& points, Use& use) {
+  constexpr int kMostRounds = gx_FeetClimb<double>::kMostRounds;
+  std::size_t i = 0;
+  for (; i + 8 <= points.size(); i += 8) {
+    gx_Four x;
+    gx_Four y;
+    gf_LoadFour(&points[i], x, y);
+    Look<gx_Four> first(axes, x, y);
+    gf_LoadFour(&points[i + 4], x, y);
+    Look<gx_Four> second(axes, x, y);
+    for (int k = 0; k < kMostRounds && !(first.settled() && second.settled()); ++k) {
+      first.round();
+      second.round();
+    }
+    Seen<gx_Four> seen;
+    first.end(seen);
+    use.four(seen);
+    second.end(seen);
+    use.four(seen);
+  }
+  for (; i < points.size(); ++i) {
+    Look<double> one(axes, points[i].x(), points[i].y());
+    for (int k = 0; k < kMostRounds && !one.settled(); ++k) one.round();
+    Seen<double> seen;
+    one.end(seen);
+    use.one(seen);
+  }
 }
+
+#if defined(__x86_64__)
+template <class Use>
+__attribute__((target("avx2"))) void lookWithRegistersOfFour(const gx_EllipseAxes& axes,
+                                                             const Points& points, Use& use) {
+  lookAtAll(axes, points, use);
+}
+#endif
+
+// The same, with the widest registers that the machine has; the bits are the same.
+template <class Use>
+void lookAt(const gx_EllipseAxes& axes, const Points& points, Use& use) {
+#if defined(__x86_64__)
+  static const bool wide = __builtin_cpu_supports("avx2");
+  if (wide) return lookWithRegistersOfFour(axes, points, use);
+#endif
+  lookAtAll(axes, points, use);
+}
+
+// The sums behind the normal equations, over one point in four or over the points left over.
+template <class Number>
+struct NormalSums {
+  Number matrix[15] = {};  // row by row, up to the diagonal
+  Number gradient[5] = {};
+  Number cost = {};
+
+  template <std::size_t kRow, class... Others>
+  GX_FOURFOLD void addRow(const Number& derivative, const Number& distance, const Others&... others) {
+    Number* sum = matrix + kRow * (kRow + 1) / 2;
+    ((*sum++ += derivative * others), ...);
+    gradient[kRow] += derivative * distance;
+  }
+
+  GX_FOURFOLD void add(const Seen<Number>& seen, double slope) {
+    const Number steep = slope * seen.perSlope;
+    const Number x = seen.footX * steep;
+    const Number y = seen.footY * steep;
+    const Number d0 = 0.5 * (seen.footX - seen.footY) * (x + y);
+    const Number d1 = seen.footX * y;
+    addRow<0>(d0, seen.distance, d0);
+    addRow<1>(d1, seen.distance, d0, d1);
+    addRow<2>(x, seen.distance, d0, d1, x);
+    addRow<3>(y, seen.distance, d0, d1, x, y);
+    addRow<4>(steep, seen.distance, d0, d1, x, y, steep);
+    cost += seen.distance * seen.distance;
+  }
+};
+
+struct NormalUse {
+  double slope;
+  NormalSums<gx_Four> fours;
+  NormalSums<double> ones;
+
+  GX_FOURFOLD void four(const Seen<gx_Four>& seen) { fours.add(seen, slope); }
+  GX_FOURFOLD void one(const Seen<double>& seen) { ones.add(seen, slope); }
+};
 
 gx_NormalEquations<5> evaluate(const gx_EllipseImage& image, const Points& points) {
   const gx_EllipseAxes axes = gx_AxesOf(image);
-  const gxVector<2> back(axes.major.x(), -axes.major.y());
-  const double scale = gx_ConicScale(axes);
+  NormalUse use{0.5 * axes.a * axes.b / gx_ConicScale(axes), {}, {}};
+  lookAt(axes, points, use);
   gx_NormalEquations<5> sums;
-  for (const gxVector<2>& p : points) {
-    const Foot foot = footOf(axes, p);
-    const gxVector<2> f = axes.center + turned({axes.a * foot.place.x(), axes.b * foot.place.y()}, back);
-    const double gx = foot.place.x() / axes.a;
-    const double gy = foot.place.y() / axes.b;
-    const double steep = 0.5 / (scale * std::sqrt(gx * gx + gy * gy));
-    sums.add({0.5 * (f.x() - f.y()) * (f.x() + f.y()) * steep, f.x() * f.y() * steep, f.x() * steep,
-              f.y() * steep, steep},
-             foot.distance);
+  std::size_t k = 0;
+  for (std::size_t i = 0; i < 5; ++i) {
+    for (std::size_t j = 0; j <= i; ++j, ++k) {
+      sums.matrix[i][j] = gf_Total(use.fours.matrix[k]) + use.ones.matrix[k];
+    }
+    sums.gradient[i] = gf_Total(use.fours.gradient[i]) + use.ones.gradient[i];
   }
+  sums.cost = gf_Total(use.fours.cost) + use.ones.cost;
   return sums;
 }
 
+struct CostUse {
+  gx_Four fours = {};
+  double ones = 0.0;
+
+  GX_FOURFOLD void four(const Seen<gx_Four>& seen) { fours += seen.distance * seen.distance; }
+  GX_FOURFOLD void one(const Seen<double>& seen) { ones += seen.distance * seen.distance; }
+};
+
 double costOf(const gx_EllipseImage& image, const Points& points) {
-  const gx_EllipseAxes axes = gx_AxesOf(image);
-  double sum = 0.0;
-  for (const gxVector<2>& p : points) {
-    const double d = footOf(axes, p).distance;
-    sum += d * d;
-  }
-  return sum;
+  CostUse use;
+  lookAt(gx_AxesOf(image), points, use);
+  return gf_Total(use.fours) + use.ones;
 }
+
+struct DistanceUse {
+  double* out;
+
+  GX_FOURFOLD void four(const Seen<gx_Four>& seen) {
+    const gx_Four& d = seen.distance;  // in the order in which four points are loaded
+    out[0] = std::fabs(d[0]);
+    out[1] = std::fabs(d[2]);
+    out[2] = std::fabs(d[1]);
+    out[3] = std::fabs(d[3]);
+    out += 4;
+  }
+  GX_FOURFOLD void one(const Seen<double>& seen) { *out++ = std::fabs(seen.distance); }
+};
 
 // The conic after a step.
 gx_Conic shifted(gx_Conic k, const Unknowns& step) {
@@ -195,9 +322,9 @@ Points thinned(const Points& points) {
 }  // namespace
 
 gx_EllipseSolver::Fitted gx_EllipseSolver::refine(const Shape& start, const Points& points,
-                                                  double preference, double lastStep) const {
+                                                  double preference, const gx_Refinement& how) const {
   const auto [shape, cost] = gx_LeastSquares<5>(
-      start, kMostEvaluations, lastStep,
+      start, kMostEvaluations, how,
       [&](const Shape& image) {
         gx_NormalEquations<5> sums = evaluate(image, points);
         if (preference > 0.0) preferSmall(sums, image, preference / static_cast<double>(points.size()));
@@ -211,11 +338,12 @@ gx_EllipseSolver::Fitted gx_EllipseSolver::refine(const Shape& start, const Poin
 // The best of the refined starts; without preference, one that has not grown to the edge of reason,
 // where there is no least sum.
 std::optional<gx_EllipseSolver::Fitted> gx_EllipseSolver::best(
-    const std::vector<std::optional<Shape>>& starts, const Points& points, double preference) const {
+    const std::vector<std::optional<Shape>>& starts, const Points& points, double preference,
+    const gx_Refinement& how) const {
   std::optional<Fitted> result;
   for (const std::optional<Shape>& start : starts) {
     if (!start || !reasonable(gx_AxesOf(*start))) continue;
-    const Fitted refined = refine(*start, points, preference, gx_kLastStep);
+    const Fitted refined = refine(*start, points, preference, how);
     if (preference == 0.0 && gx_AxesOf(refined.shape).a > 0.5 * kLargestAxis) continue;
     if (!result || refined.cost < result->cost) result = refined;
   }
@@ -231,6 +359,7 @@ std::optional<gx_EllipseSolver::Fitted> gx_EllipseSolver::fit(const Points& poin
   if (gx_CountDistinct(points, fewest) < fewest) return std::nullopt;
   const Points sample = thinned(points);
   const bool all = sample.size() == points.size();
+  const gx_Refinement how = all ? gx_Refinement() : kOfSample;
   const double share =
       std::sqrt(static_cast<double>(sample.size()) / static_cast<double>(points.size()));
   if (liesOnLine(points, rounding_)) return std::nullopt;
@@ -244,18 +373,18 @@ std::optional<gx_EllipseSolver::Fitted> gx_EllipseSolver::fit(const Points& poin
   const auto doubtful = [&](const std::optional<Fitted>& fitted) {
     return !fitted || doubtOfSize(fitted->shape, sample, upright_) * share > kDoubt;
   };
-  std::optional<Fitted> result = best({direct}, sample, 0.0);
+  std::optional<Fitted> result = best({direct}, sample, 0.0, how);
   if (doubtful(result)) {
     const auto shape = result ? std::optional<Shape>(result->shape) : direct;
-    result = best({shape, circle, gx_MomentsEllipse(sample, upright_)}, sample, 0.0);
+    result = best({shape, circle, gx_MomentsEllipse(sample, upright_)}, sample, 0.0, how);
   }
   if (doubtful(result)) {
     const auto shape = result ? std::optional<Shape>(result->shape) : std::nullopt;
-    const std::optional<Fitted> small = best({shape, direct, circle}, sample, kPreference);
-    if (small) result = all ? small : refine(small->shape, points, kPreference, gx_kLastStep);
+    const std::optional<Fitted> small = best({shape, direct, circle}, sample, kPreference, how);
+    if (small) result = all ? small : refine(small->shape, points, kPreference, gx_Refinement());
     if (result) result->cost = costOf(result->shape, points);
   } else if (!all) {
-    result = refine(result->shape, points, 0.0, kLastStepOfMany);
+    result = refine(result->shape, points, 0.0, kOfAll);
   }
 
   // The nearest circle has no smaller sum over all points than the circle nearest to the sample has
@@ -270,8 +399,7 @@ std::optional<gx_EllipseSolver::Fitted> gx_EllipseSolver::fit(const Points& poin
 
 void gx_EllipseSolver::distances(const gx_EllipseImage& shape, const Points& points,
                                  std::vector<double>& out) {
-  out.clear();
-  out.reserve(points.size());
-  const gx_EllipseAxes axes = gx_AxesOf(shape);
-  for (const gxVector<2>& p : points) out.push_back(std::fabs(footOf(axes, p).distance));
+  out.resize(points.size());
+  DistanceUse use{out.data()};
+  lookAt(gx_AxesOf(shape), points, use);
 }

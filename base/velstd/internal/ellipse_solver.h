@@ -2,6 +2,7 @@
 #pragma once
 
 #include <velstd/internal/ellipse_forms.h>
+#include <velstd/internal/normal_equations.h>
 #include <velstd/vector.h>
 
 #include <cstddef>
@@ -38,9 +39,10 @@ class gx_EllipseSolver {
  private:
   using Points = std::vector<gxVector<2>>;
 
-  Fitted refine(const Shape& start, const Points& points, double preference, double lastStep) const;
+  Fitted refine(const Shape& start, const Points& points, double preference,
+                const gx_Refinement& how) const;
   std::optional<Fitted> best(const std::vector<std::optional<Shape>>& starts, const Points& points,
-                             double preference) const;
+                             double preference, const gx_Refinement& how) const;
 
   bool upright_;
   double rounding_;

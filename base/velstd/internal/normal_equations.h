@@ -9,9 +9,16 @@
 #include <optional>
 #include <utility>
 
-/// The usual part: such a step moves the unknowns by a ten-millionth of their own uncertainty, and what
-/// it leaves is less by far.
-inline constexpr double gx_kLastStep = 1e-14;
+/// How a refinement begins and ends.
+struct gx_Refinement {
+  /// A step that promises to lower the cost by less than this part of it is the last one.  Usually, it
+  /// moves the unknowns by a ten-millionth of their own uncertainty, and what it leaves is less by far.
+  double lastStep = 1e-14;
+  /// Whether the last step is taken; it costs an evaluation.
+  bool takesLastStep = true;
+  /// The damping of the first step: so small that a good start converges at once.
+  double damping = 1e-4;
+};
 
 /// The normal equations of N unknowns: the sums JᵀJ and Jᵀd over the points, and the sum of d².
 template <std::size_t N>
@@ -83,27 +90,25 @@ struct gx_NormalEquations {
 /// Refines a shape until the sum of squared distances stops falling, in at most `most` evaluations.
 ///
 /// `evaluate(shape)` returns the normal equations at a shape, `moved(shape, step)` the shape after a
-/// step, or nothing where that is no shape any more.  A step that promises to lower the cost by less
-/// than the part `lastStep` of it is the last one.  Returns the shape with the least cost seen, within
+/// step, or nothing where that is no shape any more.  Returns the shape with the least cost seen, within
 /// rounding, and its cost.
 template <std::size_t N, class Shape, class Evaluate, class Moved>
-std::pair<Shape, double> gx_LeastSquares(const Shape& start, int most, double lastStep,
+std::pair<Shape, double> gx_LeastSquares(const Shape& start, int most, const gx_Refinement& how,
                                          const Evaluate& evaluate, const Moved& moved) {
   // A promise below this part may drown in the rounding of the cost: such a step is taken unless the
   // cost rises by more.
   constexpr double kRounding = 1e-10;
-  // Damping: small enough at first that a good start converges at once; given up when a step of no
-  // size helps.
-  constexpr double kFirstDamping = 1e-4;
+  // Given up when a step of no size helps.
   constexpr double kLargestDamping = 1e8;
 
   Shape best = start;
   gx_NormalEquations<N> here = evaluate(best);
-  double damping = kFirstDamping;
+  double damping = how.damping;
   for (int i = 1; i < most && here.cost > 0.0 && damping < kLargestDamping; ++i) {
     const auto delta = here.step(damping);
     const double promised = delta ? here.promised(*delta) : 0.0;
-    const bool last = delta && promised <= lastStep * here.cost;
+    const bool last = delta && promised <= how.lastStep * here.cost;
+    if (last && !how.takesLastStep) break;
     const double allowed = promised <= kRounding * here.cost ? here.cost * (1.0 + kRounding) : here.cost;
     const std::optional<Shape> next = delta ? moved(best, *delta) : std::nullopt;
     if (next) {

@@ -1,4 +1,4 @@
-// Covers base/velstd/internal/ellipse_distance.cpp
+// Covers base/velstd/internal/ellipse_distance.h
 // Covers base/velstd/internal/ellipse_forms.cpp
 // Covers base/velstd/internal/ellipse_solver.cpp
 // Covers base/velstd/internal/ellipse_start.cpp
