@@ -91,7 +91,8 @@ gxVector<2> gxRegion::rayFrom_(const gxVector<2>& point) const {
   const double wide = kPi / static_cast<double>(points().size());
   double before = 0.0;
   double gap = 0.0;
-  if (indexPays_() && gx_firstWideGap(edgeIndex_(), points(), point, wide, before, gap)) {
+  if (indexPays_() && (gx_firstWideGap(edgeIndex_(), points(), point, wide, before, gap) ||
+                       gx_firstWideGapOfAll(points(), point, wide, before, gap))) {
     return {1.0, gxRadian(before + gap * 0.5)};
   }
   return throughFirstWideGap(points(), point, wide);

@@ -37,6 +37,19 @@ using Handle = gxPtrHandle_const<gxRegion>;
 // From so many regions on, the tree pays.
 constexpr std::size_t kTreePays = 16;
 
+// What a region remembers of its box, either null where it does not.
+struct Remembered {
+  const gx_EdgeIndex* edges;
+  const gxRect* rect;
+};
+
+gx_Box boxOf(const gxRegion& region, const Remembered& remembered) {
+  if (remembered.edges != nullptr) return remembered.edges->bounds();
+  gx_Box box;
+  for (const gxVector<2>& point : region.points()) box.add(point);
+  return box;
+}
+
 gx_Box boxOf(const gxRect& rect) {
   return {rect.origin().x(), rect.origin().y(), rect.corner().x(), rect.corner().y()};
 }
@@ -46,13 +59,23 @@ gx_Box boxOf(const gxRect& rect) {
 // that the list began with.
 class Neighbours {
  public:
-  explicit Neighbours(const std::vector<Handle>& regions) : regions_(regions) {
+  // `remembered` tells of a region what it remembers, without asking for anything.
+  template <class LookInto>
+  Neighbours(const std::vector<Handle>& regions, const LookInto& remembered) : regions_(regions) {
     if (regions.size() < kTreePays || std::any_of(regions.begin(), regions.end(), isNull)) return;
     std::vector<gx_Box> boxes(regions.size());
+    own_.resize(regions.size());
     for (std::size_t k = 0; k < regions.size(); ++k) {
+      const gxRegion& region = *regions[k];
       slots_.push_back(k);
       ids_.push_back(k);
-      for (const gxVector<2>& point : regions[k]->points()) boxes[k].add(point);
+      const Remembered of = remembered(region);
+      boxes[k] = boxOf(region, of);
+      const std::size_t points = region.points().size();
+      own_[k].hasEdge = points > 0;
+      if (points < 2 || of.rect == nullptr) continue;
+      own_[k].isKnown = true;
+      own_[k].box = boxOf(*of.rect);
     }
     tree_.emplace(boxes);
   }
@@ -61,16 +84,29 @@ class Neighbours {
   void begin(std::size_t i, std::size_t after) {
     found_.clear();
     next_ = 0;
-    if (!tree_ || regions_[i]->points().size() < 2) {  // too few to be asked: all, and the first fails
+    if (!tree_) {
       for (std::size_t j = after + 1; j < regions_.size(); ++j) found_.push_back(j);
       return;
     }
-    const auto later = regions_.begin() + static_cast<std::ptrdiff_t>(after) + 1;
-    if (std::all_of(later, regions_.end(), hasNoEdge)) return;  // the region is not asked for its box
-    tree_->forEachMeeting(boxOf(regions_[i]->encloseRect(gxXform<2>::I)), [&](std::size_t id) {
+    const Own& own = own_[ids_[i]];
+    if (!own.isKnown && regions_[i]->points().size() < 2) {  // all, and the first fails
+      for (std::size_t j = after + 1; j < regions_.size(); ++j) found_.push_back(j);
+      return;
+    }
+    // A region is asked for its box by the edges of the others.
+    bool isAsked = false;
+    for (std::size_t j = after + 1; j < ids_.size() && !isAsked; ++j) isAsked = own_[ids_[j]].hasEdge;
+    if (!isAsked) return;
+    const gx_Box box = own.isKnown ? own.box : boxOf(regions_[i]->encloseRect(gxXform<2>::I));
+    tree_->forEachMeeting(box, [&](std::size_t id) {
       if (slots_[id] != kGone && slots_[id] > after) found_.push_back(slots_[id]);
     });
     std::sort(found_.begin(), found_.end());
+  }
+
+  // The region in slot i has become another one.
+  void replaced(std::size_t i) {
+    if (tree_) own_[ids_[i]].isKnown = false;
   }
 
   // Gives the next slot; false when there is none.
@@ -94,12 +130,20 @@ class Neighbours {
  private:
   static constexpr std::size_t kGone = static_cast<std::size_t>(-1);
 
+  // What is known of a region without going to it again.  A remembered rectangle stays while the
+  // pairs are asked: no question here is one for another.
+  struct Own {
+    bool hasEdge = false;
+    bool isKnown = false;
+    gx_Box box;
+  };
+
   static bool isNull(const Handle& region) { return region.isNull(); }
-  static bool hasNoEdge(const Handle& region) { return region->points().empty(); }
 
   const std::vector<Handle>& regions_;
   std::vector<std::size_t> slots_;  // by the region's first slot: where it stands now
   std::vector<std::size_t> ids_;    // by slot: the first slot of the region that stands there
+  std::vector<Own> own_;            // by the first slot
   std::optional<gx_BoxTree> tree_;
   std::vector<std::size_t> found_;
   std::size_t next_ = 0;
@@ -126,7 +170,9 @@ bool gxRegionSet::computeSelfIntersecting_() const {
   for (const RegionHandle& region : regions) {
     if (region->isSelfIntersecting()) crossing = true;
   }
-  Neighbours neighbours(regions);
+  Neighbours neighbours(regions, [](const gxRegion& region) {
+    return Remembered{region.edgeIndexIfMade_(), region.rememberedUprightBox_()};
+  });
   for (std::size_t i = 0; i + 1 < regions.size(); ++i) {
     neighbours.begin(i, i);
     for (std::size_t j = 0; neighbours.next(j);) {
@@ -188,7 +234,9 @@ void gxRegionSet::outerHullRegularize(gxRegionSet& result, bool hull) const {
 }
 
 void gxRegionSet::mergeWhereTheyMeet_(std::vector<RegionHandle>& work) {
-  Neighbours neighbours(work);
+  Neighbours neighbours(work, [](const gxRegion& region) {
+    return Remembered{region.edgeIndexIfMade_(), region.rememberedUprightBox_()};
+  });
   for (std::size_t i = 0; i + 1 < work.size(); ++i) {
     neighbours.begin(i, i);
     for (std::size_t j = 0; neighbours.next(j);) {
@@ -197,6 +245,7 @@ void gxRegionSet::mergeWhereTheyMeet_(std::vector<RegionHandle>& work) {
       const gxPtrHandle<gxRegion> merged(new gxRegion);
       work[i]->splice(*work[j], *merged);
       work[i] = merged;
+      neighbours.replaced(i);
       work[j] = work.back();
       work.pop_back();
       neighbours.lastMovedTo(j);

@@ -4,22 +4,28 @@
 #include <cntr/internal/box_tree.h>
 
 #include <cmath>
-#include <numeric>
 
 gx_BoxTree::gx_BoxTree(const std::vector<gx_Box>& boxes) : order_(boxes.size()) {
-  std::iota(order_.begin(), order_.end(), std::size_t{0});
-  const auto sortBy = [&](std::size_t first, std::size_t end, double gx_Box::*side) {
-    std::sort(order_.begin() + static_cast<std::ptrdiff_t>(first),
-              order_.begin() + static_cast<std::ptrdiff_t>(end),
-              [&](std::size_t a, std::size_t b) { return boxes[a].*side < boxes[b].*side; });
+  struct Key {
+    double side;
+    std::size_t number;
   };
-  sortBy(0, boxes.size(), &gx_Box::lowX);
+  std::vector<Key> keys(boxes.size());  // sides beside the numbers, so that sorting stays in one place
+  for (std::size_t i = 0; i < boxes.size(); ++i) keys[i] = {boxes[i].lowX, i};
+  const auto sort = [&keys](std::size_t first, std::size_t end) {
+    std::sort(keys.begin() + static_cast<std::ptrdiff_t>(first),
+              keys.begin() + static_cast<std::ptrdiff_t>(end),
+              [](const Key& a, const Key& b) { return a.side < b.side; });
+  };
+  sort(0, boxes.size());
+  for (Key& key : keys) key.side = boxes[key.number].lowY;
   const auto leavesAStrip =
       static_cast<std::size_t>(std::sqrt(static_cast<double>(boxes.size()) / static_cast<double>(kFan)));
   const std::size_t strip = kFan * std::max<std::size_t>(leavesAStrip, 1);
   for (std::size_t first = 0; first < boxes.size(); first += strip) {
-    sortBy(first, std::min(first + strip, boxes.size()), &gx_Box::lowY);
+    sort(first, std::min(first + strip, boxes.size()));
   }
+  for (std::size_t i = 0; i < boxes.size(); ++i) order_[i] = keys[i].number;
 
   starts_ = {0, boxes.size()};
   boxes_.reserve(boxes.size() + boxes.size() / (kFan - 1) + kFan);

@@ -8,6 +8,11 @@
 //
 // (Asking the index for one sector after the other, each twice as wide as the last, was tried first.
 // From a point near the border the first sectors are empty and the next one holds half the outline.)
+//
+// Where very many directions come first, in an even row of gaps just below the limit, all of them are
+// looked at, quarter by quarter, without sorting: each goes into one of narrow buckets, so narrow that
+// no wide gap has both ends in one, and a bucket keeps its least and greatest.  Of the gaps from bucket
+// to bucket those that come near the limit are measured between true directions.
 #include <cntr/internal/directions.h>
 
 #include <algorithm>
@@ -159,7 +164,7 @@ bool gx_isOnVertex(const gx_EdgeIndex& index, const Points& points, const gxVect
 bool gx_firstWideGap(const gx_EdgeIndex& index, const Points& points, const gxVector<2>& point,
                      double wide, double& before, double& gap) {
   if (index.hasNaN() || !isOrdinary(index.bounds(), point)) return false;
-  Directions directions(index, points, point, points.size() / 8 + 64);
+  Directions directions(index, points, point, points.size() / 32 + 64);
   std::vector<double> group;
   bool isFirst = true;
   double last = 0.0;
@@ -174,6 +179,103 @@ bool gx_firstWideGap(const gx_EdgeIndex& index, const Points& points, const gxVe
       }
       isFirst = false;
       last = direction;
+    }
+  }
+  return false;
+}
+
+namespace {
+
+// The vertices' turns, and the greatest and least true direction of those at a turn.
+class Turns {
+ public:
+  Turns(const Points& points, const gxVector<2>& point) : points_(points), point_(point) {
+    turns_.reserve(points.size());
+    for (const gxVector<2>& p : points) {
+      if (!(std::abs(p.x()) < kLargest && std::abs(p.y()) < kLargest)) return;
+      const gxVector<2> d = p - point;
+      double turn = turnOf(d.x(), d.y());
+      if (turn > 4.0 - kSlack && gx_directionTo(point, p) < 1.0) turn = 0.0;
+      turns_.push_back(turn);
+    }
+    isOrdinary_ = std::abs(point.x()) < kLargest && std::abs(point.y()) < kLargest;
+  }
+
+  bool isOrdinary() const { return isOrdinary_; }
+  const std::vector<double>& all() const { return turns_; }
+
+  double greatestAt(double turn) const {
+    return choose(turn, [](double a, double b) { return a < b; });
+  }
+  double leastAt(double turn) const {
+    return choose(turn, [](double a, double b) { return b < a; });
+  }
+
+ private:
+  template <class Worse>
+  double choose(double turn, const Worse& worse) const {
+    bool isFirst = true;
+    double best = 0.0;
+    for (std::size_t i = 0; i < turns_.size(); ++i) {
+      if (std::abs(turns_[i] - turn) > kSameDirection) continue;
+      const double direction = gx_directionTo(point_, points_[i]);
+      if (isFirst || worse(best, direction)) best = direction;
+      isFirst = false;
+    }
+    return best;
+  }
+
+  const Points& points_;
+  gxVector<2> point_;
+  bool isOrdinary_ = false;
+  std::vector<double> turns_;
+};
+
+// Tells whether the directions at two turns may be farther apart than `wide`.  A turn t into a quarter
+// is the direction of (1 − t, t), which grows by 1 / ((1 − t)² + t²) there.  The middle's rate is right
+// up to the square of the difference (the second derivative is 16 at most), except across the border
+// of two quarters, where it is off by the difference.
+bool mayBeWide(double from, double to, double wide) {
+  const double difference = to - from;
+  if (difference > 0.0625) return true;
+  const double middle = 0.5 * (from + to);
+  const double t = middle - std::floor(middle);
+  const double rate = 1.0 / ((1.0 - t) * (1.0 - t) + t * t);
+  const double slack =
+      std::floor(from) == std::floor(to) ? 2.0 * difference * difference : 8.0 * difference;
+  return difference * rate * (1.0 + slack) + 1e-14 > wide * (1.0 - kSlack);
+}
+
+}  // namespace
+
+bool gx_firstWideGapOfAll(const Points& points, const gxVector<2>& point, double wide, double& before,
+                          double& gap) {
+  const Turns turns(points, point);
+  if (!turns.isOrdinary()) return false;
+  // A direction grows at most twice as fast as its turn, so a wide gap spans more than half of `wide`.
+  const auto buckets = static_cast<std::size_t>(1.0 / (0.45 * wide)) + 2;
+  const double perTurn = static_cast<double>(buckets - 1);
+  std::vector<double> least(buckets);
+  std::vector<double> greatest(buckets);
+  constexpr double kNone = -1.0;
+  double last = kNone;
+  for (double quarter = 0.0; quarter < 4.0; quarter += 1.0) {
+    std::fill(greatest.begin(), greatest.end(), kNone);
+    for (const double turn : turns.all()) {
+      const double into = turn - quarter;
+      if (into < 0.0 || into >= (quarter == 3.0 ? 2.0 : 1.0)) continue;
+      const std::size_t b = std::min(static_cast<std::size_t>(into * perTurn), buckets - 1);
+      least[b] = greatest[b] == kNone ? turn : std::min(least[b], turn);
+      greatest[b] = std::max(greatest[b], turn);
+    }
+    for (std::size_t b = 0; b < buckets; ++b) {
+      if (greatest[b] == kNone) continue;
+      if (last != kNone && mayBeWide(last, least[b], wide)) {
+        before = turns.greatestAt(last);
+        gap = gxRadian(turns.leastAt(least[b]) - before).norm().toDouble();
+        if (gap > wide) return true;
+      }
+      last = greatest[b];
     }
   }
   return false;

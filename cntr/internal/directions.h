@@ -17,6 +17,12 @@ GXSHAPE_API bool gx_isOnVertex(const gx_EdgeIndex& index, const std::vector<gxVe
 
 /// Finds the first gap above `wide` between neighbouring directions, from direction 0 on: gives the
 /// direction before it and its width.  Returns false, having found nothing, where so many directions
-/// come before it that sorting all of them is no slower.
+/// come before it that looking at all of them is no slower.
 GXSHAPE_API bool gx_firstWideGap(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
                                  const gxVector<2>& point, double wide, double& before, double& gap);
+
+/// The same by looking at all of them, for `wide` of at most π / 64; false where there is no such gap
+/// before the last direction, and where a coordinate is NaN or not below 1e150.  No vertex may be at
+/// the point.
+GXSHAPE_API bool gx_firstWideGapOfAll(const std::vector<gxVector<2>>& points, const gxVector<2>& point,
+                                      double wide, double& before, double& gap);

@@ -65,6 +65,51 @@ TEST(Directions, TheFirstWideGapIsThatAmongAllSortedDirections) {
   EXPECT_GT(found, 100);
 }
 
+TEST(Directions, LookingAtAllGivesTheSameGap) {
+  RandomShapes random("first wide gap of all", 600);
+  long found = 0;
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    std::vector<gxVector<2>> points = largeOutline(random).points;
+    const bool isRound = random.chance(0.4);
+    if (isRound) {  // seen from near the border, an even row of gaps about as wide as the limit
+      points = random.outline(OutlineKind::eRegular, random.integer(65, 2000));
+      for (auto& p : points)
+        p = p + gxVector<2>(random.uniform(-1e-3, 1e-3), random.uniform(-1e-3, 1e-3));
+    }
+    if (gx_EdgeIndex(points, true).hasNaN()) continue;
+    const double wide = kPi / static_cast<double>(points.size());
+    for (int query = 0; query < 8; ++query) {
+      const gxVector<2> p = random.pointNear(points);
+      if (std::any_of(points.begin(), points.end(),
+                      [&p](const gxVector<2>& v) { return !(v.distance(p) > 1e-6); })) {
+        continue;
+      }
+      double before = 0.0;
+      double gap = 0.0;
+      std::vector<double> all;
+      for (const gxVector<2>& v : points) all.push_back(gx_directionTo(p, v));
+      std::sort(all.begin(), all.end());
+      std::size_t k = 0;
+      while (k + 1 < all.size() && !(gxRadian(all[k + 1] - all[k]).norm().toDouble() > wide)) ++k;
+      if (!gx_firstWideGapOfAll(points, p, wide, before, gap)) {
+        const bool ordinary = std::all_of(points.begin(), points.end(),
+                                          [](const gxVector<2>& v) {
+                                            return std::abs(v.x()) < 1e149 && std::abs(v.y()) < 1e149;
+                                          }) &&
+                              std::abs(p.x()) < 1e149 && std::abs(p.y()) < 1e149;
+        EXPECT_TRUE(!ordinary || k + 1 == all.size());
+        continue;
+      }
+      ++found;
+      ASSERT_LT(k + 1, all.size());
+      EXPECT_TRUE(sameBits(before, all[k]));
+      EXPECT_TRUE(sameBits(gap, gxRadian(all[k + 1] - all[k]).norm().toDouble()));
+    }
+  }
+  EXPECT_GT(found, 1000);
+}
+
 TEST(Directions, TheCountOfTheRayIsThatOfTheSlowTruth) {
   RandomShapes random("rays through the index", 300);
   while (random.next()) {
