@@ -14,8 +14,6 @@
 #include <cntr/internal/edge_walk.h>
 #include <cntr/internal/local_crossings.h>
 
-#include <algorithm>
-
 namespace {
 
 constexpr double kLargestCoordinate = 5e5;
@@ -46,13 +44,16 @@ void gx_LocalCrossings::moveTo_(std::size_t run) {
   reach_ = index_.box(0, run);
   reach_ = {reach_.lowX - kReach, reach_.lowY - kReach, reach_.highX + kReach, reach_.highY + kReach};
   near_.clear();
+  nearBoxes_.clear();
   index_.forEachRun([this](const gx_Box& box) { return box.meets(reach_); },
                     [this](std::size_t first, std::size_t end) {
                       for (std::size_t k = first; k < end; ++k) {
                         gx_Box box;
                         box.add(points_[gx_edgeStart(k, points_.size(), true)]);
                         box.add(points_[k]);
-                        if (box.meets(reach_)) near_.push_back(k);
+                        if (!box.meets(reach_)) continue;
+                        near_.push_back(k);
+                        nearBoxes_.push_back(box);
                       }
                       return false;
                     });
@@ -72,13 +73,11 @@ gx_LocalCrossings::Points gx_LocalCrossings::operator()(const gxLineSeg& seg, st
     return gx_inOrderAlong(seg, hits, edges);
   }
   inTheWay_.clear();
-  for (const std::size_t k : near_) {
+  for (std::size_t i = 0; i < near_.size(); ++i) {
+    if (!nearBoxes_[i].meets(box)) continue;
+    const std::size_t k = near_[i];
     const gxVector<2>& from = points_[gx_edgeStart(k, points_.size(), true)];
     const gxVector<2>& to = points_[k];
-    if (std::max(from.x(), to.x()) < box.lowX || std::min(from.x(), to.x()) > box.highX ||
-        std::max(from.y(), to.y()) < box.lowY || std::min(from.y(), to.y()) > box.highY) {
-      continue;
-    }
     if (from == seg.p1() || from == seg.p2() || to == seg.p1() || to == seg.p2()) continue;
     inTheWay_.push_back(k);
   }

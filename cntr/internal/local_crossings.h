@@ -36,7 +36,9 @@ class GXSHAPE_API gx_LocalCrossings {
   const gx_EdgeIndex& index_;
   const Points& points_;
   std::size_t run_;
-  gx_Box reach_;                   // the box of the run, widened
-  std::vector<std::size_t> near_;  // the edges that touch it, in order
+  gx_Box reach_;  // the box of the run, widened
+  // The edges that touch it, in order, and their boxes.
+  std::vector<std::size_t> near_;
+  std::vector<gx_Box> nearBoxes_;
   std::vector<std::size_t> inTheWay_;
 };

@@ -48,17 +48,19 @@ class Cells {
   explicit Cells(std::size_t count)
       : mask_(std::bit_ceil(2 * count + 2) - 1), heads_(mask_ + 1, kNone), next_(count, kNone) {}
 
+  // Tells whether there are cells for coordinates of that size: small against it, and numbered.
+  static bool cover(const gxVector<2>& p) { return std::abs(p.x()) < kMost && std::abs(p.y()) < kMost; }
+
   // Calls `visit` for every vertex put in before that may be within the tolerance of the point, once
-  // each; false where the cells are too small against the coordinates.
+  // each.
   template <class Visit>
-  bool forEachNear(const gxVector<2>& p, const Visit& visit) const {
+  void forEachNear(const gxVector<2>& p, const Visit& visit) const {
     const Range x = around(p.x());
     const Range y = around(p.y());
-    if (!(x.last - x.first <= 1.0 && y.last - y.first <= 1.0)) return false;
     std::size_t slots[4];
     std::size_t count = 0;
-    for (double column = x.first; column <= x.last; column += 1.0) {
-      for (double row = y.first; row <= y.last; row += 1.0) {
+    for (std::int64_t column = x.first; column <= x.last; ++column) {
+      for (std::int64_t row = y.first; row <= y.last; ++row) {
         const std::size_t slot = slotOf(column, row);
         if (std::find(slots, slots + count, slot) == slots + count) slots[count++] = slot;
       }
@@ -66,30 +68,38 @@ class Cells {
     for (std::size_t s = 0; s < count; ++s) {
       for (std::uint32_t v = heads_[slots[s]]; v != kNone; v = next_[v]) visit(v);
     }
-    return true;
   }
 
   void put(std::uint32_t vertex, const gxVector<2>& p) {
-    const std::size_t slot = slotOf(std::floor(p.x() * kCells), std::floor(p.y() * kCells));
+    const std::size_t slot = slotOf(cellOf(p.x()), cellOf(p.y()));
     next_[vertex] = heads_[slot];
     heads_[slot] = vertex;
   }
 
  private:
+  // Up to here the reach below is less than half a cell, so it ends in the next cell at most.
+  static constexpr double kMost = 1e11;
+
   struct Range {
-    double first;
-    double last;
+    std::int64_t first;
+    std::int64_t last;
   };
+
+  static std::int64_t cellOf(double coordinate) {
+    const double scaled = coordinate * kCells;
+    const auto cell = static_cast<std::int64_t>(scaled);
+    return static_cast<double>(cell) > scaled ? cell - 1 : cell;
+  }
 
   // Past the tolerance, and past the rounding of the sum.
   static Range around(double coordinate) {
     const double reach = 1.01 * kSameVertex + 1e-15 * std::abs(coordinate);
-    return {std::floor((coordinate - reach) * kCells), std::floor((coordinate + reach) * kCells)};
+    return {cellOf(coordinate - reach), cellOf(coordinate + reach)};
   }
 
-  std::size_t slotOf(double column, double row) const {
-    std::uint64_t h = std::bit_cast<std::uint64_t>(column + 0.0) * 0x9e3779b97f4a7c15ULL;
-    h = (h ^ (h >> 32U) ^ std::bit_cast<std::uint64_t>(row + 0.0)) * 0xbf58476d1ce4e5b9ULL;
+  std::size_t slotOf(std::int64_t column, std::int64_t row) const {
+    std::uint64_t h = static_cast<std::uint64_t>(column) * 0x9e3779b97f4a7c15ULL;
+    h = (h ^ (h >> 32U) ^ static_cast<std::uint64_t>(row)) * 0xbf58476d1ce4e5b9ULL;
     return static_cast<std::size_t>(h ^ (h >> 31U)) & mask_;
   }
 
@@ -145,14 +155,16 @@ void gx_Loops::findTwins_() {
   for (Index v = 0; v < count && fits; ++v) {
     const gxVector<2>& p = points_[v];
     if (!std::isfinite(p.x()) || !std::isfinite(p.y())) continue;  // at no distance below any tolerance
-    fits = cells.forEachNear(p, [&](Index u) {
+    fits = Cells::cover(p);
+    if (!fits) break;
+    cells.forEachNear(p, [&](Index u) {
       if (looks > 0) --looks;
       if (looks > 0 && points_[u].distance(p) < kSameVertex) {
         note(u, v);
         note(v, u);
       }
     });
-    fits = fits && looks > 0;
+    fits = looks > 0;
     cells.put(v, p);
   }
   if (!fits) twinCount_.assign(count, kMany);
