@@ -3,6 +3,8 @@
 // A hole counts through its own outline alone, whatever its direction and wherever it lies.  With
 // holes: the area is the outline's less that of each hole; the centre is Σ centre · area with the
 // holes subtracted, times the reciprocal of the remaining area, which nothing keeps from being 0.
+// The sum behind the centre of the outline holds its area, which is kept along with it.
+#include <cntr/internal/centroid_sum.h>
 #include <cntr/internal/probe.h>
 #include <cntr/region.h>
 #include <cntr/shapestat.h>
@@ -30,8 +32,9 @@ gxVector<2> gxRegion::centerOfMass(bool considerHoles) const {
   if (considerHoles) {
     if (memory_.centerWithHolesValid) return memory_.centerWithHoles;
     gx_countComputation(gx_Computation::eCenterOfMassWithHoles);
+    const gxVector<2> outline = centerOfMass(false);
     double remaining = area(false);
-    gxVector<2> sum = centerOfMass(false) * remaining;
+    gxVector<2> sum = outline * remaining;
     for (const HoleHandle& hole : holes_) {
       sum -= hole->centerOfMass(false) * hole->area(false);
       remaining = remaining - hole->area(false);
@@ -42,8 +45,13 @@ gxVector<2> gxRegion::centerOfMass(bool considerHoles) const {
   }
   if (!memory_.centerNoHolesValid) {
     gx_countComputation(gx_Computation::eCenterOfMass);
-    memory_.centerNoHoles = gf_CenterOfMass(points());
+    const gx_CentreAndArea both = gx_centreAndArea(points());
+    memory_.centerNoHoles = both.centre;
     memory_.centerNoHolesValid = true;
+    if (both.areaIsKnown) {
+      memory_.areaNoHoles = both.area;
+      memory_.areaNoHolesValid = true;
+    }
   }
   return memory_.centerNoHoles;
 }

@@ -25,13 +25,11 @@
 
 namespace {
 
-// Twice the area below which a polygon has no centre worth the name; areas whose sum is below the
-// second have no common centre.
-constexpr double kEmptyPolygon = 1e-6;
+// Areas whose sum is below this have no common centre.
 constexpr double kEmptySum = 1e-16;
 
 // Up to here the triangles are always added one by one.
-constexpr std::size_t kFew = 64;
+constexpr std::size_t kFew = 16;
 
 // Triangles below this area come last.
 constexpr double kNearlyEmpty = 1e-6;
@@ -114,11 +112,7 @@ double gf_Area(const std::vector<gxEdgelet>& edgelets) {
 }
 
 gxVector<2> gnContour::centerOfMass(const std::vector<gxVector<2>>& points) {
-  if (points.size() <= 2) return {};
-  const gx_CentroidSum sum = gx_sumCentroids(points);
-  if (!(std::abs(sum.weight) > kEmptyPolygon)) return {};
-  const double share = 1.0 / sum.weight;
-  return points.front() + gxVector<2>(share * sum.x, share * sum.y);
+  return gx_centreAndArea(points).centre;
 }
 
 gxVector<2> gf_CenterOfMass(const std::vector<gxVector<2>>& points) {

@@ -6,6 +6,10 @@
 // accurate cross products are fused multiply-adds too, so the bits are the same; the additions stay
 // one after the other.  Four triangles of which one is out of the ordinary (a direction so long or
 // short that lines are scaled, medians that do not meet) are left to the plain form.
+//
+// The sum of the weights is the sum behind the area, term by term and in the same order, where every
+// triangle left out has the weight 0: adding it would change nothing.  Whether that is so is kept beside
+// the sum, so that who asks for the centre gets the area for nothing.
 #include <cntr/internal/centroid_sum.h>
 #include <velstd/line_seg.h>
 
@@ -24,6 +28,9 @@ using Points = std::vector<gxVector<2>>;
 // A triangle of less than this, doubled, has no centre worth the name.
 constexpr double kEmptyTriangle = 1e-15;
 
+// An outline of less than this, doubled, has none either.
+constexpr double kEmptyPolygon = 1e-6;
+
 gxVector<2> middle(const gxVector<2>& u, const gxVector<2>& v) {
   return {(u.x() + v.x()) * 0.5, (u.y() + v.y()) * 0.5};
 }
@@ -36,7 +43,10 @@ gxVector<2> triangleCentroid(const gxVector<2>& o, const gxVector<2>& p, const g
 
 void addTriangle(const gxVector<2>& previous, const gxVector<2>& current, gx_CentroidSum& sum) {
   const double weight = current.y() * previous.x() - previous.y() * current.x();
-  if (!(std::abs(weight) > kEmptyTriangle)) return;
+  if (!(std::abs(weight) > kEmptyTriangle)) {
+    sum.whole = sum.whole && weight == 0.0;
+    return;
+  }
   const gxVector<2> g = triangleCentroid(gxVector<2>(), previous, current);
   sum.weight += weight;
   sum.x += g.x() * weight;
@@ -89,7 +99,8 @@ struct Sum {
 
 // Adds the four triangles of the edges from p to q; false, with nothing added, where one of them is out
 // of the ordinary.  Half sums and halves of coordinates are taken twofold, which changes no digit.
-GX_WITH_VECTORS bool addFour(const Lanes& p, const Lanes& q, __m256d& largest, Sum& sum) {
+GX_WITH_VECTORS bool addFour(const Lanes& p, const Lanes& q, __m256d& largest, __m256d& leftOut,
+                             Sum& sum) {
   const __m256d weight = _mm256_sub_pd(_mm256_mul_pd(q.y, p.x), _mm256_mul_pd(p.y, q.x));
   const __m256d counts = _mm256_cmp_pd(magnitude(weight), _mm256_set1_pd(kEmptyTriangle), _CMP_GT_OQ);
 
@@ -105,6 +116,7 @@ GX_WITH_VECTORS bool addFour(const Lanes& p, const Lanes& q, __m256d& largest, S
   const __m256d parallel = _mm256_andnot_pd(notAbove(magnitude(t), kFarthest), counts);
   const __m256d tooLarge = _mm256_cmp_pd(largest, _mm256_set1_pd(kLargest), _CMP_GT_OQ);
   if (_mm256_movemask_pd(_mm256_or_pd(parallel, tooLarge)) != 0) return false;
+  leftOut = _mm256_or_pd(leftOut, _mm256_andnot_pd(counts, magnitude(weight)));
 
   // In the order of the points; a triangle that does not count adds 0, which changes nothing.
   const __m256d x = _mm256_and_pd(_mm256_mul_pd(_mm256_mul_pd(dx, t), weight), counts);
@@ -125,12 +137,13 @@ GX_WITH_VECTORS bool addFour(const Lanes& p, const Lanes& q, __m256d& largest, S
   return true;
 }
 
-// The sum with the triangles of the edges that end at the points from `first` up to `end`.
-gx_CentroidSum withTriangles(const Points& points, std::size_t first, std::size_t end,
-                             const Sum& before) {
+// The sum with the triangles of the edges that end at the points from `first` up to `end`; `whole` as
+// it was before.
+gx_CentroidSum withTriangles(const Points& points, std::size_t first, std::size_t end, const Sum& before,
+                             bool whole) {
   const gxVector<2> origin = points.front();
   gx_CentroidSum sum{_mm_cvtsd_f64(before.weight), _mm_cvtsd_f64(before.xy),
-                     _mm_cvtsd_f64(_mm_unpackhi_pd(before.xy, before.xy))};
+                     _mm_cvtsd_f64(_mm_unpackhi_pd(before.xy, before.xy)), whole};
   for (std::size_t i = first; i < end; ++i) {
     addTriangle(points[i - 1] - origin, points[i] - origin, sum);
   }
@@ -144,20 +157,26 @@ __attribute__((target("avx2,fma"))) void addAllByFours(const Points& points, gx_
   Sum sum;
   // The largest coordinates so far; NaN is passed over, a triangle that holds one does not count.
   __m256d largest = _mm256_setzero_pd();
-  __m256d before = _mm256_setzero_pd();  // two points each, the upper half the one before the next two
-  // The first triangle, from the last point to the first, is the first point twice: nothing to add.
+  __m256d leftOut = _mm256_setzero_pd();  // bits of the weights of triangles that did not count
+  __m256d before = _mm256_setzero_pd();   // two points each, the upper half the one before the next two
+  // The first triangle, from the last point to the first, is the first point twice: nothing to add,
+  // but what is not finite makes its weight NaN.
+  const gxVector<2> last = points.back() - origin;
+  if (last.x() - last.x() != 0.0 || last.y() - last.y() != 0.0) leftOut = _mm256_set1_pd(1.0);
   std::size_t i = 1;
   for (; i + 4 <= points.size(); i += 4) {
     const __m256d a = _mm256_sub_pd(_mm256_loadu_pd(xy + 2 * i), from);
     const __m256d b = _mm256_sub_pd(_mm256_loadu_pd(xy + 2 * i + 4), from);
     const Lanes p = lanes(_mm256_permute2f128_pd(before, a, 0x21), _mm256_permute2f128_pd(a, b, 0x21));
     before = b;
-    if (addFour(p, lanes(a, b), largest, sum)) continue;
-    const gx_CentroidSum with = withTriangles(points, i, i + 4, sum);
+    if (addFour(p, lanes(a, b), largest, leftOut, sum)) continue;
+    const gx_CentroidSum with = withTriangles(points, i, i + 4, sum, true);
+    if (!with.whole) leftOut = _mm256_set1_pd(1.0);
     sum.xy = _mm_set_pd(with.y, with.x);
     sum.weight = _mm_set_sd(with.weight);
   }
-  result = withTriangles(points, i, points.size(), sum);
+  const __m256i bits = _mm256_castpd_si256(leftOut);
+  result = withTriangles(points, i, points.size(), sum, _mm256_testz_si256(bits, bits) != 0);
 }
 
 #  undef GX_WITH_VECTORS
@@ -182,4 +201,16 @@ gx_CentroidSum gx_sumCentroids(const Points& points) {
     previous = current;
   }
   return sum;
+}
+
+gx_CentreAndArea gx_centreAndArea(const Points& points) {
+  if (points.size() <= 2) return {};
+  const gx_CentroidSum sum = gx_sumCentroids(points);
+  gx_CentreAndArea result;
+  result.area = std::abs(sum.weight * 0.5);
+  result.areaIsKnown = sum.whole;
+  if (!(std::abs(sum.weight) > kEmptyPolygon)) return result;
+  const double share = 1.0 / sum.weight;
+  result.centre = points.front() + gxVector<2>(share * sum.x, share * sum.y);
+  return result;
 }

@@ -1,4 +1,4 @@
-/// The sum of triangle centres behind the centre of mass.
+/// The sum of triangle centres behind the centre of mass, and the area that comes with it.
 #pragma once
 
 #include <cntr/export.h>
@@ -12,7 +12,18 @@ struct gx_CentroidSum {
   double weight = 0.0;
   double x = 0.0;
   double y = 0.0;
+  // Whether `weight` holds every triangle: those too small to count were all of area 0.
+  bool whole = true;
 };
 
 /// Adds up all triangles of an outline of at least 1 point, in the order of its edges.
 GXSHAPE_API gx_CentroidSum gx_sumCentroids(const std::vector<gxVector<2>>& points);
+
+/// The centre of mass of an outline, bit for bit `gf_CenterOfMass`, and its area where the same sum
+/// gives it, bit for bit `gf_Area`.
+struct gx_CentreAndArea {
+  gxVector<2> centre;
+  double area = 0.0;
+  bool areaIsKnown = false;
+};
+GXSHAPE_API gx_CentreAndArea gx_centreAndArea(const std::vector<gxVector<2>>& points);

@@ -144,7 +144,7 @@ TEST(SlowTruthSet, SelfIntersectionAndRepair) {
 // The moments of many points are summed in another way, and judged elsewhere.
 bool anyManyPoints(const slow::Set& set) {
   return std::any_of(set.begin(), set.end(),
-                     [](const slow::Region& r) { return r.outline.size() > 64; });
+                     [](const slow::Region& r) { return r.outline.size() > 16; });
 }
 
 TEST(SlowTruthSet, MeasuresAndQueries) {
