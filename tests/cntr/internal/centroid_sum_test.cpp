@@ -34,6 +34,44 @@ TEST(CentroidSum, FlatTrianglesAreLeftOutOneByOne) {
   EXPECT_EQ(gx_sumCentroids(points).weight, 81.0);
 }
 
+// The area, where the sum gives it, is that of the slow truth.
+void expectSameArea(const std::vector<gxVector<2>>& points) {
+  const gx_CentreAndArea both = gx_centreAndArea(points);
+  if (!both.areaIsKnown) return;
+  EXPECT_TRUE(agree([&] { return both.area; }, [&] { return slow::area(points); }));
+}
+
+TEST(CentroidSum, BringsTheAreaOfAnOrdinaryOutlineAlong) {
+  const gx_CentreAndArea both = gx_centreAndArea({{5, 5}, {7, 5}, {7, 7}, {5, 7}});
+  EXPECT_TRUE(both.areaIsKnown);
+  EXPECT_EQ(both.area, 4.0);
+  EXPECT_EQ(both.centre, gxVector<2>(6, 6));
+}
+
+TEST(CentroidSum, DoesNotKnowTheAreaWhereATriangleIsTooSmallToCount) {
+  EXPECT_FALSE(gx_centreAndArea({{0, 0}, {1e-10, 0}, {1, 1e-10}, {1, 1}, {0, 1}}).areaIsKnown);
+  std::vector<gxVector<2>> many;
+  for (int i = 0; i < 40; ++i) many.emplace_back(i, i * i);
+  many[20] = {1e-10, 0};
+  many[21] = {1e-10, 1e-10};
+  EXPECT_FALSE(gx_centreAndArea(many).areaIsKnown);
+}
+
+TEST(CentroidSum, DoesNotKnowTheAreaOfPointsThatAreNotFinite) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+  for (const double value : {kInfinity, -kInfinity, kNaN}) {
+    for (std::size_t i = 0; i < 12; ++i) {
+      std::vector<gxVector<2>> points;
+      for (int k = 0; k < 12; ++k) points.emplace_back(k, k * k);
+      points[i] = gxVector<2>(value, 1.0);
+      expectSameArea(points);
+      points[i] = gxVector<2>(1.0, value);
+      expectSameArea(points);
+    }
+  }
+}
+
 TEST(CentroidSum, MakesTheCentreOfMassOfTheSlowTruthBitForBit) {
   RandomShapes random("centres of triangles", 800);
   while (random.next()) {
@@ -42,6 +80,7 @@ TEST(CentroidSum, MakesTheCentreOfMassOfTheSlowTruthBitForBit) {
         random.chance(0.5) ? largeOutline(random).points : random.outline();
     EXPECT_TRUE(
         agree([&] { return gf_CenterOfMass(points); }, [&] { return slow::centerOfMass(points); }));
+    expectSameArea(points);
   }
 }
 
@@ -60,6 +99,7 @@ TEST(CentroidSum, ANumberOutOfTheOrdinaryAmongOthersChangesNothingForThem) {
     points[i] = gxVector<2>(values[random.integer(0, 5)], values[random.integer(0, 5)]);
     EXPECT_TRUE(
         agree([&] { return gf_CenterOfMass(points); }, [&] { return slow::centerOfMass(points); }));
+    expectSameArea(points);
   }
 }
 
