@@ -7,6 +7,8 @@
 //      passed twice, drop inner loops, join touching ones (internal/loops), and keep the first.
 // The result is remembered; the flag is set only after the computation returned, and the assignment
 // holds a handle of its own to the result, because the target may be this region.
+#include <cntr/internal/crossing.h>
+#include <cntr/internal/edge_walk.h>
 #include <cntr/internal/local_crossings.h>
 #include <cntr/internal/loops.h>
 #include <cntr/internal/outside_walk.h>
@@ -21,6 +23,21 @@ namespace {
 // Half the length of a probe, in median edge lengths: short against the features of the outline,
 // long against rounding.
 constexpr double kProbe = 0.01;
+
+// Returns the number of hits of a closed outline, or one that is above 2: it is only asked whether there
+// are 1 or 2, and in a tangle an edge has as many as there are edges.
+std::size_t countHits(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
+                      const gx_CrossingQuery& query) {
+  std::vector<gx_Hit> hits;
+  index.forEachRun([&query](const gx_Box& box) { return query.mayMeet(box); },
+                   [&](std::size_t first, std::size_t end) {
+                     for (std::size_t k = first; k < end; ++k) {
+                       query.test(points[gx_edgeStart(k, points.size(), true)], points[k], k, hits);
+                     }
+                     return hits.size() > 2;
+                   });
+  return hits.size();
+}
 
 }  // namespace
 
@@ -68,7 +85,12 @@ void gxRegion::outerHullRegularize(gxRegion& result, bool hull) const {
       [this, &local](const gxLineSeg& seg, std::size_t along, std::vector<int>& edges) {
         return local ? (*local)(seg, along, edges) : gxContour::intersections(seg, edges, false);
       },
-      [this](const gxLineSeg& seg) { return gxContour::intersections(seg, true).size(); },
+      [this](const gxLineSeg& seg) {
+        if (!indexPays_()) return gxContour::intersections(seg, true).size();
+        const gx_CrossingQuery query(seg, true);
+        if (!encloseRect(gxXform<2>::I).overlaps(query.box())) return std::size_t{0};
+        return countHits(edgeIndex_(), points(), query);
+      },
       [this](const gxVector<2>& point) { return insideCount(point, true); }};
 
   const std::size_t start = gx_findStartEdge(points(), kProbe * medianFeatureSize(), outline);

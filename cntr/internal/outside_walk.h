@@ -15,7 +15,8 @@ struct gx_OutlineQuestions {
   /// segment lies along edge `along`.
   std::function<std::vector<gxVector<2>>(const gxLineSeg&, std::size_t along, std::vector<int>& edges)>
       crossings;
-  /// Returns the number of crossings with a segment, contacts at its ends counted.
+  /// Returns the number of crossings with a segment, contacts at its ends counted; for more than 2 any
+  /// number above 2 will do.
   std::function<std::size_t(const gxLineSeg&)> contacts;
   /// Returns the smaller number of crossings of two opposite rays from a point.
   std::function<long(const gxVector<2>&)> raysBothWays;

@@ -43,6 +43,36 @@ TEST(SlowTruthRepair, RegularizeAndOuterHull) {
   }
 }
 
+// Enough points for the index: smooth outlines with small loops, kinks and spikes in them, most of
+// which can be repaired, where tangles of as many points are mostly refused.
+TEST(SlowTruthRepair, OutlinesOfManyPointsWithSmallCrossings) {
+  RandomShapes random("repair of many points", 250);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const int count = random.integer(65, 200);
+    slow::Points points = random.star(count, {0.0, 0.0}, 18.0, 20.0);
+    for (int i = random.integer(1, 20); i > 0; --i) {
+      const auto k = static_cast<std::size_t>(random.integer(0, count - 3));
+      switch (random.integer(0, 3)) {
+        case 0: std::swap(points[k], points[k + 1]); break;
+        case 1: std::swap(points[k], points[k + 2]); break;
+        case 2: points[k] = points[k + 2]; break;
+        default: points[k] = points[k] * random.uniform(0.3, 1.5);
+      }
+    }
+    if (random.chance(0.3)) points = reversed(points);
+    if (random.chance(0.3)) points = random.placed(points);
+    const slow::Region truth{points, {}};
+    const gxRegion region(points);
+    EXPECT_TRUE(agree(repaired([&](gxRegion& result) { region.regularize(result); }), [&] {
+      return slow::regularize(truth);
+    })) << testing::PrintToString(points);
+    EXPECT_TRUE(agree(repaired([&](gxRegion& result) { region.outerHull(result); }), [&] {
+      return slow::outerHull(truth);
+    })) << testing::PrintToString(points);
+  }
+}
+
 TEST(SlowTruthRepair, HolesStayWhereNothingCrosses) {
   RandomShapes random("repair with holes", 200);
   while (random.next()) {
