@@ -73,15 +73,13 @@ bool gxContour::isSelfIntersecting() const {
   if (memory.selfIntersectingValid) return memory.selfIntersecting;
   gx_countComputation(gx_Computation::eSelfIntersection);
   bool crosses = false;
-  if (indexPays_()) {
-    const gx_EdgeIndex& index = edgeIndex_();
-    if (gx_hasEdgeOfLength(state_.points, isClosed())) {
-      crosses = gx_crossesItself(index, state_.points, isClosed(), encloseRect(gxXform<2>::I));
-    }
-  } else {
-    computeLineSegs();
-    for (std::size_t k = 0; k < memory.segments.size() && !crosses; ++k) {
-      crosses = memory.validLine[k] && !intersections(memory.segments[k], false).empty();
+  if (gx_hasEdgeOfLength(state_.points, isClosed())) {
+    const gxRect box = encloseRect(gxXform<2>::I);
+    if (indexPays_()) {
+      crosses = gx_crossesItself(edgeIndex_(), state_.points, isClosed(), box);
+    } else {
+      const gx_EdgeIndex index(state_.points, isClosed());  // of few points, made faster than kept
+      crosses = gx_crossesItself(index, state_.points, isClosed(), box);
     }
   }
   memory.selfIntersecting = crosses;

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -100,14 +101,43 @@ bool gx_CrossingQuery::mayMeet(const gx_Box& b) const {
   return !(std::abs(d.x() * y - d.y() * x) > reach + slack);
 }
 
+double gx_CrossingQuery::sideSlack(const gx_Box& bounds) const {
+  const double ax = std::abs(line_.direction().x());
+  const double ay = std::abs(line_.direction().y());
+  const double width = std::max(bounds.highX - seg_.p1().x(), seg_.p1().x() - bounds.lowX);
+  const double height = std::max(bounds.highY - seg_.p1().y(), seg_.p1().y() - bounds.lowY);
+  const double coordinates =
+      std::abs(bounds.lowX) + std::abs(bounds.highX) + std::abs(bounds.lowY) + std::abs(bounds.highY);
+  const double slack =
+      (ax + ay) * (3.0 * kTouch + 1e-14 * coordinates) + 1e-12 * (ax * height + ay * width);
+  constexpr double kLargest = 1e280;  // a trillionth of what overflows
+  return slack < kLargest ? slack : std::numeric_limits<double>::infinity();
+}
+
+namespace {
+
+// Tests the edges from `first` up to `end` that come near the segment's line: an edge both of whose ends
+// are clearly on the same side of it holds no hit.
+void testRun(const Outline& outline, std::size_t first, std::size_t end, const gx_CrossingQuery& query,
+             double slack, std::vector<gx_Hit>& hits) {
+  double before = query.side(outline.from(first));
+  for (std::size_t k = first; k < end; ++k) {
+    const double after = query.side(outline.to(k));
+    const bool apart = (before > slack && after > slack) || (before < -slack && after < -slack);
+    if (!apart) query.test(outline.from(k), outline.to(k), k, hits);
+    before = after;
+  }
+}
+
+}  // namespace
+
 void gx_findHits(const gx_EdgeIndex& index, const Points& points, bool closed,
                  const gx_CrossingQuery& query, std::vector<gx_Hit>& hits) {
   const Outline outline{index, points, closed};
+  const double slack = query.sideSlack(index.bounds());
   index.forEachRun([&query](const gx_Box& box) { return query.mayMeet(box); },
                    [&](std::size_t first, std::size_t end) {
-                     for (std::size_t k = first; k < end; ++k) {
-                       query.test(outline.from(k), outline.to(k), k, hits);
-                     }
+                     testRun(outline, first, end, query, slack, hits);
                      return false;
                    });
 }
@@ -187,8 +217,9 @@ class Crossings {
       const gx_CrossingQuery query(gxLineSeg(theirs_.from(k), theirs_.to(k)), true);
       if (!box_.overlaps(query.box())) continue;
       hits_.clear();
+      const double slack = query.sideSlack(ours_.index.bounds());
       for (const Node& run : runs) {
-        if (query.mayMeet(ours_.index.box(run.level, run.at))) testEdges(run.at, query);
+        if (query.mayMeet(ours_.index.box(run.level, run.at))) testEdges(run.at, query, slack);
       }
       edges_.clear();
       const Points along = gx_inOrderAlong(query.seg(), hits_, edges_);
@@ -196,10 +227,10 @@ class Crossings {
     }
   }
 
-  void testEdges(std::size_t run, const gx_CrossingQuery& query) {
+  void testEdges(std::size_t run, const gx_CrossingQuery& query, double slack) {
     const std::size_t first = run * gx_EdgeIndex::kFan;
     const std::size_t end = std::min(first + gx_EdgeIndex::kFan, ours_.index.edges());
-    for (std::size_t k = first; k < end; ++k) query.test(ours_.from(k), ours_.to(k), k, hits_);
+    ::testRun(ours_, first, end, query, slack, hits_);
   }
 
   const Outline& ours_;

@@ -38,6 +38,13 @@ class GXSHAPE_API gx_CrossingQuery {
   /// and a slack far above rounding, holds none.
   bool mayMeet(const gx_Box& box) const;
 
+  /// Returns on which side of the segment's line the point lies, as a cross product with the line's
+  /// direction.
+  double side(const gxVector<2>& point) const { return gf_Cross(line_.direction(), point - seg_.p1()); }
+  /// Returns the bound from which sides of points in the box are certain: an edge with both ends
+  /// beyond it on the same side has no hit, for the reasons of `mayMeet`.
+  double sideSlack(const gx_Box& bounds) const;
+
  private:
   gxLineSeg seg_;
   gxLine line_;
