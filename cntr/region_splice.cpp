@@ -4,9 +4,17 @@
 //      the other's edge j.
 //   2. X, once around this outline from the end of edge i, X again, once around the other outline
 //      from the end of edge j.  The end of edge k is point k.
+//
+// The edges of this outline are taken from its points: a list of them, remembered, would take seven
+// times the memory of the points, for one walk up to the first hit.
+#include <cntr/internal/edge_walk.h>
 #include <cntr/region.h>
+#include <velstd/real_eq.h>
 
 namespace {
+
+// Closer points coincide: an edge between them has no length and meets nothing.
+constexpr double kCoincide = 1e-15;
 
 using Points = std::vector<gxVector<2>>;
 
@@ -17,11 +25,12 @@ void appendAround(Points& walk, const Points& outline, std::size_t first) {
 }  // namespace
 
 void gxRegion::splice(const gxRegion& other, gxRegion& result) const {
-  const std::vector<gxLineSeg>& segments = lineSegs();
-  for (std::size_t i = 0; i < segments.size(); ++i) {
-    if (!validLine()[i]) continue;
+  for (std::size_t i = 0; i < points().size(); ++i) {
+    const gxVector<2>& from = points()[gx_edgeStart(i, points().size(), true)];
+    const gxVector<2>& to = points()[i];
+    if (gfRealEq(from, to, kCoincide)) continue;
     std::vector<int> edges;
-    const Points hits = other.gxContour::intersections(segments[i], edges, true);
+    const Points hits = other.gxContour::intersections(gxLineSeg(from, to), edges, true);
     if (hits.empty()) continue;
     Points walk;
     walk.reserve(points().size() + other.points().size() + 2);

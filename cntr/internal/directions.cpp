@@ -259,11 +259,11 @@ bool gx_firstWideGapOfAll(const Points& points, const gxVector<2>& point, double
   std::vector<double> greatest(buckets);
   constexpr double kNone = -1.0;
   double last = kNone;
-  for (double quarter = 0.0; quarter < 4.0; quarter += 1.0) {
+  for (int quarter = 0; quarter < 4; ++quarter) {
     std::fill(greatest.begin(), greatest.end(), kNone);
     for (const double turn : turns.all()) {
       const double into = turn - quarter;
-      if (into < 0.0 || into >= (quarter == 3.0 ? 2.0 : 1.0)) continue;
+      if (into < 0.0 || into >= (quarter == 3 ? 2.0 : 1.0)) continue;
       const std::size_t b = std::min(static_cast<std::size_t>(into * perTurn), buckets - 1);
       least[b] = greatest[b] == kNone ? turn : std::min(least[b], turn);
       greatest[b] = std::max(greatest[b], turn);
