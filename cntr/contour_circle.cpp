@@ -5,23 +5,17 @@
 // it keeps what it held, the default circle or the circle of earlier points.  First point: the
 // radius is the largest distance from vertex 0; without points there is nothing to read, and the
 // slot is returned as it stands.
+//
+// The pair is found through the edge index (internal/farthest_pair), and is the very one of that scan.
 #include <cntr/contour.h>
 #include <cntr/internal/farthest_pair.h>
 #include <cntr/internal/probe.h>
 
 namespace {
 
-void circleOfFarthestPair(const std::vector<gxVector<2>>& points, gxCircle& circle) {
-  double best = 0.0;
-  for (const gxVector<2>& p : points) {
-    for (const gxVector<2>& q : points) {
-      const double distance = p.distance(q);
-      if (distance > best) {
-        best = distance;
-        circle = gxCircle((p + q) * 0.5, distance * 0.5);
-      }
-    }
-  }
+void circleOf(const std::vector<gxVector<2>>& points, const gx_Pair& pair, gxCircle& circle) {
+  if (!(pair.distance > 0.0)) return;
+  circle = gxCircle((points[pair.i] + points[pair.j]) * 0.5, pair.distance * 0.5);
 }
 
 void circleAroundFirst(const std::vector<gxVector<2>>& points, gxCircle& circle) {
@@ -45,13 +39,14 @@ gxCircle gxContour::encloseCircle(gxContourDefs::DiameterMode mode) const {
   if (!memory.encloseCircleValid[slot]) {
     gx_countComputation(gx_Computation::eEncloseCircle);
     gxCircle& circle = memory.encloseCircles[slot];
+    const std::vector<gxVector<2>>& points = state_.points;
     if (mode == gxContourDefs::eAllPairs && indexPays_()) {
-      const gx_Pair pair = gx_farthestPair(edgeIndex_(), state_.points, isClosed());
-      if (pair.distance > 0.0) {
-        circle = gxCircle((state_.points[pair.i] + state_.points[pair.j]) * 0.5, pair.distance * 0.5);
-      }
+      circleOf(points, gx_farthestPair(edgeIndex_(), points, isClosed()), circle);
+    } else if (mode == gxContourDefs::eAllPairs && points.size() > 1) {
+      // Of few points, an index is made faster than kept.
+      circleOf(points, gx_farthestPair(gx_EdgeIndex(points, isClosed()), points, isClosed()), circle);
     } else if (mode == gxContourDefs::eAllPairs) {
-      circleOfFarthestPair(state_.points, circle);
+      // No two points: the circle stays.
     } else {
       circleAroundFirst(state_.points, circle);
     }

@@ -11,6 +11,12 @@
 // far corners is a bound of every distance computed for points between them.  Outside the range
 // where the distance is that plain root, boxes are left out with a slack.
 //
+//   3. In a round outline nearly every box has one on the other side that is as far away as any, and
+//      the far corners of slanted boxes lie far outside it.  When many pairs have not been left out,
+//      the boxes get slabs beside them, turned along their stretch of the outline, which are as thin as
+//      the outline is straight there; from then on a pair of slabs too near to each other, by a slack
+//      far above rounding, is left out as well.  A slab then meets two or three on the other side.
+//
 // (Rotating calipers over the convex hull find a farthest pair as fast, but not the first one among
 // equal ones as they are rounded: for that every vertex near either end has to be looked at again.)
 #include <cntr/internal/edge_walk.h>
@@ -18,6 +24,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -26,6 +33,55 @@ using Points = std::vector<gxVector<2>>;
 // Inside these a distance is the plain root of a sum of squares.
 constexpr double kShortestPlain = 1e-130;
 constexpr double kLongestPlain = 1e140;
+
+// Slabs are made once so many pairs of leaves, as a part of all leaves, have been looked through.
+constexpr double kPatience = 0.25;
+// A bound of slabs below the best distance by this part of it is below it for certain.
+constexpr double kSlack = 1e-12;
+
+// A box turned along a stretch of the outline.
+struct Slab {
+  gxVector<2> middle;
+  gxVector<2> along;  // of length 1
+  double halfAlong = 0.0;
+  double halfAcross = 0.0;
+};
+
+// The slab around points, along the chord from the first to the last.
+Slab slabAround(const gxVector<2>* points, std::size_t count) {
+  const gxVector<2> chord = points[count - 1] - points[0];
+  const double length = std::sqrt(chord * chord);
+  Slab slab;
+  slab.along = length > 0.0 ? chord * (1.0 / length) : gxVector<2>(1.0, 0.0);
+  gx_Box box;
+  for (std::size_t i = 0; i < count; ++i) {
+    const gxVector<2> w = points[i] - points[0];
+    box.add(gxVector<2>(w * slab.along, gf_Cross(slab.along, w)));
+  }
+  const gxVector<2> across(-slab.along.y(), slab.along.x());
+  slab.middle =
+      points[0] + slab.along * (0.5 * (box.lowX + box.highX)) + across * (0.5 * (box.lowY + box.highY));
+  slab.halfAlong = 0.5 * (box.highX - box.lowX);
+  slab.halfAcross = 0.5 * (box.highY - box.lowY);
+  return slab;
+}
+
+// Returns a bound above the square of the distance of any point of `a` from any of `b`.
+double farthestSquare(const Slab& a, const Slab& b) {
+  const gxVector<2> between = b.middle - a.middle;
+  const double distance = std::sqrt(between * between);
+  if (!(distance > 0.0)) return std::numeric_limits<double>::infinity();
+  const gxVector<2> unit = between * (1.0 / distance);
+  double onward = distance;
+  double sideways = 0.0;
+  for (const Slab* slab : {&a, &b}) {
+    const double cosine = std::abs(unit * slab->along);
+    const double sine = std::abs(gf_Cross(unit, slab->along));
+    onward += slab->halfAlong * cosine + slab->halfAcross * sine;
+    sideways += slab->halfAlong * sine + slab->halfAcross * cosine;
+  }
+  return onward * onward + sideways * sideways;
+}
 
 class Search {
  public:
@@ -125,9 +181,45 @@ class Search {
     if (hopeless(index_.box(level, a), vertex(level, a), index_.box(level, b), vertex(level, b))) return;
     const Range inA = below(level, a);
     const Range inB = below(level, b);
-    if (level == 0) return verticesBetween(inA, inB);
+    if (!slabs_.empty() && tooNear(slabs_[level][a], slabs_[level][b])) return;
+    if (level == 0) {
+      if (++lookedThrough_ > kPatience * static_cast<double>(index_.size(0)) && slabs_.empty())
+        makeSlabs();
+      return verticesBetween(inA, inB);
+    }
     for (std::size_t i = inA.first; i < inA.end; ++i) {
       for (std::size_t j = inB.first; j < inB.end; ++j) between(level - 1, i, j);
+    }
+  }
+
+  bool tooNear(const Slab& a, const Slab& b) const {
+    return plain_ && farthestSquare(a, b) < best_.distance * best_.distance * (1.0 - kSlack);
+  }
+
+  // Those of the leaves around their vertices, those above around the corners of those below; seen from
+  // the first vertex, so that rounding is in proportion to the outline, wherever it lies.
+  void makeSlabs() {
+    slabs_.resize(index_.levels());
+    gxVector<2> points[4 * gx_EdgeIndex::kFan];
+    for (std::size_t level = 0; level < slabs_.size(); ++level) {
+      for (std::size_t i = 0; i < index_.size(level); ++i) {
+        std::size_t count = 0;
+        const Range range = below(level, i);
+        for (std::size_t k = range.first; k < range.end; ++k) {
+          if (level == 0) {
+            points[count++] = points_[gx_edgeEnd(k, closed_)] - points_[0];
+            continue;
+          }
+          const Slab& slab = slabs_[level - 1][k];
+          const gxVector<2> a = slab.along * slab.halfAlong;
+          const gxVector<2> b = gxVector<2>(-slab.along.y(), slab.along.x()) * slab.halfAcross;
+          // The chord runs from the beginning of the first to the end of the last.
+          for (const gxVector<2>& corner : {b - a, -a - b, a + b, a - b}) {
+            points[count++] = slab.middle + corner;
+          }
+        }
+        slabs_[level].push_back(slabAround(points, count));
+      }
     }
   }
 
@@ -145,6 +237,8 @@ class Search {
   gx_Pair best_;
   bool plain_ = false;
   double tooShort_ = 0.0;
+  double lookedThrough_ = 0.0;            // pairs of leaves
+  std::vector<std::vector<Slab>> slabs_;  // by level, once they are made
 };
 
 }  // namespace
