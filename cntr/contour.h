@@ -111,11 +111,13 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   ///  - where nothing is at a finite distance (a NaN or infinite query, say): (0, 0), or vertex 0
   ///    with `vertexOnly`
   /// Throws: EmptyContour below 2 points.
+  /// Cost: O(n) for the first few questions, as many as cost what a tree over the edges does;
+  /// O(log n) then, where most edges are far.  Remembers: how many were asked; the tree.
   gxVector<2> closestPoint(const gxVector<2>& point, bool vertexOnly) const;
 
   /// Returns the index of the vertex nearest to `point`, the lowest on ties.
   ///  - 0 where no vertex is at a finite distance, so for a NaN query
-  /// Throws: EmptyContour below 2 points.
+  /// Throws: EmptyContour below 2 points.  Cost, remembers: as `closestPoint`.
   long closestVertexIndex(const gxVector<2>& point) const;
 
   /// Returns the Euclidean distance from `point` to `closestPoint(point, vertexOnly)`.
@@ -127,7 +129,8 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// points, in their order.
   ///  - no points: an empty list, whatever the contour
   /// Throws: EmptyContour below 2 points.
-  /// Cost: as one call after the other, less what these do over and over.
+  /// Cost: as one call after the other, less what these do over and over; many points make the tree
+  /// at once.
   std::vector<gxVector<2>> closestPoints(const std::vector<gxVector<2>>& points, bool vertexOnly) const;
   std::vector<long> closestVertexIndices(const std::vector<gxVector<2>>& points) const;
   std::vector<double> distsToPoints(const std::vector<gxVector<2>>& points, bool vertexOnly) const;
@@ -220,7 +223,9 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   ///  - a tolerance of 0, below 0 or NaN: nothing; infinity: every vertex at a finite distance, by
   ///    index
   /// Throws: EmptyContour below 2 points.
-  /// Cost: O(n log n) for the first query of a tolerance.  Remembers: one grid for every tolerance.
+  /// Cost: O(n) for the first 16 queries with a tolerance, O(n log n) for the next one, which makes a
+  /// grid; then by the vertices in the cells around.  Remembers: for every tolerance the number of
+  /// queries, and the grid.
   std::vector<int> vertexIndex(const gxVector<2>& point, double tolerance) const;
 
   // ---- Mapping, conversion, drawing (contour_mapping.cpp, contour_drawing.cpp) -------------------
@@ -313,6 +318,8 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   static gx_Instantiator sExemplar;
 
   void computeLineSegs() const;
+  bool treePays_(unsigned effort) const;
+  void expectNearest_(std::size_t questions) const;
 
   State state_;
 };

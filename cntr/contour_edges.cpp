@@ -33,15 +33,23 @@ void gxContour::computeLineSegs() const {
   const std::vector<gxVector<2>>& points = state_.points;
   const bool closed = isClosed();
   const std::size_t count = gx_edgeCount(points.size(), closed);
-  std::vector<gxLineSeg> segments(count);
-  std::vector<gxLine> lines(count);
-  std::vector<gxRect> bounds(count);
+  std::vector<gxLineSeg> segments;
+  std::vector<gxLine> lines;
+  std::vector<gxRect> bounds;
   std::vector<bool> valid(count);
+  segments.reserve(count);
+  lines.reserve(count);
+  bounds.reserve(count);
   gx_forEachEdge(points.size(), closed, [&](std::size_t from, std::size_t to, std::size_t k) {
-    if (gfRealEq(points[from], points[to], kCoincide)) return;
-    segments[k] = gxLineSeg(points[from], points[to]);
-    lines[k] = segments[k].line();
-    bounds[k] = pointRect(points[from]).enclose(pointRect(points[to]));
+    if (gfRealEq(points[from], points[to], kCoincide)) {
+      segments.emplace_back();
+      lines.emplace_back();
+      bounds.emplace_back();
+      return;
+    }
+    segments.emplace_back(points[from], points[to]);
+    lines.push_back(segments.back().line());
+    bounds.push_back(pointRect(points[from]).enclose(pointRect(points[to])));
     valid[k] = true;
   });
 

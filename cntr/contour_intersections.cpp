@@ -15,7 +15,7 @@
 // contour's own edges and end contacts left out, which leaves out the edge itself and its
 // neighbours, until some edge has a hit.
 //
-// Few edges are taken from the edge list one after the other.  Of more, only those come to step 2
+// Few edges are taken one after the other, made from the points.  Of more, only those come to step 2
 // whose runs pass in the edge index (internal/edge_index, internal/crossing): the edges are met in
 // the same order, and each is asked the same.
 #include <cntr/contour.h>
@@ -32,15 +32,13 @@ std::vector<gxVector<2>> gxContour::intersections(const gxLineSeg& seg, std::vec
   const gx_CrossingQuery query(seg, countEndContacts);
   if (!encloseRect(gxXform<2>::I).overlaps(query.box())) return {};
   std::vector<gx_Hit> hits;
+  const std::vector<gxVector<2>>& points = state_.points;
   if (indexPays_()) {
-    gx_findHits(edgeIndex_(), state_.points, isClosed(), query, hits);
+    gx_findHits(edgeIndex_(), points, isClosed(), query, hits);
   } else {
-    computeLineSegs();
-    const gx_ContourMemory& memory = state_.memory;
-    for (std::size_t k = 0; k < memory.segments.size(); ++k) {
-      if (!memory.validLine[k] || !memory.segmentBounds[k].overlaps(query.box())) continue;
-      query.test(memory.segments[k], memory.lines[k], k, hits);
-    }
+    gx_forEachEdge(points.size(), isClosed(), [&](std::size_t from, std::size_t to, std::size_t k) {
+      query.test(points[from], points[to], k, hits);
+    });
   }
   return gx_inOrderAlong(seg, hits, edges);
 }

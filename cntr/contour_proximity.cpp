@@ -6,8 +6,9 @@
 // edge of no length), the end for t >= 1, else the projection on the edge's line.  The distance
 // chooses the edge, the formula gives the point; where rounding makes them disagree, that stands.
 //
-// Contours of more than a few points find the edge and the vertex through the edge index
-// (internal/nearest), which gives the same edge and the same vertex.
+// Contours of more than a few points find the edge and the vertex through a tree over the edges
+// (internal/nearest), which gives the same edge and the same vertex, once the questions before have cost
+// about as much as making it.
 #include <cntr/contour.h>
 #include <cntr/internal/edge_lengths.h>
 #include <cntr/internal/edge_walk.h>
@@ -15,6 +16,11 @@
 #include <cntr/internal/probe.h>
 
 namespace {
+
+// What a question without the tree costs, and what making the tree costs, in nanoseconds a point.
+constexpr unsigned kVertexEffort = 1;
+constexpr unsigned kEdgeEffort = 3;
+constexpr unsigned kTreeEffort = 10;
 
 double lengthOf(const std::vector<gxVector<2>>& points, bool closed) {
   double sum = 0.0;
@@ -44,13 +50,28 @@ double gxContour::length() const {
   return memory.length;
 }
 
+// Tells whether the tree is there, or has become worth its making: else the question about to be answered
+// counts.
+bool gxContour::treePays_(unsigned effort) const {
+  if (!indexPays_()) return false;
+  unsigned& spent = state_.memory.nearestEffort;
+  if (spent >= kTreeEffort) return true;
+  spent += effort;
+  return false;
+}
+
+// Makes the tree pay at once for many questions.
+void gxContour::expectNearest_(std::size_t questions) const {
+  if (questions >= kTreeEffort) state_.memory.nearestEffort = kTreeEffort;
+}
+
 gxVector<2> gxContour::closestPoint(const gxVector<2>& point, bool vertexOnly) const {
   if (vertexOnly) return state_.points[static_cast<std::size_t>(closestVertexIndex(point))];
   checkEmptyContour();
   const std::vector<gxVector<2>>& points = state_.points;
   const bool closed = isClosed();
-  const std::size_t k = indexPays_() ? gx_nearestEdge(edgeIndex_(), points, closed, point)
-                                     : gx_nearestEdge(points, closed, point);
+  const std::size_t k = treePays_(kEdgeEffort) ? gx_nearestEdge(edgeIndex_(), points, closed, point)
+                                               : gx_nearestEdge(points, closed, point);
   if (k == gx_edgeCount(points.size(), closed)) return {};
   return nearestOnEdge(
       gxLineSeg(points[gx_edgeStart(k, points.size(), closed)], points[gx_edgeEnd(k, closed)]), point);
@@ -58,7 +79,7 @@ gxVector<2> gxContour::closestPoint(const gxVector<2>& point, bool vertexOnly) c
 
 long gxContour::closestVertexIndex(const gxVector<2>& point) const {
   checkEmptyContour();
-  if (!indexPays_()) return static_cast<long>(gx_nearestVertex(state_.points, point));
+  if (!treePays_(kVertexEffort)) return static_cast<long>(gx_nearestVertex(state_.points, point));
   return static_cast<long>(gx_nearestVertex(edgeIndex_(), state_.points, isClosed(), point));
 }
 
@@ -72,6 +93,7 @@ std::vector<gxVector<2>> gxContour::closestPoints(const std::vector<gxVector<2>>
                                                   bool vertexOnly) const {
   std::vector<gxVector<2>> result;
   result.reserve(points.size());
+  expectNearest_(points.size());
   for (const gxVector<2>& point : points) result.push_back(gxContour::closestPoint(point, vertexOnly));
   return result;
 }
@@ -79,6 +101,7 @@ std::vector<gxVector<2>> gxContour::closestPoints(const std::vector<gxVector<2>>
 std::vector<long> gxContour::closestVertexIndices(const std::vector<gxVector<2>>& points) const {
   std::vector<long> result;
   result.reserve(points.size());
+  expectNearest_(points.size());
   for (const gxVector<2>& point : points) result.push_back(gxContour::closestVertexIndex(point));
   return result;
 }
@@ -87,6 +110,7 @@ std::vector<double> gxContour::distsToPoints(const std::vector<gxVector<2>>& poi
                                              bool vertexOnly) const {
   std::vector<double> result;
   result.reserve(points.size());
+  expectNearest_(points.size());
   for (const gxVector<2>& point : points) result.push_back(gxContour::distToPoint(point, vertexOnly));
   return result;
 }

@@ -92,6 +92,9 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   ///  - NaN: outside
   /// Throws: EmptyContour below 2 points; gxBadPointer for a null hole; BadParams "holes nest too
   /// deeply" when a region comes up again among the holes of its own holes.
+  /// Cost: that of a ray, O(n) for the first question and mostly less for the next ones, until rays
+  /// have cost about as much as a grid of cells; then O(1) for most points.
+  /// Remembers: what rays have cost; the grid.
   bool inside(const gxVector<2>& point, bool considerHoles) const;
   /// Returns the same for each of many points, in their order.
   ///  - no points: an empty list, whatever the region

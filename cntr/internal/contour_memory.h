@@ -64,11 +64,15 @@ struct gx_ContourMemory {
   // The tree of boxes over the edges, made by the first question that it pays for.
   gx_DeepPtr<gx_EdgeIndex> edgeIndex;
 
+  // What looking for the nearest edge or vertex has cost before there was a tree for it, about, in
+  // nanoseconds a point.
+  unsigned nearestEffort = 0;
+
   bool medianFeatureSizeValid = false;
   double medianFeatureSize = 0.0;
 
-  // One grid per tolerance asked for, in the order of first use.
-  gx_DeepPtr<std::vector<gx_VertexGrid>> vertexGrids;
+  // What is known of each tolerance that vertices were looked up with, in the order of first use.
+  std::vector<gx_VertexLookup> vertexLookups;
 
   // Whether somebody relies on the points and on the remembered upright rectangle, and is to hear
   // when either changes or is forgotten.  Does not go along with a copy or a move.
@@ -79,8 +83,9 @@ struct gx_ContourMemory {
     watch.changed();
     encloseRects.reset();
     extremalVertices.reset();
-    vertexGrids.reset();
+    std::vector<gx_VertexLookup>().swap(vertexLookups);
     edgeIndex.reset();
+    nearestEffort = 0;
     meanPositionValid = false;
     lengthValid = false;
     length = 0.0;

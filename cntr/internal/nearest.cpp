@@ -4,16 +4,16 @@
 // Here runs of edges come in any order, so the first of the smallest is found by comparing numbers
 // too: a candidate wins when its distance is smaller, or equal and its number lower.
 //
-//   1. The runs come from the slab tree, from the upright boxes of the edge index where that does not
-//      answer, or, of few points, all points are one run.  Runs are left out with a slack far above
-//      rounding.
+//   1. The runs come from the slab tree, or from the upright boxes of the edge index where that does not
+//      answer; without an index all runs of 16 come one after the other.  Runs are left out with a slack
+//      far above rounding.
 //   2. Of a run, the squared distances of all edges are measured side by side: from v, the start seen
 //      from the point, along the edge d by t = −v · d / d · d, kept within [0, 1], to the foot v + t d.
 //   3. Those not above the smallest of them, nor above the best so far, by a slack of the same kind,
 //      are asked for the exact distance, with its square root and division: one or two of a run.
 //
 // The slack of a run is in proportion to its farthest point, and where squares might overflow all
-// edges of the run are asked.
+// edges of the run are asked.  Of a handful of points everything is asked straight away.
 #include <cntr/internal/edge_walk.h>
 #include <cntr/internal/nearest.h>
 #include <velstd/line_seg.h>
@@ -37,12 +37,20 @@ constexpr double kSlack = gx_EdgeIndex::kSlack;
 
 // Sums of squares of smaller numbers do not overflow.
 constexpr double kLargestPlain = 1e150;
+constexpr double kLargestSquare = 1e300;
+
+// The longest run: what a leaf of an index holds, and what is scanned at a time without one.  One point
+// far from all others costs the run that it is in, and no more.
+constexpr std::size_t kLongestRun = 16;
+
+// Of so few points measuring gains nothing.
+constexpr std::size_t kHandful = 6;
 
 // What is measured of a run of edges or vertices.
 struct Measured {
-  double squares[gx_kLongestScan + 1];  // of the distances, about; NaN where a coordinate is
-  double smallest = kInfinity;          // of the squares
-  double size = 0.0;                    // |x| + |y| of no point seen from the query is larger
+  double squares[kLongestRun + 1];  // of the distances, about; NaN where a coordinate is
+  double smallest = kInfinity;      // of the squares
+  double size = 0.0;                // |x| + |y| of no point seen from the query is larger
 };
 
 #if defined(__SSE2__)
@@ -162,11 +170,21 @@ struct Best {
       number = k;
     }
   }
+
+  // Whether nothing numbered from `first` on can win any more.
+  bool isBefore(std::size_t first) const { return distance == 0.0 && number < first; }
 };
+
+// The length of the vector, as it rounds its own, mostly without a call.
+inline double distanceOf(const gxVector<2>& v) {
+  const double square = v * v;
+  return square > gx_EdgeIndex::kSmallestSquare && square < kLargestSquare ? std::sqrt(square) : v.len();
+}
 
 // Asks the edges between consecutive points, numbered from `number`.
 void askEdges(const gxVector<2>* points, std::size_t edges, std::size_t number, const gxVector<2>& point,
               Best& best) {
+  if (best.isBefore(number)) return;
   Measured m;
   measureEdges(points, edges, point, m);
   const double slack = m.size < kLargestPlain ? kSlack * m.size : kInfinity;
@@ -177,20 +195,28 @@ void askEdges(const gxVector<2>* points, std::size_t edges, std::size_t number, 
   for (std::uint64_t left = notAbove(m, edges, limit); left != 0; left &= left - 1) {
     const auto i = static_cast<std::size_t>(std::countr_zero(left));
     best.offer(gxLineSeg(points[i], points[i + 1]).distToPoint(point), number + i);
+    if (best.isBefore(number + i + 1)) return;
   }
 }
 
 // Asks vertices numbered from `number`.
 void askVertices(const gxVector<2>* points, std::size_t count, std::size_t number,
                  const gxVector<2>& point, Best& best) {
+  if (best.isBefore(number)) return;
   Measured m;
   measureVertices(points, count, point, m);
   const double smallest = std::min(m.smallest, best.distance * best.distance);
   const double limit = std::max(smallest * (1.0 + kSlack), gx_EdgeIndex::kSmallestSquare);
   if (m.smallest > limit) return;
+  // Of two squares that have kept their digits the lower one's root is not above the other's.
+  double lowest = kInfinity;
   for (std::uint64_t left = notAbove(m, count, limit); left != 0; left &= left - 1) {
     const auto i = static_cast<std::size_t>(std::countr_zero(left));
-    best.offer(point.distance(points[i]), number + i);
+    if (lowest < kInfinity && m.squares[i] >= lowest) continue;
+    best.offer(distanceOf(points[i] - point), number + i);
+    if (best.isBefore(number + i + 1)) return;
+    if (m.squares[i] > gx_EdgeIndex::kSmallestSquare && m.squares[i] < kLargestSquare)
+      lowest = m.squares[i];
   }
 }
 
@@ -244,12 +270,30 @@ std::size_t gx_nearestVertex(const gx_EdgeIndex& index, const Points& points, bo
 std::size_t gx_nearestEdge(const Points& points, bool closed, const gxVector<2>& point) {
   const std::size_t edges = gx_edgeCount(points.size(), closed);
   Best best{kInfinity, edges};
-  askEdges(points, closed, 0, edges, point, best);
+  if (edges <= kHandful) {
+    gx_forEachEdge(points.size(), closed, [&](std::size_t from, std::size_t to, std::size_t k) {
+      best.offer(gxLineSeg(points[from], points[to]).distToPoint(point), k);
+    });
+    return best.number;
+  }
+  for (std::size_t first = 0; first < edges; first += kLongestRun) {
+    askEdges(points, closed, first, std::min(first + kLongestRun, edges), point, best);
+  }
   return best.number;
 }
 
 std::size_t gx_nearestVertex(const Points& points, const gxVector<2>& point) {
   Best best;
-  askVertices(points.data(), points.size(), 0, point, best);
+  if (points.size() <= kHandful) {
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      const double distance = distanceOf(points[i] - point);
+      if (!(distance < best.distance)) continue;
+      best = {distance, i};
+    }
+    return best.number;
+  }
+  for (std::size_t first = 0; first < points.size(); first += kLongestRun) {
+    askVertices(&points[first], std::min(kLongestRun, points.size() - first), first, point, best);
+  }
   return best.number;
 }

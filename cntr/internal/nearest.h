@@ -19,10 +19,7 @@ GXSHAPE_API std::size_t gx_nearestVertex(const gx_EdgeIndex& index,
                                          const std::vector<gxVector<2>>& points, bool closed,
                                          const gxVector<2>& point);
 
-/// Of so many points at most, all edges or vertices are measured without an index.
-inline constexpr std::size_t gx_kLongestScan = 64;
-
-/// The same of few points, without an index.
+/// The same without an index, by measuring all edges or vertices.
 GXSHAPE_API std::size_t gx_nearestEdge(const std::vector<gxVector<2>>& points, bool closed,
                                        const gxVector<2>& point);
 GXSHAPE_API std::size_t gx_nearestVertex(const std::vector<gxVector<2>>& points,

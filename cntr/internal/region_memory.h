@@ -37,12 +37,12 @@ struct gx_RegionMemory {
   bool outerHullValid = false;
   gxPtrHandle_const<gxRegion> outerHull;
 
-  // The grid that answers most containment queries, made by the first one that it pays for.  It
-  // stands for the ray only while the remembered upright rectangle of the outline is the true one,
-  // which is known to be so at this count of changes of that memory.
+  // The grid that answers most containment queries, made when rays have cost as much.  It stands
+  // for the ray only while the remembered upright rectangle of the outline is the true one, which is
+  // known to be so at this count of changes of that memory.
   gx_DeepPtr<gx_ContainmentGrid> containment;
   std::uint64_t rectangleTrueAt = 0;
-  std::uint64_t containmentQuestions = 0;  // asked before there was a grid
+  std::uint64_t rayEffort = 0;  // what rays have cost, about, in nanoseconds
 
   /// Forgets every result.
   void drop() noexcept {
@@ -53,6 +53,6 @@ struct gx_RegionMemory {
     regularizedValid = outerHullValid = false;
     containment.reset();
     rectangleTrueAt = 0;
-    containmentQuestions = 0;
+    rayEffort = 0;
   }
 };

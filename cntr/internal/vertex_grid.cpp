@@ -10,6 +10,9 @@
 // lies outside.  The cells themselves are a sorted list, and only those that exist are visited, so
 // each is visited once and in order.  A table of groups of columns, about as many as vertices, says
 // where in the list to look; it also makes the sorting a counting of groups and many short sorts.
+//
+// Without a grid every vertex is held against the tolerance, by its square first, and only those that
+// are found get a cell, to be put in order.
 #include <cntr/internal/vertex_grid.h>
 
 #include <algorithm>
@@ -26,14 +29,29 @@ double roundHalfAway(double value) {
   return value >= 0.0 ? std::trunc(value + 0.5) : std::trunc(value - 0.5);
 }
 
+double scaleOf(double tolerance) {
+  return std::min(1.0 / tolerance, std::numeric_limits<double>::max());
+}
+
+double cellOf(double coordinate, double scale) {
+  return std::clamp(roundHalfAway(scale * coordinate), -kLastCell, kLastCell);
+}
+
 bool finite(const gxVector<2>& p) {
   return std::isfinite(p.x()) && std::isfinite(p.y());
+}
+
+// Returns a number that the square of no distance below the tolerance is above, however it is rounded.
+// Squares of tolerances beyond these bounds may overflow or lose digits: they leave out nothing.
+double squareAbove(double tolerance) {
+  if (!(tolerance > 1e-140 && tolerance < 1e150)) return std::numeric_limits<double>::infinity();
+  return tolerance * tolerance * (1.0 + 1e-12);
 }
 
 }  // namespace
 
 gx_VertexGrid::gx_VertexGrid(const std::vector<gxVector<2>>& points, double tolerance)
-    : tolerance_(tolerance), scale_(std::min(1.0 / tolerance, std::numeric_limits<double>::max())) {
+    : tolerance_(tolerance), scale_(scaleOf(tolerance)) {
   std::vector<Entry> unsorted;
   unsorted.reserve(points.size());
   double lastColumn = -kLastCell;
@@ -58,17 +76,18 @@ gx_VertexGrid::gx_VertexGrid(const std::vector<gxVector<2>>& points, double tole
   for (const Entry& entry : unsorted) entries_[next[group_(entry.x)]++] = entry;
   for (std::size_t g = 0; g + 1 < groups_.size(); ++g) {
     if (groups_[g + 1] - groups_[g] < 2) continue;
-    std::sort(entries_.begin() + groups_[g], entries_.begin() + groups_[g + 1],
-              [](const Entry& a, const Entry& b) {
-                if (a.x != b.x) return a.x < b.x;
-                if (a.y != b.y) return a.y < b.y;
-                return a.index < b.index;
-              });
+    std::sort(entries_.begin() + groups_[g], entries_.begin() + groups_[g + 1], comesBefore_);
   }
 }
 
+bool gx_VertexGrid::comesBefore_(const Entry& a, const Entry& b) {
+  if (a.x != b.x) return a.x < b.x;
+  if (a.y != b.y) return a.y < b.y;
+  return a.index < b.index;
+}
+
 double gx_VertexGrid::cell_(double coordinate) const {
-  return std::clamp(roundHalfAway(scale_ * coordinate), -kLastCell, kLastCell);
+  return cellOf(coordinate, scale_);
 }
 
 // The cells within a tolerance of the coordinate, moved outwards past all rounding.
@@ -123,4 +142,23 @@ std::vector<int> gx_VertexGrid::near(const std::vector<gxVector<2>>& points,
     }
     column = std::nextafter(column, std::numeric_limits<double>::infinity());
   }
+}
+
+std::vector<int> gx_VertexGrid::scan(const std::vector<gxVector<2>>& points, double tolerance,
+                                     const gxVector<2>& point) {
+  const double limit = squareAbove(tolerance);
+  const double scale = scaleOf(tolerance);
+  std::vector<Entry> entries;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const gxVector<2> d = points[i] - point;
+    if (!(d * d <= limit) || !(d.len() < tolerance)) continue;
+    entries.push_back({cellOf(points[i].x(), scale), cellOf(points[i].y(), scale), static_cast<int>(i)});
+  }
+  if (!std::is_sorted(entries.begin(), entries.end(), comesBefore_)) {
+    std::sort(entries.begin(), entries.end(), comesBefore_);
+  }
+  std::vector<int> found;
+  found.reserve(entries.size());
+  for (const Entry& entry : entries) found.push_back(entry.index);
+  return found;
 }

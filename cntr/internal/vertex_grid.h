@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cntr/export.h>
+#include <cntr/internal/deep_ptr.h>
 #include <velstd/vector.h>
 
 #include <cstddef>
@@ -14,10 +15,13 @@ class GXSHAPE_API gx_VertexGrid {
  public:
   gx_VertexGrid(const std::vector<gxVector<2>>& points, double tolerance);
 
-  double tolerance() const { return tolerance_; }
-
   /// Returns the vertices nearer to `point` than the tolerance, cell by cell.
   std::vector<int> near(const std::vector<gxVector<2>>& points, const gxVector<2>& point) const;
+
+  /// Returns what a grid of that tolerance, above 0 and finite, answers, in the same order, by looking
+  /// at every vertex.
+  static std::vector<int> scan(const std::vector<gxVector<2>>& points, double tolerance,
+                               const gxVector<2>& point);
 
  private:
   struct Entry {
@@ -30,6 +34,8 @@ class GXSHAPE_API gx_VertexGrid {
     double first;
     double last;
   };
+
+  static bool comesBefore_(const Entry& a, const Entry& b);
 
   double cell_(double coordinate) const;
   Cells around_(double coordinate) const;
@@ -44,4 +50,11 @@ class GXSHAPE_API gx_VertexGrid {
   double firstColumn_ = 0.0;
   double groupsPerColumn_ = 0.0;
   std::vector<std::uint32_t> groups_;
+};
+
+/// What a contour knows of a tolerance that its vertices were looked up with.
+struct gx_VertexLookup {
+  double tolerance = 0.0;
+  unsigned questions = 0;          // answered by looking at every vertex, before there was a grid
+  gx_DeepPtr<gx_VertexGrid> grid;  // made when the questions have cost as much as it does
 };

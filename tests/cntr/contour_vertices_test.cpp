@@ -21,6 +21,9 @@ using Indices = std::vector<int>;
 constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
+// So many questions with one tolerance look at every vertex, before a grid is made.
+constexpr int kPlainQuestions = 16;
+
 Indices lookUp(const std::string& text, const V& query, double tolerance) {
   return gxContour(pointsOf(text)).vertexIndex(query, tolerance);
 }
@@ -87,12 +90,30 @@ TEST(ContourVertexLookup, AToleranceThatMakesNoCellsBuildsNoGrid) {
 TEST(ContourVertexLookup, EachToleranceBuildsItsGridOnce) {
   const gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
   const Computed grids(gx_Computation::eVertexGrid);
+  for (int i = 0; i < kPlainQuestions; ++i) {
+    contour.vertexIndex(V(0, 0), 1);
+    contour.vertexIndex(V(0, 0), 1.0000001);
+  }
+  EXPECT_EQ(grids.times(), 0) << "not before it pays";
   contour.vertexIndex(V(0, 0), 1);
+  EXPECT_EQ(grids.times(), 1);
   contour.vertexIndex(V(0, 0), 1.0000001);
   EXPECT_EQ(grids.times(), 2);
   contour.vertexIndex(V(5, 5), 1);
   contour.vertexIndex(V(5, 5), 1.0000001);
   EXPECT_EQ(grids.times(), 2);
+}
+
+TEST(ContourVertexLookup, QuestionsOfACopyGoOnWhereThoseOfTheOriginalStood) {
+  const gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
+  for (int i = 0; i < kPlainQuestions; ++i) contour.vertexIndex(V(0, 0), 1);
+  gxContour copy(contour);
+  const Computed grids(gx_Computation::eVertexGrid);
+  copy.vertexIndex(V(0, 0), 1);
+  EXPECT_EQ(grids.times(), 1);
+  copy.isClosed(true);
+  copy.vertexIndex(V(0, 0), 1);
+  EXPECT_EQ(grids.times(), 1) << "and begin anew where the memory is dropped";
 }
 
 TEST(ContourVertexLookup, OfOnePointOrNoneIsRefusedWhateverTheTolerance) {
@@ -191,6 +212,25 @@ TEST(ContourVertexLookupAtRandom, EqualsThePlainSearchInTheOrderOfTheCells) {
   }
 }
 
+TEST(ContourVertexLookupAtRandom, AnswersTheSameBeforeThereIsAGridAndAfter) {
+  RandomShapes random("vertex lookup again", 400);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const Points points = random.outline();
+    if (points.size() < 2) continue;
+    const gxContour contour(points);
+    const double tolerance = std::pow(10.0, random.uniform(-6, 3));
+    for (int i = 0; i < 2 * kPlainQuestions; ++i) {
+      const V& near =
+          points[static_cast<std::size_t>(random.integer(0, static_cast<int>(points.size()) - 1))];
+      const V query =
+          random.chance(0.3) ? near : near + V(random.uniform(-2, 2), random.uniform(-2, 2)) * tolerance;
+      EXPECT_EQ(contour.vertexIndex(query, tolerance), plainSearch(points, query, tolerance))
+          << "tolerance " << tolerance << ", question " << i;
+    }
+  }
+}
+
 TEST(ContourVertexLookupAtRandom, EqualsThePlainSearchForEveryPairOfScales) {
   // Coordinates of any size against tolerances of any size, at the edges of cells and beside them.
   RandomShapes random("vertex lookup scales", 2000);
@@ -205,8 +245,10 @@ TEST(ContourVertexLookupAtRandom, EqualsThePlainSearchForEveryPairOfScales) {
       points.push_back(V(size, -size) + steps * tolerance + ulps * (size * 1.1e-16));
     }
     const gxContour contour(points);
-    for (const V& query : points) {
-      EXPECT_EQ(contour.vertexIndex(query, tolerance), plainSearch(points, query, tolerance));
+    for (int round = 0; round < 2; ++round) {  // the second finds a grid
+      for (const V& query : points) {
+        EXPECT_EQ(contour.vertexIndex(query, tolerance), plainSearch(points, query, tolerance));
+      }
     }
   }
 }

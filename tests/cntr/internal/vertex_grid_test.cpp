@@ -15,11 +15,9 @@ using Indices = std::vector<int>;
 
 Indices near(const std::string& text, const V& query, double tolerance) {
   const std::vector<V> points = pointsOf(text);
-  return gx_VertexGrid(points, tolerance).near(points, query);
-}
-
-TEST(VertexGrid, KeepsItsTolerance) {
-  EXPECT_EQ(gx_VertexGrid(pointsOf("0 0, 1 1"), 0.25).tolerance(), 0.25);
+  const Indices found = gx_VertexGrid(points, tolerance).near(points, query);
+  EXPECT_EQ(gx_VertexGrid::scan(points, tolerance, query), found);
+  return found;
 }
 
 TEST(VertexGrid, WithoutPointsFindsNothing) {
@@ -67,6 +65,7 @@ TEST(VertexGrid, ManyVerticesInOneCellComeByIndex) {
   const gx_VertexGrid grid(points, 1.0);
   const Indices found = grid.near(points, V(0, 0));
   ASSERT_EQ(found.size(), 1000u);
+  EXPECT_EQ(gx_VertexGrid::scan(points, 1.0, V(0, 0)), found);
   for (int i = 0; i < 1000; ++i) EXPECT_EQ(found[static_cast<std::size_t>(i)], i);
 }
 
