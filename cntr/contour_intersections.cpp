@@ -15,9 +15,10 @@
 // contour's own edges and end contacts left out, which leaves out the edge itself and its
 // neighbours, until some edge has a hit.
 //
-// Few edges are taken one after the other, made from the points.  Of more, only those come to step 2
-// whose runs pass in the edge index (internal/edge_index, internal/crossing): the edges are met in
-// the same order, and each is asked the same.
+// Few edges are taken one after the other.  Of more, only those come to step 2 whose runs pass in the
+// edge index (internal/edge_index, internal/crossing): the edges are met in the same order, and each
+// is asked the same.  The contour's upright box is asked for once, not for every edge: it is remembered
+// by the first question and stays so.
 #include <cntr/contour.h>
 #include <cntr/internal/crossing.h>
 #include <cntr/internal/edge_walk.h>
@@ -30,12 +31,12 @@ std::vector<gxVector<2>> gxContour::intersections(const gxLineSeg& seg, std::vec
   checkEmptyContour();
   edges.clear();
   const gx_CrossingQuery query(seg, countEndContacts);
-  if (!encloseRect(gxXform<2>::I).overlaps(query.box())) return {};
+  if (!query.reaches(encloseRect(gxXform<2>::I))) return {};
   std::vector<gx_Hit> hits;
-  const std::vector<gxVector<2>>& points = state_.points;
   if (indexPays_()) {
-    gx_findHits(edgeIndex_(), points, isClosed(), query, hits);
+    gx_findHits(edgeIndex_(), state_.points, isClosed(), query, hits);
   } else {
+    const std::vector<gxVector<2>>& points = state_.points;
     gx_forEachEdge(points.size(), isClosed(), [&](std::size_t from, std::size_t to, std::size_t k) {
       query.test(points[from], points[to], k, hits);
     });
@@ -58,6 +59,12 @@ std::vector<gxVector<2>> gxContour::intersections(const gxContour& other) const 
                      other.isClosed(), result);
     return result;
   }
+  if (!indexPays_()) {
+    if (gx_edgeCount(theirs.size(), other.isClosed()) == 0) return result;
+    const gxRect box = encloseRect(gxXform<2>::I);
+    gx_findCrossingsOfFew(state_.points, isClosed(), box, theirs, other.isClosed(), result);
+    return result;
+  }
   gx_forEachEdge(theirs.size(), other.isClosed(), [&](std::size_t from, std::size_t to, std::size_t) {
     const std::vector<gxVector<2>> hits = intersections(gxLineSeg(theirs[from], theirs[to]), true);
     result.insert(result.end(), hits.begin(), hits.end());
@@ -72,13 +79,10 @@ bool gxContour::isSelfIntersecting() const {
   gx_countComputation(gx_Computation::eSelfIntersection);
   bool crosses = false;
   if (gx_hasEdgeOfLength(state_.points, isClosed())) {
+    checkEmptyContour();
     const gxRect box = encloseRect(gxXform<2>::I);
-    if (indexPays_()) {
-      crosses = gx_crossesItself(edgeIndex_(), state_.points, isClosed(), box);
-    } else {
-      const gx_EdgeIndex index(state_.points, isClosed());  // of few points, made faster than kept
-      crosses = gx_crossesItself(index, state_.points, isClosed(), box);
-    }
+    crosses = indexPays_() ? gx_crossesItself(edgeIndex_(), state_.points, isClosed(), box)
+                           : gx_fewCrossThemselves(state_.points, isClosed(), box);
   }
   memory.selfIntersecting = crosses;
   memory.selfIntersectingValid = true;

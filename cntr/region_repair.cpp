@@ -88,7 +88,7 @@ void gxRegion::outerHullRegularize(gxRegion& result, bool hull) const {
       [this](const gxLineSeg& seg) {
         if (!indexPays_()) return gxContour::intersections(seg, true).size();
         const gx_CrossingQuery query(seg, true);
-        if (!encloseRect(gxXform<2>::I).overlaps(query.box())) return std::size_t{0};
+        if (!query.reaches(encloseRect(gxXform<2>::I))) return std::size_t{0};
         return countHits(edgeIndex_(), points(), query);
       },
       [this](const gxVector<2>& point) { return insideCount(point, true); }};

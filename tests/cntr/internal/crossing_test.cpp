@@ -1,3 +1,4 @@
+// Covers cntr/internal/self_crossing.cpp
 // Crossings through the index, held against the scan.
 #include "large_outlines.h"
 
