@@ -79,11 +79,13 @@ gxContour& gxContour::operator=(gxContour&& other) noexcept {
   return *this;
 }
 
+// Once the copy is made nothing is asked of the source any more, which what is dropped may own.
 void gxContour::assignContour_(const gxContour& other) {
   if (this == &other) return;
-  State old(other.state_);
-  std::swap(state_, old);
-  if (other.isClosed() != isClosed()) state_.memory.drop();
+  State copy(other.state_);
+  const bool closed = other.isClosed();
+  state_ = std::move(copy);
+  if (closed != isClosed()) state_.memory.drop();
 }
 
 void gxContour::assignContour_(gxContour&& other) noexcept {

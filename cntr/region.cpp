@@ -5,6 +5,7 @@
 // assigns each half once.
 #include <cntr/region.h>
 
+#include <typeinfo>
 #include <utility>
 
 gxRegion::gxRegion() = default;
@@ -38,6 +39,14 @@ gxRegion::~gxRegion() = default;
 
 gxRegion& gxRegion::operator=(const gxRegion& other) {
   if (this == &other) return *this;
+  if (typeid(*this) == typeid(gxRegion)) {  // no derived class has to follow, and could fail to
+    std::vector<HoleHandle> holes(other.holes_);
+    gx_RegionMemory memory(other.memory_);
+    assignContour_(other);  // from here on the source may be gone with what this region held
+    holes_.swap(holes);
+    memory_ = std::move(memory);
+    return *this;
+  }
   gxRegion copy(other);
   takeOver_(copy);
   return *this;

