@@ -16,7 +16,11 @@
 #include <cmath>
 #include <limits>
 
+namespace {
+
 using Points = std::vector<gxVector<2>>;
+
+}  // namespace
 
 gx_CrossingQuery::gx_CrossingQuery(const gxVector<2>& from, const gxVector<2>& to, bool countEndContacts)
     : from_(from),

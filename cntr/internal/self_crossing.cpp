@@ -14,7 +14,11 @@
 
 #include <algorithm>
 
+namespace {
+
 using Points = std::vector<gxVector<2>>;
+
+}  // namespace
 
 bool gx_hasEdgeOfLength(const Points& points, bool closed) {
   bool found = false;
