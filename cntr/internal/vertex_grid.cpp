@@ -25,8 +25,14 @@ namespace {
 // From here on neighbouring integers are not all doubles.
 constexpr double kLastCell = 9007199254740992.0;  // 2^53
 
+// So many entries are looked at one after the other before a place is looked up.
+constexpr int kStep = 8;
+
 double roundHalfAway(double value) {
-  return value >= 0.0 ? std::trunc(value + 0.5) : std::trunc(value - 0.5);
+  const double moved = value >= 0.0 ? value + 0.5 : value - 0.5;
+  // Cut off through an integer, which takes no call; beyond, there are no digits to cut off.
+  return std::abs(moved) < kLastCell ? static_cast<double>(static_cast<long long>(moved))
+                                     : std::trunc(moved);
 }
 
 double scaleOf(double tolerance) {
@@ -86,12 +92,12 @@ bool gx_VertexGrid::comesBefore_(const Entry& a, const Entry& b) {
   return a.index < b.index;
 }
 
-double gx_VertexGrid::cell_(double coordinate) const {
+inline double gx_VertexGrid::cell_(double coordinate) const {
   return cellOf(coordinate, scale_);
 }
 
 // The cells within a tolerance of the coordinate, moved outwards past all rounding.
-gx_VertexGrid::Cells gx_VertexGrid::around_(double coordinate) const {
+inline gx_VertexGrid::Cells gx_VertexGrid::around_(double coordinate) const {
   constexpr double kSlack = 4.0 * std::numeric_limits<double>::epsilon();
   const double reach = tolerance_ + kSlack * (std::abs(coordinate) + tolerance_);
   const double own = cell_(coordinate);
@@ -100,14 +106,14 @@ gx_VertexGrid::Cells gx_VertexGrid::around_(double coordinate) const {
 }
 
 // The group of a column between the first and the last; never decreases with the column.
-std::size_t gx_VertexGrid::group_(double column) const {
+inline std::size_t gx_VertexGrid::group_(double column) const {
   return static_cast<std::size_t>((column - firstColumn_) * groupsPerColumn_);
 }
 
-// The first entry of that column from that row on, or of a later column; null where there is none.
-const gx_VertexGrid::Entry* gx_VertexGrid::firstFrom_(double column, double row) const {
-  const Entry* begin = entries_.data();
-  const Entry* end = begin + entries_.size();
+// The first entry of that column from that row on, or of a later column; the end of the entries where
+// there is none.
+inline const gx_VertexGrid::Entry* gx_VertexGrid::firstFrom_(double column, double row) const {
+  const Entry* const begin = entries_.data();
   const Entry* from = begin;
   const Entry* to = begin;
   if (column >= firstColumn_) {
@@ -115,33 +121,39 @@ const gx_VertexGrid::Entry* gx_VertexGrid::firstFrom_(double column, double row)
     from = begin + groups_[group];
     to = begin + groups_[group + 1];
   }
-  const Entry* found = std::lower_bound(
-      from, to, column, [row](const Entry& e, double x) { return e.x < x || (e.x == x && e.y < row); });
-  return found == end ? nullptr : found;
+  const auto liesBefore = [column, row](const Entry& e) {
+    return e.x < column || (e.x == column && e.y < row);
+  };
+  if (to - from > kStep) return std::partition_point(from, to, liesBefore);
+  while (from != to && liesBefore(*from)) ++from;
+  return from;
 }
 
 std::vector<int> gx_VertexGrid::near(const std::vector<gxVector<2>>& points,
                                      const gxVector<2>& point) const {
   std::vector<int> found;
   if (!finite(point) || entries_.empty()) return found;
+  const double limit = squareAbove(tolerance_);
   const Cells columns = around_(point.x());
   const Cells rows = around_(point.y());
   const Entry* const end = entries_.data() + entries_.size();
-  double column = columns.first;
-  while (true) {
-    const Entry* at = firstFrom_(column, rows.first);
-    if (at == nullptr || at->x > columns.last) return found;
-    if (at->x != column) {  // no such column: go on with the next that exists
-      column = at->x;
-      continue;
+  int passedOver = 0;
+  for (const Entry* at = firstFrom_(columns.first, rows.first); at != end && at->x <= columns.last;) {
+    if (at->y >= rows.first && at->y <= rows.last) {
+      const gxVector<2> d = points[static_cast<std::size_t>(at->index)] - point;
+      if (d * d <= limit && d.len() < tolerance_) found.push_back(at->index);
+      passedOver = 0;
+      ++at;
+    } else if (++passedOver < kStep) {
+      ++at;
+    } else {  // a column with much above or below the rows
+      const bool below = at->y < rows.first;
+      const double next = below ? at->x : std::nextafter(at->x, std::numeric_limits<double>::infinity());
+      at = firstFrom_(next, rows.first);
+      passedOver = 0;
     }
-    for (; at != end && at->x == column && at->y <= rows.last; ++at) {
-      if (points[static_cast<std::size_t>(at->index)].distance(point) < tolerance_) {
-        found.push_back(at->index);
-      }
-    }
-    column = std::nextafter(column, std::numeric_limits<double>::infinity());
   }
+  return found;
 }
 
 std::vector<int> gx_VertexGrid::scan(const std::vector<gxVector<2>>& points, double tolerance,
