@@ -17,7 +17,8 @@ std::vector<gxVector<2>> gx_wobblyOutline(std::int64_t count, double x = 0.0, do
 // The mean radius of such an outline.
 double gx_radiusOf(std::int64_t count);
 
-// The same with every 20th point and its successor exchanged: count / 20 small crossings.
+// The same with every 20th point and its successor exchanged. Not every exchange makes the outline cross
+// itself, only about count / 75 do: where the noise bends it the other way, it just turns back a little.
 std::vector<gxVector<2>> gx_kinkedOutline(std::int64_t count);
 
 // `count` points spread evenly over the square of 2.4 radii around an outline of `outlineSize` points.

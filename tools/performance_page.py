@@ -309,7 +309,7 @@ def page(results):
     for n in (10000, 100000):
         lines += [f"### At n = {size_text(n)}", ""] + summary(results, n) + [""]
     lines += ["## Where a peer is faster", ""] + misses_section(results) + [""]
-    lines += ["## Against the plain scan, n = 100,000", ""] + targets_section(results) + [""]
+    lines += ["## Against the plain scan, n = 100,000", ""] + targets_section(results) + ["", words.TARGETS, ""]
     lines += ["## Memory", "", words.MEMORY, ""] + memory_section(results) + [""]
     lines += ["## Hard shapes", "", words.ADVERSARY, ""] + adversary_section(results) + [""]
     lines += ["## Few points", "", words.SMALL, ""] + small_section(results) + [""]

@@ -51,13 +51,21 @@ SMALL = """One call on a fresh smooth outline of n points, beside the plain scan
 # Where the benchmark has no n = 10,000 or 100,000.
 SUMMARY_SIZES = {"self_intersecting_set": 20000, "self_intersecting_set_pairs": 20000}
 
+TARGETS = """The plain scan of segments has its edges, lines and boxes made beforehand, as a contour keeps them: one
+comparison of boxes an edge, below a nanosecond. A short segment cannot be answered in a thousandth of that: its
+few crossings alone, computed and checked, take longer."""
+
 WORKLOADS = {
     "area_and_centre": Workload(
         "Area and centre of mass", "point",
-        "The area and the centre of mass of a closed outline, both, of a shape that remembers neither."),
+        "The area and the centre of mass of a closed outline, both, of a shape that remembers neither.",
+        why="the additions keep a stated order, so that the bits are the same on every machine: each "
+            "waits for the one before. Of few points, what a fresh region keeps beside them shows."),
     "second_moments": Workload(
         "Second moments", "point",
-        "The matrix of second moments of the area inside a closed outline."),
+        "The matrix of second moments of the area inside a closed outline.",
+        why="level: before the polynomials are added up, a look at all points tells whether they may "
+            "stand for the triangles."),
     "length": Workload("Length", "point", "The length of a closed outline: one square root an edge."),
     "turned_rectangle": Workload(
         "Enclosing rectangle in a turned frame", "point",
@@ -70,29 +78,41 @@ WORKLOADS = {
     "containment_bulk": Workload(
         "Containment of many points", "query", "The same points in one call."),
     "containment_build": Workload(
-        "Containment, the index", "edge", "What has to be made before the first of those queries."),
+        "Containment, the index", "edge", "What has to be made before the first of those queries.",
+        why="of few points, what a grid needs beside its cells: the circle around the first point, "
+            "the tables. It is made when rays have cost as much."),
     "nearest_point": Workload(
         "Nearest boundary point", "query",
-        "The nearest point of the outline: half of the queries near it, half anywhere."),
+        "The nearest point of the outline: half of the queries near it, half anywhere.",
+        why="of few points, every distance that may be the smallest is taken as the scan takes it, "
+            "with its rounding."),
     "nearest_point_build": Workload("Nearest boundary point, the index", "edge", "Made once, before the first query."),
-    "nearest_vertex": Workload("Nearest vertex", "query", "The nearest vertex, for the same points."),
+    "nearest_vertex": Workload("Nearest vertex", "query", "The nearest vertex, for the same points.", why="level."),
     "nearest_vertex_build": Workload("Nearest vertex, the index", "vertex", "Made once, before the first query."),
     "vertices_within": Workload(
-        "Vertices within a tolerance", "query", "All vertices within one pixel of a point near the outline."),
+        "Vertices within a tolerance", "query", "All vertices within one pixel of a point near the outline.",
+        why="of few points a tree has few levels too; the answer is a list of its own, in the order "
+            "of the cells."),
     "vertices_within_build": Workload("Vertices within a tolerance, the index", "vertex", "Made once a tolerance."),
     "segment_short": Workload(
-        "Short segment against outline", "query", "All crossings of a segment of ten pixels near the outline."),
+        "Short segment against outline", "query", "All crossings of a segment of ten pixels near the outline.",
+        why="of few edges, a scan. Each crossing is computed with cross products good to the last "
+            "digits, then held against edge and segment with the tolerance, and all are put in order."),
     "segment_long": Workload(
-        "Long segment against outline", "query", "All crossings of a segment across the whole outline."),
+        "Long segment against outline", "query", "All crossings of a segment across the whole outline.",
+        why="as with short segments."),
     "segment_build": Workload("Segment against outline, the index", "edge", "Made once, before the first query."),
     "self_intersection": Workload(
-        "Self-intersection test", "edge", "Does a fresh outline cross or touch itself? It does not."),
+        "Self-intersection test", "edge", "Does a fresh outline cross or touch itself? It does not.",
+        why="of few edges, the boxes of all pairs are compared, without a tree."),
     "outline_outline": Workload(
         "Outline against outline", "call",
-        "All crossings of two outlines of n points, the second turned and shifted a little."),
+        "All crossings of two outlines of n points, the second turned and shifted a little.",
+        why="as with segments."),
     "repair": Workload(
         "Repair", "point",
-        "The outside of an outline with n / 20 small crossings. The peers unite what is wound around, which is "
+        "The outside of an outline of which every 20th point changed places with the next: about n / 75 small "
+        "crossings. The peers unite what is wound around, which is "
         "another question with a similar answer."),
     "self_intersecting_set": Workload(
         "Self-intersection of a set of n regions", "call",
@@ -105,6 +125,11 @@ WORKLOADS = {
         "An ellipse through n noisy points of a whole ellipse.",
         why="another fit. The peers' are algebraic: one pass and an eigenvalue. Ours minimises the true distances "
             "of the points and takes several passes; what that gains is in accuracy.md."),
-    "store": Workload("Store", "point", "A contour into a fresh archive in memory."),
-    "load": Workload("Load", "point", "The contour back from the archive's bytes."),
+    "store": Workload("Store", "point", "A contour into a fresh archive in memory.",
+        why="the peers copy one block. An archive is a frame with versions and a checksum over all "
+            "its bytes. Point by point, as cereal goes where it is not told that points are plain "
+            "numbers, the peers take ten times as long (the row `each`)."),
+    "load": Workload("Load", "point", "The contour back from the archive's bytes.",
+        why="as with storing; the checksum is verified, and every count is held against what the "
+            "archive holds before memory is taken."),
 }
