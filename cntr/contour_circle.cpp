@@ -6,7 +6,8 @@
 // radius is the largest distance from vertex 0; without points there is nothing to read, and the
 // slot is returned as it stands.
 //
-// The pair is found through the edge index (internal/farthest_pair), and is the very one of that scan.
+// The pair of more than a handful is found through the edge index (internal/farthest_pair), and is the
+// very one of that scan; the distance of a pair is the same both ways, so it is asked for once.
 #include <cntr/contour.h>
 #include <cntr/internal/farthest_pair.h>
 #include <cntr/internal/probe.h>
@@ -16,6 +17,20 @@ namespace {
 void circleOf(const std::vector<gxVector<2>>& points, const gx_Pair& pair, gxCircle& circle) {
   if (!(pair.distance > 0.0)) return;
   circle = gxCircle((points[pair.i] + points[pair.j]) * 0.5, pair.distance * 0.5);
+}
+
+// Up to here the pairs are looked at one by one.
+constexpr std::size_t kPairsPay = 6;
+
+gx_Pair farthestOfFew(const std::vector<gxVector<2>>& points) {
+  gx_Pair best;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    for (std::size_t j = i + 1; j < points.size(); ++j) {
+      const double distance = points[i].distance(points[j]);
+      if (distance > best.distance) best = {i, j, distance};
+    }
+  }
+  return best;
 }
 
 void circleAroundFirst(const std::vector<gxVector<2>>& points, gxCircle& circle) {
@@ -42,11 +57,11 @@ gxCircle gxContour::encloseCircle(gxContourDefs::DiameterMode mode) const {
     const std::vector<gxVector<2>>& points = state_.points;
     if (mode == gxContourDefs::eAllPairs && indexPays_()) {
       circleOf(points, gx_farthestPair(edgeIndex_(), points, isClosed()), circle);
-    } else if (mode == gxContourDefs::eAllPairs && points.size() > 1) {
+    } else if (mode == gxContourDefs::eAllPairs && points.size() <= kPairsPay) {
+      circleOf(points, farthestOfFew(points), circle);
+    } else if (mode == gxContourDefs::eAllPairs) {
       // Of few points, an index is made faster than kept.
       circleOf(points, gx_farthestPair(gx_EdgeIndex(points, isClosed()), points, isClosed()), circle);
-    } else if (mode == gxContourDefs::eAllPairs) {
-      // No two points: the circle stays.
     } else {
       circleAroundFirst(state_.points, circle);
     }

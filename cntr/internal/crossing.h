@@ -98,6 +98,6 @@ GXSHAPE_API bool gx_hasEdgeOfLength(const std::vector<gxVector<2>>& points, bool
 GXSHAPE_API bool gx_crossesItself(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
                                   bool closed, const gxRect& box);
 
-/// Tells the same of at most `gx_kFewEdges` edges, without an index.
+/// Tells the same of at most `gx_kFewEdges` edges, without an index that is there already.
 GXSHAPE_API bool gx_fewCrossThemselves(const std::vector<gxVector<2>>& points, bool closed,
                                        const gxRect& box);

@@ -8,13 +8,17 @@
 // the other's line that no rounding can bring a point near both (`gx_missesOn`), or the two are parallel
 // beyond doubt, as all edges of an outline on a line are (`gx_surelyParallel`).
 //
-// Few edges go without a tree: the boxes of all are held against each other.
+// Few edges go without a tree: the boxes of all are held against each other, or, from some on, an index
+// is made for the moment.
 #include <cntr/internal/crossing.h>
 #include <cntr/internal/edge_pairs.h>
 
 #include <algorithm>
 
 namespace {
+
+// Up to so many edges, comparing all pairs of boxes is quicker than making an index.
+constexpr std::size_t kPairsPay = 16;
 
 using Points = std::vector<gxVector<2>>;
 
@@ -169,5 +173,6 @@ bool gx_crossesItself(const gx_EdgeIndex& index, const Points& points, bool clos
 
 bool gx_fewCrossThemselves(const Points& points, bool closed, const gxRect& box) {
   const gx_EdgeOutline outline{points, closed};
+  if (outline.edges() > kPairsPay) return SelfCrossing(outline, box).found(gx_EdgeIndex(points, closed));
   return SelfCrossing(outline, box).foundAmongFew();
 }
