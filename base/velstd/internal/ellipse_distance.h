@@ -51,6 +51,7 @@ class gx_FeetClimb {
     w_ = lowest_ > one ? lowest_ : one;
   }
 
+  // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): it has its first value where it is declared
   GX_FOURFOLD bool settled() const { return gf_AllTrue(settled_); }
 
   GX_FOURFOLD void round() {
