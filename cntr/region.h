@@ -148,7 +148,8 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
 
   /// Returns the centre of mass of the outline; with `considerHoles`, with the holes taken out.
   ///  - an outline without area: (0, 0); holes that cancel the area: the division by zero decides
-  /// Throws: as `area`.  Remembers: both.
+  /// Throws: as `area`.  Remembers: both, and the area where the same sum gives it: who wants both asks
+  /// for the centre first.
   gxVector<2> centerOfMass(bool considerHoles) const;
 
   /// Returns the second moments of the outline about its centre of mass (see `gx_InertiaData`).
