@@ -1,6 +1,6 @@
 # The static library gxshape_test_support, of every file in tests/support that is no test: shapes by
 # name and at random, matchers, the slow and plain forms. Tests and benchmarks link it; its headers are
-# included as <support/random_shapes.h>. The macro GXSHAPE_SOURCE_DIR names the checkout's folder, for
+# included as <support/random_shapes.h>. sourceFolder() names the checkout, for
 # the data files in it.
 
 include_guard(GLOBAL)
@@ -19,5 +19,6 @@ else()
   set(scope INTERFACE)
 endif()
 target_include_directories(gxshape_test_support ${scope} "${PROJECT_SOURCE_DIR}/tests")
-target_compile_definitions(gxshape_test_support ${scope} GXSHAPE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+set_source_files_properties("${PROJECT_SOURCE_DIR}/tests/support/source_folder.cpp" PROPERTIES
+                            COMPILE_DEFINITIONS GXSHAPE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
 target_link_libraries(gxshape_test_support ${scope} gxshape::gxshape GTest::gtest GTest::gmock Threads::Threads)

@@ -2,6 +2,7 @@
 // in the document, line by line.
 #include <archive/golden_cases.h>
 #include <gtest/gtest.h>
+#include <support/source_folder.h>
 
 #include <filesystem>
 #include <random>
@@ -99,7 +100,7 @@ TEST(ArchiveDocument, ShowsAClassThatKeepsSharing) {
 }
 
 TEST(ArchiveDocument, ShowsThisCode) {
-  const std::filesystem::path root(GXSHAPE_SOURCE_DIR);
+  const std::filesystem::path root(sourceFolder());
   const std::string document = textOf(root / "docs" / "archive.md");
   std::istringstream source(textOf(root / "tests" / "archive" / "documented_use_test.cpp"));
   std::size_t blocks = 0;

@@ -3,6 +3,7 @@
 
 #include <archive/describe.h>
 #include <archive/record_writer.h>
+#include <support/source_folder.h>
 
 #include <filesystem>
 #include <fstream>
@@ -38,7 +39,7 @@ inline Bytes storedBytes(const gxPersistent& object) {
 }
 
 inline std::filesystem::path goldenFolder() {
-  return std::filesystem::path(GXSHAPE_SOURCE_DIR) / "tests" / "golden";
+  return std::filesystem::path(sourceFolder()) / "tests" / "golden";
 }
 
 inline Bytes goldenBytes(const std::string& name) {

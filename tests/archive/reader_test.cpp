@@ -2,6 +2,7 @@
 // find the same in every golden file.  Where they differ, the document is wrong, or one of them is.
 #include <archive/golden_cases.h>
 #include <gtest/gtest.h>
+#include <support/source_folder.h>
 
 #include <array>
 #include <cstdio>
@@ -13,7 +14,7 @@ using archive_test::Bytes;
 namespace {
 
 std::string reader() {
-  return "python3 '" + std::string(GXSHAPE_SOURCE_DIR) +
+  return "python3 '" + sourceFolder() +
          "/tools/read_archive.py' --class archive_test::ShapeList=handles ";
 }
 
@@ -63,7 +64,7 @@ TEST(ArchiveReader, FindsWhatTheLibraryFindsInEveryGoldenFile) {
 
 TEST(ArchiveReader, ListsWhatTheDocumentShows) {
   // The dumps in docs/archive.md are what the reader prints; this keeps them true.
-  std::ifstream file(std::string(GXSHAPE_SOURCE_DIR) + "/docs/archive.md");
+  std::ifstream file(sourceFolder() + "/docs/archive.md");
   const std::string document((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
   const std::string mark = "$ tools/read_archive.py --bytes ";
   std::size_t dumps = 0;
@@ -72,8 +73,7 @@ TEST(ArchiveReader, ListsWhatTheDocumentShows) {
     const std::string path = document.substr(at + mark.size(), lineEnd - at - mark.size());
     const std::size_t end = document.find("\n```", lineEnd);
     const std::string shown = document.substr(lineEnd + 1, end - lineEnd);
-    const Result result =
-        run("cd '" + std::string(GXSHAPE_SOURCE_DIR) + "' && " + reader() + "--bytes " + path);
+    const Result result = run("cd '" + sourceFolder() + "' && " + reader() + "--bytes " + path);
     EXPECT_EQ(result.out, shown);
     ++dumps;
   }

@@ -3,6 +3,7 @@
 
 #include <cntr/region.h>
 #include <support/exposed.h>
+#include <support/source_folder.h>
 #include <veldispc/recording_tablet.h>
 #include <velstd/orientation.h>
 
@@ -35,7 +36,7 @@ Points pointsOfJson(const nlohmann::json& ring) {
 
 // All rings, outer ones and holes alike.
 std::vector<Ring> readRings() {
-  std::ifstream file(GXSHAPE_SOURCE_DIR "/tests/data/glyphs/glyphs.jsonl");
+  std::ifstream file(sourceFolder() + "/tests/data/glyphs/glyphs.jsonl");
   if (!file) throw std::runtime_error("tests/data/glyphs/glyphs.jsonl cannot be opened");
   std::vector<Ring> rings;
   for (std::string line; std::getline(file, line);) {

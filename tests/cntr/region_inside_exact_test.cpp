@@ -4,6 +4,7 @@
 
 #include <support/containment_queries.h>
 #include <support/outline_files.h>
+#include <support/source_folder.h>
 
 #include <gtest/gtest.h>
 
@@ -18,8 +19,7 @@ TEST_P(InsideExact, DiffersOnlyNearTheBorder) {
   SCOPED_TRACE("seed 7");
   RandomDoubles random(kSeed);
   ContainmentCounts counts{};
-  for (const FiledShape& shape :
-       filedShapes(std::string(GXSHAPE_SOURCE_DIR "/tests/data/") + GetParam())) {
+  for (const FiledShape& shape : filedShapes(sourceFolder() + "/tests/data/" + GetParam())) {
     askContainment(shape.outline, random, 25, counts);
     for (const auto& hole : shape.holes) askContainment(hole, random, 25, counts);
   }

@@ -2,6 +2,7 @@
 #include <cntr/region.h>
 #include <support/exposed.h>
 #include <support/shape_text.h>
+#include <support/source_folder.h>
 
 #include <gtest/gtest.h>
 
@@ -191,7 +192,7 @@ bool near(double a, double b, double within) {
 
 std::vector<std::string> files() {
   std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(GXSHAPE_SOURCE_DIR "/tests/corpus")) {
+  for (const auto& entry : std::filesystem::directory_iterator(sourceFolder() + "/tests/corpus")) {
     if (entry.path().extension() == ".txt") names.push_back(entry.path().stem().string());
   }
   std::sort(names.begin(), names.end());
@@ -201,7 +202,7 @@ std::vector<std::string> files() {
 class Corpus : public testing::TestWithParam<std::string> {};
 
 TEST_P(Corpus, StaysRight) {
-  const Case c = readCase(GXSHAPE_SOURCE_DIR "/tests/corpus/" + GetParam() + ".txt");
+  const Case c = readCase(sourceFolder() + "/tests/corpus/" + GetParam() + ".txt");
   for (const Question& question : c.questions) {
     SCOPED_TRACE(c.name + ": " + question.ask);
     Numbers got;
