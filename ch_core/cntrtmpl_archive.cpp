@@ -10,7 +10,7 @@
 // another would be worse than none.  Edge points and points are loaded as they are and not made from
 // each other, so that a contour comes back bit by bit.
 #include <ch_core/cntrtmpl.h>
-#include <cntr/internal/archive_record.h>
+#include <cntr/internal/archive/archive_record.h>
 
 namespace {
 

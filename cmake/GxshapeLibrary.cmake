@@ -1,7 +1,7 @@
 # gxshape_library(<name> FOLDERS <dir>... ROOT <dir> [DEPENDS <library>...] [EXTRA_INCLUDES <dir>...])
 #
-# Makes the shared library <name>, alias gxshape::<name>, of every *.cpp in the folders and in their
-# internal/ folders. ROOT is the folder that its headers are included from.
+# Makes the shared library <name>, alias gxshape::<name>, of every *.cpp in the folders, in their
+# internal/ folders and in the folders of those. ROOT is the folder that its headers are included from.
 
 function(gxshape_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "ROOT" "FOLDERS;DEPENDS;EXTRA_INCLUDES")
@@ -9,7 +9,8 @@ function(gxshape_library name)
   set(patterns)
   foreach(folder IN LISTS arg_FOLDERS)
     list(APPEND patterns "${PROJECT_SOURCE_DIR}/${folder}/*.cpp"
-                         "${PROJECT_SOURCE_DIR}/${folder}/internal/*.cpp")
+                         "${PROJECT_SOURCE_DIR}/${folder}/internal/*.cpp"
+                         "${PROJECT_SOURCE_DIR}/${folder}/internal/*/*.cpp")
   endforeach()
   file(GLOB sources CONFIGURE_DEPENDS ${patterns})
   if(NOT sources)

@@ -3,7 +3,7 @@
 
 #include <cntr/contourdefs.h>
 #include <cntr/export.h>
-#include <cntr/internal/contour_memory.h>
+#include <cntr/internal/memory/contour_memory.h>
 #include <veldispc/tablet.h>
 #include <velstd/angle.h>
 #include <velstd/circle.h>

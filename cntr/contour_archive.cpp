@@ -6,8 +6,8 @@
 // that fails half-way leaves new points behind, which no remembered answer may outlive.  Behind: a
 // derived class hears of it when everything is in place.
 #include <cntr/contour.h>
-#include <cntr/internal/archive_legacy.h>
-#include <cntr/internal/archive_record.h>
+#include <cntr/internal/archive/archive_legacy.h>
+#include <cntr/internal/archive/archive_record.h>
 
 namespace {
 

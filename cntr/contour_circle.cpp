@@ -6,11 +6,11 @@
 // radius is the largest distance from vertex 0; without points there is nothing to read, and the
 // slot is returned as it stands.
 //
-// The pair of more than a handful is found through the edge index (internal/farthest_pair), and is the
+// The pair of more than a handful is found through the edge index (internal/search/farthest_pair), and is the
 // very one of that scan; the distance of a pair is the same both ways, so it is asked for once.
 #include <cntr/contour.h>
-#include <cntr/internal/farthest_pair.h>
-#include <cntr/internal/probe.h>
+#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/search/farthest_pair.h>
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Drawing: every edge as one segment, in edge order; nothing else, whatever the mode.
 #include <cntr/contour.h>
-#include <cntr/internal/edge_walk.h>
+#include <cntr/internal/outline/edge_walk.h>
 
 void gxContour::draw(gxUITablet& tablet, gxContourDefs::DrawMode /*mode*/, const gxColor& colour,
                      const gxUITablet::Layers& layer) const {

@@ -8,8 +8,8 @@
 //
 // The lists are built aside and put in place together, so that a failure leaves none half-filled.
 #include <cntr/contour.h>
-#include <cntr/internal/edge_walk.h>
-#include <cntr/internal/probe.h>
+#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/outline/edge_walk.h>
 #include <velstd/real_eq.h>
 
 #include <utility>

@@ -9,7 +9,7 @@
 //
 // Both remember a bounded number of answers; see `gx_BoundedMemo`.
 #include <cntr/contour.h>
-#include <cntr/internal/probe.h>
+#include <cntr/internal/memory/probe.h>
 #include <velstd/real_eq.h>
 
 #include <cmath>

@@ -4,8 +4,8 @@
 // length.  Median: the length at position count / 2 of the sorted list, the upper of the two middle
 // ones for an even count; a selection finds it without sorting, with NaN as the greatest length.
 #include <cntr/contour.h>
-#include <cntr/internal/edge_lengths.h>
-#include <cntr/internal/probe.h>
+#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/outline/edge_lengths.h>
 #include <cntr/shapestat.h>
 
 #include <algorithm>

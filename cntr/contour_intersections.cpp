@@ -16,13 +16,13 @@
 // neighbours, until some edge has a hit.
 //
 // Few edges are taken one after the other.  Of more, only those come to step 2 whose runs pass in the
-// edge index (internal/edge_index, internal/crossing): the edges are met in the same order, and each
+// edge index (internal/index/edge_index, internal/search/crossing): the edges are met in the same order, and each
 // is asked the same.  The contour's upright box is asked for once, not for every edge: it is remembered
 // by the first question and stays so.
 #include <cntr/contour.h>
-#include <cntr/internal/crossing.h>
-#include <cntr/internal/edge_walk.h>
-#include <cntr/internal/probe.h>
+#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/outline/edge_walk.h>
+#include <cntr/internal/search/crossing.h>
 
 #include <utility>
 

@@ -7,13 +7,13 @@
 // chooses the edge, the formula gives the point; where rounding makes them disagree, that stands.
 //
 // Contours of more than a few points find the edge and the vertex through a tree over the edges
-// (internal/nearest), which gives the same edge and the same vertex, once the questions before have cost
+// (internal/search/nearest), which gives the same edge and the same vertex, once the questions before have cost
 // about as much as making it.
 #include <cntr/contour.h>
-#include <cntr/internal/edge_lengths.h>
-#include <cntr/internal/edge_walk.h>
-#include <cntr/internal/nearest.h>
-#include <cntr/internal/probe.h>
+#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/outline/edge_lengths.h>
+#include <cntr/internal/outline/edge_walk.h>
+#include <cntr/internal/search/nearest.h>
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Vertex lookup.
 //
 //   1. The first questions with a tolerance look at every vertex.
-//   2. When they have cost about as much as a grid of cells does (internal/vertex_grid), it is made, one
+//   2. When they have cost about as much as a grid of cells does (internal/index/vertex_grid), it is made, one
 //      for every tolerance, and answers from then on, with the same vertices in the same order.
 #include <cntr/contour.h>
-#include <cntr/internal/probe.h>
+#include <cntr/internal/memory/probe.h>
 
 #include <algorithm>
 #include <limits>

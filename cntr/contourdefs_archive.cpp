@@ -1,7 +1,7 @@
 // The records of the library's exceptions: a version byte of each class and one of their base.  The
 // message is not written: it lives in a base class that has no record.
 #include <cntr/contourdefs.h>
-#include <cntr/internal/archive_record.h>
+#include <cntr/internal/archive/archive_record.h>
 
 namespace {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cntr/contour.h>
-#include <cntr/internal/region_memory.h>
+#include <cntr/internal/memory/region_memory.h>
 
 #include <initializer_list>
 #include <vector>
@@ -157,7 +157,7 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   /// implemented" with `considerHoles` on a region with holes.  Remembers: the matrix.
   gxMatrix<2> inertiaMatrix(bool considerHoles) const;
 
-  // ---- Repair (region_repair.cpp, internal/outside_walk, internal/loops) --------------------------
+  // ---- Repair (region_repair.cpp, internal/repair/outside_walk, internal/repair/loops) --------------------------
 
   /// Puts into `result`, which may be this region, a region without self-crossings: this region
   /// itself, holes and all, where its outline does not cross itself, else the outside of the

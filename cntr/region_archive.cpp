@@ -1,8 +1,8 @@
 // The record of a region: the complete record of its outline, then its holes, each an object that
 // other regions may share.  A region of version 0, which is only read, had no holes and no label and
 // held the points itself.
-#include <cntr/internal/archive_legacy.h>
-#include <cntr/internal/archive_record.h>
+#include <cntr/internal/archive/archive_legacy.h>
+#include <cntr/internal/archive/archive_record.h>
 #include <cntr/region.h>
 
 namespace {

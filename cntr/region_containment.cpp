@@ -7,19 +7,19 @@
 //      holds all others is outside: none.  (A ray of twice that radius might end inside.)
 //   4. The ray leaves through the middle of the first sector between neighbouring directions that is
 //      wider than π / n, so that it grazes no vertex; along the x axis where there is none.
-//      (Of many vertices the index gives the first few directions, internal/directions.)
+//      (Of many vertices the index gives the first few directions, internal/search/directions.)
 //   5. Count its crossings with the outline, over twice the radius; both ways where asked, keeping
 //      the smaller count.
 //
 // Only whether the count is odd matters to containment, and of most points a grid of cells knows that
-// without a ray (internal/containment_grid); the others go the way of the ray.  The grid is made when
+// without a ray (internal/index/containment_grid); the others go the way of the ray.  The grid is made when
 // rays have cost about as much.
 //
 // Inside: an odd count, and not in a hole.  A hole asks the same question of itself, with its own
 // holes, so an island in a hole is inside again.  The questions are kept on a list, not on the
 // stack: holes may nest ten thousand deep.  A region that comes up again on its own path would
 // nest for ever.
-#include <cntr/internal/directions.h>
+#include <cntr/internal/search/directions.h>
 #include <cntr/region.h>
 
 #include <algorithm>

@@ -2,19 +2,20 @@
 //
 // An outline that does not cross itself is copied as it is, holes and all.  Otherwise:
 //   1. Find an edge on the outside, by probes 0.01 times the median edge length to either side.
-//   2. Walk around the outside from there (internal/outside_walk).
+//   2. Walk around the outside from there (internal/repair/outside_walk).
 //   3. That is the regularized region, without holes.  For the outer hull, cut the walk at points
-//      passed twice, drop inner loops, join touching ones (internal/loops), and keep the first.
+//      passed twice, drop inner loops, join touching ones (internal/repair/loops), and keep the first.
 // The result is remembered; the flag is set only after the computation returned, and the assignment
 // holds a handle of its own to the result, because the target may be this region.
-#include <cntr/internal/crossing.h>
-#include <cntr/internal/edge_walk.h>
-#include <cntr/internal/local_crossings.h>
-#include <cntr/internal/loops.h>
-#include <cntr/internal/outside_walk.h>
-#include <cntr/internal/probe.h>
+#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/outline/edge_walk.h>
+#include <cntr/internal/repair/loops.h>
+#include <cntr/internal/repair/outside_walk.h>
+#include <cntr/internal/search/crossing.h>
+#include <cntr/internal/search/local_crossings.h>
 #include <cntr/region.h>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -101,7 +102,11 @@ void gxRegion::outerHullRegularize(gxRegion& result, bool hull) const {
   }
   gx_Loops loops({walked});
   loops.cutAtPinchPoints();
-  loops.dropInnerLoops();
+  loops.dropInnerLoops([](const std::vector<gxVector<2>>& loop) {
+    return [region = std::make_shared<const gxRegion>(loop)](const gxVector<2>& point) {
+      return region->inside(point, true);
+    };
+  });
   loops.joinTouchingLoops();
   result = gxRegion(loops.outline(0));
 }

@@ -7,7 +7,7 @@
 //
 // The edges of this outline are taken from its points: a list of them, remembered, would take seven
 // times the memory of the points, for one walk up to the first hit.
-#include <cntr/internal/edge_walk.h>
+#include <cntr/internal/outline/edge_walk.h>
 #include <cntr/region.h>
 #include <velstd/real_eq.h>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cntr/export.h>
-#include <cntr/internal/regionset_memory.h>
+#include <cntr/internal/sets/regionset_memory.h>
 #include <cntr/region.h>
 
 #include <functional>

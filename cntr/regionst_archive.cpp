@@ -1,6 +1,6 @@
 // The record of a region set: its regions, each an object that others may share, and
 // cachedVectorSize, which version 0 (only read) did not have.
-#include <cntr/internal/archive_record.h>
+#include <cntr/internal/archive/archive_record.h>
 #include <cntr/regionst.h>
 
 namespace {

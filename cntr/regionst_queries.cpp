@@ -2,7 +2,7 @@
 // region that fails is the one whose failure is seen.  No answer is remembered.
 //
 // Through the index.  A set that is asked often makes a tree over the regions' boxes
-// (internal/region_index) as soon as every region remembers its own, so that leaving out a region is
+// (internal/sets/region_index) as soon as every region remembers its own, so that leaving out a region is
 // seen nowhere.  Containment then asks, in order, those whose box holds the point.  For the distance
 // the regions that could fail or remember something new are asked in order, as before; of the others
 // only the smallest distance matters, and it is found from the nearest box outwards.  Where the

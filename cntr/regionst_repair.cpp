@@ -16,14 +16,14 @@
 // Which pairs are looked at.  Outlines can only meet where the box of one, as the region remembers
 // it, touches the box of the other: that is the first thing their crossing asks.  So of many regions
 // only those come up, in their order, whose boxes touch, found in a tree over the boxes
-// (internal/box_tree); the others would answer that they do not meet.  Every region is still asked
+// (internal/index/box_tree); the others would answer that they do not meet.  Every region is still asked
 // for its remembered box where the plain pass would have it asked, because asking may fail, and may
 // cost the region another remembered box.
 //
 // The result is remembered; the flag is set only after the computation returned, and the assignment
 // holds a handle of its own to the result, because the target may be this set.
-#include <cntr/internal/box_tree.h>
-#include <cntr/internal/probe.h>
+#include <cntr/internal/index/box_tree.h>
+#include <cntr/internal/memory/probe.h>
 #include <cntr/regionst.h>
 
 #include <algorithm>

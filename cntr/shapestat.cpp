@@ -2,23 +2,23 @@
 //
 // Area and centre.  Every edge makes a triangle with the first point; twice its signed area is a
 // cross product of two differences.  The centre of a triangle is where two of its medians meet; the
-// centres are added up with those weights (internal/centroid_sum).
+// centres are added up with those weights (internal/sums/centroid_sum).
 //
-// Moments.  A fan of triangles around the centre of mass (internal/triangle_moments).
+// Moments.  A fan of triangles around the centre of mass (internal/sums/triangle_moments).
 // The records are added in three passes, the triangles above the mean area first, then those that
 // are not nearly empty, then the rest, so that small ones are not lost one by one in a big sum.
 //
 // Of many triangles the moments are summed as polynomials instead, wherever that comes to the same
-// (internal/moment_sum); the last digits may differ.
+// (internal/sums/moment_sum); the last digits may differ.
 //
 // An outline that runs clockwise makes a fan of negative triangles.  Added one by one those lose
 // the sign of the matrix as soon as one triangle of the fan turns the other way (a record of
 // negative area is what is taken out of another), so such an outline is taken backwards and only
 // the area's sign restored: an outline in picture coordinates, y down, has the same moments as the
 // same outline reversed.
-#include <cntr/internal/centroid_sum.h>
-#include <cntr/internal/moment_sum.h>
-#include <cntr/internal/triangle_moments.h>
+#include <cntr/internal/sums/centroid_sum.h>
+#include <cntr/internal/sums/moment_sum.h>
+#include <cntr/internal/sums/triangle_moments.h>
 #include <cntr/shapestat.h>
 
 #include <cmath>

@@ -10,6 +10,9 @@ Findings are printed as file:line: rule: text, and make the exit status 1. Warni
   include    includes run one way: base/velstd, then base/velip and base/veldispc, then cntr, then
              ch_core, then everything else; the library includes the standard library and itself
              only; headers under internal/ are for their own library and for tests
+  inner      the folders under cntr/internal include downward only (INNER below), and none but sets/
+             includes the header of a class above them
+  map        cntr/README.md names every file of cntr, and no other
   test       each source file of the library, and each header under internal/, has a test file of
              the same name in the same place under tests/, or a test file elsewhere that names it in a
              line of its own: "// Covers cntr/region_archive.cpp"
@@ -34,6 +37,14 @@ INCLUDE_NAMES = {"velstd": "base/velstd", "velip": "base/velip", "veldispc": "ba
                  "cntr": "cntr", "ch_core": "ch_core", "gxshape": "include/gxshape"}
 LIBRARY_OF = {"base/velstd": "velstd", "base/velip": "velip", "base/veldispc": "veldispc",
               "cntr": "gxshape", "ch_core": "gxshape"}
+# The folders under cntr/internal, and which of their neighbours each may see.
+INNER_ROOT = "cntr/internal/"
+INNER = {"outline": set(), "sums": set(), "archive": set(), "index": {"outline"},
+         "search": {"outline", "index"}, "repair": {"outline", "index"}, "memory": {"outline", "index"},
+         "sets": {"outline", "index", "memory"}}
+CLASS_HEADERS = {"cntr/contour.h", "cntr/region.h", "cntr/regionst.h"}
+# The map of these folders is checked against their files.
+MAPS = {"cntr/": "cntr/README.md"}
 UMBRELLA = "include/gxshape/gxshape.h"
 MAX_LINES = 500
 
@@ -150,6 +161,43 @@ def include_fault(path, here, bracket, name):
     return None
 
 
+def inner_folder(path):
+    """The folder under cntr/internal that a file lies in, or None."""
+    return path.removeprefix(INNER_ROOT).split("/")[0] if path.startswith(INNER_ROOT) else None
+
+
+def check_inner(tree):
+    for path in tree.sources(".h", ".cpp"):
+        here = inner_folder(path)
+        if here is None:
+            continue
+        if here not in INNER:
+            yield Finding(path, 1, "inner", "lies in none of the folders under cntr/internal")
+            continue
+        for number, line in enumerate(tree.lines(path), 1):
+            match = INCLUDE.match(line)
+            name = match.group(2) if match else ""
+            target = inner_folder(name)
+            if target and target != here and target not in INNER[here]:
+                yield Finding(path, number, "inner", f"<{name}> lies above or beside {here}/")
+            if name in CLASS_HEADERS and here != "sets":
+                yield Finding(path, number, "inner", f"<{name}> is a class above {here}/")
+
+
+def check_maps(tree):
+    for folder, readme in MAPS.items():
+        if readme not in tree.files:
+            continue
+        rows = "\n".join(line for line in tree.lines(readme) if line.startswith(("|", "## ")))
+        named = set(re.findall(r"`([a-z_0-9]+)(?:\.(?:h|cpp))?`", rows))
+        stems = {os.path.splitext(os.path.basename(f))[0] for f in tree.sources(".h", ".cpp")
+                 if f.startswith(folder)} - {"export"}
+        for stem in sorted(stems - named):
+            yield Finding(readme, 1, "map", f"`{stem}` is in no row")
+        for stem in sorted(named - stems):
+            yield Finding(readme, 1, "map", f"`{stem}` is no file of {folder}")
+
+
 def check_tests(tree):
     files = set(tree.files)
     covered = set()
@@ -255,7 +303,7 @@ def check_alone(tree, compiler):
                 yield Finding(path, 1, "alone", f"does not compile alone: {first}")
 
 
-RULES = [check_includes, check_tests, check_stories, check_pragma_once, check_names, check_words,
+RULES = [check_includes, check_inner, check_maps, check_tests, check_stories, check_pragma_once, check_names, check_words,
          check_lengths, check_umbrella]
 
 

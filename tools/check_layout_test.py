@@ -13,9 +13,10 @@ GOOD = {
     "base/velstd/vector.h": "#pragma once\n#include <cmath>\n",
     "base/velstd/vector.cpp": "// Lengths.\n#include <velstd/vector.h>\n",
     "tests/base/velstd/vector_test.cpp": "#include <velstd/vector.h>\n",
-    "cntr/contour.h": "#pragma once\n#include <velstd/vector.h>\n#include <cntr/internal/memo.h>\n",
-    "cntr/internal/memo.h": "#pragma once\n",
-    "tests/cntr/internal/memo_test.cpp": "#include <cntr/internal/memo.h>\n",
+    "cntr/contour.h": "#pragma once\n#include <velstd/vector.h>\n#include <cntr/internal/memory/memo.h>\n",
+    "cntr/internal/memory/memo.h": "#pragma once\n",
+    "tests/cntr/internal/memory/memo_test.cpp": "#include <cntr/internal/memory/memo.h>\n",
+    "cntr/README.md": "| `contour` | outlines |\n| `memo` | answers |\n",
     "include/gxshape/gxshape.h": "#pragma once\n#include <velstd/vector.h>\n#include <cntr/contour.h>\n",
 }
 
@@ -66,13 +67,39 @@ class LayoutTest(unittest.TestCase):
         self.assertEqual(found, [("include", "base/velstd/vector.cpp")])
 
     def test_an_internal_header_is_for_its_library_and_for_tests(self):
-        inside = "#include <cntr/internal/memo.h>\n"
+        inside = "#include <cntr/internal/memory/memo.h>\n"
         self.assertEqual(self.findings({"tests/cntr/x_test.cpp": inside, "bench/x.cpp": inside}), [])
         self.assertEqual(self.findings({"examples/x.cpp": inside}), [("include", "examples/x.cpp")])
 
+    def test_an_inner_folder_sees_downward_only(self):
+        up = {"cntr/internal/outline/walk.h": "#pragma once\n#include <cntr/internal/memory/memo.h>\n",
+              "tests/cntr/internal/outline/walk_test.cpp": "\n",
+              "cntr/README.md": "| `contour`, `memo`, `walk` |\n"}
+        self.assertEqual(self.findings(up), [("inner", "cntr/internal/outline/walk.h")])
+
+    def test_a_class_is_known_to_sets_alone(self):
+        for folder, rule in [("sets", []), ("repair", [("inner", "cntr/internal/repair/loops.h")])]:
+            self.assertEqual(self.findings({
+                f"cntr/internal/{folder}/loops.h": "#pragma once\n#include <cntr/contour.h>\n",
+                f"tests/cntr/internal/{folder}/loops_test.cpp": "\n",
+                "cntr/README.md": "| `contour`, `memo`, `loops` |\n"}), rule)
+            os.remove(os.path.join(self.root, f"cntr/internal/{folder}/loops.h"))
+            os.remove(os.path.join(self.root, f"tests/cntr/internal/{folder}/loops_test.cpp"))
+
+    def test_an_internal_file_outside_of_the_folders(self):
+        self.assertEqual(self.findings({"cntr/internal/walk.h": "#pragma once\n",
+                                        "tests/cntr/internal/walk_test.cpp": "\n",
+                                        "cntr/README.md": "| `contour`, `memo`, `walk` |\n"}),
+                         [("inner", "cntr/internal/walk.h")])
+
+    def test_a_file_that_the_map_does_not_name_and_a_name_without_a_file(self):
+        found = self.findings({"cntr/README.md": "the contour\n\n| `contour` | outlines |\n| `loops` | x |\n"})
+        self.assertEqual(found, [("map", "cntr/README.md"), ("map", "cntr/README.md")])
+
     def test_a_source_without_a_test(self):
-        found = self.findings({"cntr/contour.cpp": "// x\n", "cntr/internal/walk.h": "#pragma once\n"})
-        self.assertEqual(found, [("test", "cntr/contour.cpp"), ("test", "cntr/internal/walk.h")])
+        found = self.findings({"cntr/contour.cpp": "// x\n", "cntr/internal/outline/walk.h": "#pragma once\n",
+                               "cntr/README.md": "| `contour`, `memo`, `walk` |\n"})
+        self.assertEqual(found, [("test", "cntr/contour.cpp"), ("test", "cntr/internal/outline/walk.h")])
 
     def test_a_source_that_a_test_elsewhere_covers(self):
         found = self.findings({"cntr/contour.cpp": "// x\n",
@@ -120,8 +147,10 @@ class LayoutTest(unittest.TestCase):
         self.assertEqual(found, [("umbrella", "include/gxshape/gxshape.h")] * 2)
 
     def test_the_umbrella_header_that_repair_writes_is_right(self):
-        tree = self.tree({"cntr/region.h": "#pragma once\n"})
-        self.assertEqual(self.findings({"include/gxshape/gxshape.h": check_layout.umbrella_text(tree)}), [])
+        tree = self.tree({"cntr/region.h": "#pragma once\n",
+                          "cntr/README.md": "| `contour`, `memo`, `region` |\n"})
+        self.assertEqual(self.findings({"include/gxshape/gxshape.h": check_layout.umbrella_text(tree),
+                                        "cntr/README.md": "| `contour`, `memo`, `region` |\n"}), [])
 
     def test_a_header_that_needs_another_one_before_it(self):
         tree = self.tree({"cntr/contour.h": "#pragma once\nstd::string s();\n"})

@@ -1,10 +1,11 @@
 // The drawings of docs/repair.md, made by the library's own drawing.
 //
 //   repair_pictures docs/img [examples/data/tangled/tangled.jsonl]
-#include <cntr/internal/loops.h>
-#include <cntr/internal/outside_walk.h>
+#include <cntr/internal/repair/loops.h>
+#include <cntr/internal/repair/outside_walk.h>
 #include <cntr/region.h>
 #include <support/exposed.h>
+#include <support/inside_of.h>
 #include <support/outline_files.h>
 #include <veldispc/svg_tablet.h>
 
@@ -174,7 +175,7 @@ void drawLoopSteps(const std::string& folder) {
   drawLoops(tablet, loops, V(2, 1.5), 0.15);
   label(tablet, V(7, 18.5), "cut at pinch points: " + std::to_string(loops.size()) + " loops", kBlack,
         15);
-  loops.dropInnerLoops();
+  loops.dropInnerLoops(insideOf);
   drawLoops(tablet, loops, V(16, 1.5), 0.15);
   label(tablet, V(21, 18.5), "inner loops dropped: " + std::to_string(loops.size()), kBlack, 15);
   loops.joinTouchingLoops();

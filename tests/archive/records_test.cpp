@@ -3,8 +3,8 @@
 //
 // Covers base/velstd/shape_archive.cpp
 // Covers base/velstd/internal/shape_records.h
-// Covers cntr/internal/archive_record.h
-// Covers cntr/internal/archive_legacy.h
+// Covers cntr/internal/archive/archive_record.h
+// Covers cntr/internal/archive/archive_legacy.h
 // Covers cntr/region_archive.cpp
 // Covers cntr/regionst_archive.cpp
 // Covers ch_core/cntrtmpl_archive.cpp

@@ -6,10 +6,10 @@
 #include <cntr/regionst.h>
 
 #include <support/random_shapes.h>
+#include <support/region_shapes.h>
 #include <support/same_bits.h>
 #include <support/slow_truth_memory.h>
 #include <support/slow_truth_shapes.h>
-#include "region_shapes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include <cntr/region.h>
 
+#include <support/region_shapes.h>
 #include <veldispc/recording_tablet.h>
 #include <velstd/xform.h>
-#include "region_shapes.h"
 
 #include <gtest/gtest.h>
 

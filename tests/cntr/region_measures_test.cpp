@@ -1,7 +1,7 @@
 #include <cntr/region.h>
 
 #include <support/computed.h>
-#include "region_shapes.h"
+#include <support/region_shapes.h>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include <cntr/region.h>
 
-#include "region_shapes.h"
+#include <support/region_shapes.h>
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include <support/computed.h>
 #include <support/exposed.h>
 #include <support/random_shapes.h>
-#include "region_shapes.h"
+#include <support/region_shapes.h>
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include <support/computed.h>
 #include <support/exposed.h>
-#include "region_shapes.h"
+#include <support/region_shapes.h>
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include <cntr/shapestat.h>
 
+#include <support/region_shapes.h>
 #include <velstd/exception.h>
-#include "region_shapes.h"
 
 #include <gtest/gtest.h>
 

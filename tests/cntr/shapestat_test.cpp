@@ -1,7 +1,7 @@
 #include <cntr/shapestat.h>
 
 #include <support/random_shapes.h>
-#include "region_shapes.h"
+#include <support/region_shapes.h>
 
 #include <gtest/gtest.h>
 

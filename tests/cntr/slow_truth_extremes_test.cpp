@@ -1,7 +1,7 @@
 // Contours against the slow truth, bit for bit: extremes, circles, features, vertex lookup; and the
 // order of the exchange sort.
 #include <cntr/contour.h>
-#include <cntr/internal/exchange_order.h>
+#include <cntr/internal/search/exchange_order.h>
 #include <cntr/region.h>
 #include <cntr/shapestat.h>
 #include <support/exposed.h>

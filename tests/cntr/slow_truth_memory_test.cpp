@@ -4,7 +4,7 @@
 // A remembered answer shows: rectangles under transforms that differ in yx alone are one entry, so
 // whichever was asked first answers for the other, until it is forgotten; also inside the library,
 // which asks for the upright rectangle under the identity.
-#include <cntr/internal/probe.h>
+#include <cntr/internal/memory/probe.h>
 #include <support/exposed.h>
 #include <support/random_shapes.h>
 #include <support/same_bits.h>

@@ -4,7 +4,7 @@
 //
 // A small share of the outlines here belongs to every test run; GXSHAPE_SOAK=1 walks 50 times as many,
 // 250,000.
-#include <cntr/internal/outside_walk.h>
+#include <cntr/internal/repair/outside_walk.h>
 #include <cntr/region.h>
 
 #include <support/exposed.h>

@@ -1,7 +1,7 @@
 /// Telling what was computed from what was remembered.
 #pragma once
 
-#include <cntr/internal/probe.h>
+#include <cntr/internal/memory/probe.h>
 
 /// Counts how often the calling thread computes one kind of result from here on.
 class Computed {

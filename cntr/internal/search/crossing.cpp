@@ -1,0 +1,247 @@
+// The test of one edge, and two ways through the index to the edges that are tested: along one segment,
+// and edge by edge of another contour.  (Every edge with every other: self_crossing.cpp.)
+//
+// Another contour has an index too.  Its tree is walked in its order, and on the way down the boxes
+// of ours that a box of theirs touches are kept in a list, which only gets finer: parts of theirs
+// that are nowhere near ours are left out whole, and neighbouring edges share the way down.
+//
+// Few edges go without a tree: their boxes stand in arrays on the stack.
+#include <cntr/internal/search/crossing.h>
+#include <cntr/internal/search/edge_pairs.h>
+#include <cntr/internal/search/exchange_order.h>
+#include <velstd/line.h>
+#include <velstd/real_eq.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using Points = std::vector<gxVector<2>>;
+
+}  // namespace
+
+gx_CrossingQuery::gx_CrossingQuery(const gxVector<2>& from, const gxVector<2>& to, bool countEndContacts)
+    : from_(from),
+      to_(to),
+      direction_(gx_directionOf(from, to)),
+      bounds_(gx_boxOf(from, to)),
+      countEndContacts_(countEndContacts) {}
+
+bool gx_CrossingQuery::hits(const gxVector<2>& from, const gxVector<2>& to, gxVector<2>& place) const {
+  if (gx_missesOn(from_, direction_, from, to)) return false;
+  const gxLineSeg edge(from, to);
+  const gxLineSeg seg(from_, to_);
+  const gxLine line = edge.line();
+  const gxLine segLine = seg.line();
+  if (line.isParallel(segLine)) return false;
+  if (!countEndContacts_ &&
+      (edge.distToPoint(from_) <= gx_kTouch || edge.distToPoint(to_) <= gx_kTouch)) {
+    return false;
+  }
+  place = line.intersect(segLine);
+  return edge.distToPoint(place) < gx_kTouch && seg.distToPoint(place) < gx_kTouch;
+}
+
+void gx_CrossingQuery::test(const gxVector<2>& from, const gxVector<2>& to, std::size_t number,
+                            std::vector<gx_Hit>& found) const {
+  if (gx_outside(from.x(), to.x(), bounds_.lowX, bounds_.highX)) return;
+  if (gx_outside(from.y(), to.y(), bounds_.lowY, bounds_.highY)) return;
+  if (gfRealEq(from, to, gx_kCoincide)) return;
+  gxVector<2> place;
+  if (hits(from, to, place)) found.push_back({place, static_cast<int>(number)});
+}
+
+bool gx_CrossingQuery::mayMeet(const gx_Box& b) const {
+  if (!b.meets(bounds_)) return false;
+  const gxVector<2>& d = direction_;
+  const double ax = std::abs(d.x());
+  const double ay = std::abs(d.y());
+  const double halfX = 0.5 * (b.highX - b.lowX);
+  const double halfY = 0.5 * (b.highY - b.lowY);
+  const double x = b.lowX + halfX - from_.x();
+  const double y = b.lowY + halfY - from_.y();
+  const double reach = ax * halfY + ay * halfX;
+  // Twice the tolerance for the two distances of a hit; the rounding of coordinates, and that of
+  // the distances and of this very test, many times over.
+  const double coordinates = std::abs(b.lowX) + std::abs(b.highX) + std::abs(b.lowY) + std::abs(b.highY);
+  const double slack = (ax + ay) * (3.0 * gx_kTouch + 1e-14 * coordinates) +
+                       1e-12 * (reach + ax * std::abs(y) + ay * std::abs(x));
+  return !(std::abs(d.x() * y - d.y() * x) > reach + slack);
+}
+
+double gx_CrossingQuery::sideSlack(const gx_Box& bounds) const {
+  const double ax = std::abs(direction_.x());
+  const double ay = std::abs(direction_.y());
+  const double width = std::max(bounds.highX - from_.x(), from_.x() - bounds.lowX);
+  const double height = std::max(bounds.highY - from_.y(), from_.y() - bounds.lowY);
+  const double coordinates =
+      std::abs(bounds.lowX) + std::abs(bounds.highX) + std::abs(bounds.lowY) + std::abs(bounds.highY);
+  const double slack =
+      (ax + ay) * (3.0 * gx_kTouch + 1e-14 * coordinates) + 1e-12 * (ax * height + ay * width);
+  constexpr double kLargest = 1e280;  // a trillionth of what overflows
+  return slack < kLargest ? slack : std::numeric_limits<double>::infinity();
+}
+
+namespace {
+
+// Tests the edges from `first` up to `end` that come near the segment's line: an edge both of whose ends
+// are clearly on the same side of it holds no hit.
+void testRun(const gx_EdgeOutline& outline, std::size_t first, std::size_t end,
+             const gx_CrossingQuery& query, double slack, std::vector<gx_Hit>& hits) {
+  double before = query.side(outline.from(first));
+  for (std::size_t k = first; k < end; ++k) {
+    const double after = query.side(outline.to(k));
+    const bool apart = (before > slack && after > slack) || (before < -slack && after < -slack);
+    if (!apart) query.test(outline.from(k), outline.to(k), k, hits);
+    before = after;
+  }
+}
+
+}  // namespace
+
+void gx_findHits(const gx_EdgeIndex& index, const Points& points, bool closed,
+                 const gx_CrossingQuery& query, std::vector<gx_Hit>& hits) {
+  const gx_EdgeOutline outline{points, closed};
+  const double slack = query.sideSlack(index.bounds());
+  index.forEachRun([&query](const gx_Box& box) { return query.mayMeet(box); },
+                   [&](std::size_t first, std::size_t end) {
+                     testRun(outline, first, end, query, slack, hits);
+                     return false;
+                   });
+}
+
+void gx_appendAlong(const gxVector<2>& from, const gxVector<2>& to, const std::vector<gx_Hit>& hits,
+                    Points& points, std::vector<int>* edges) {
+  if (hits.size() == 1) {
+    points.push_back(hits.front().point);
+    if (edges != nullptr) edges->push_back(hits.front().edge);
+  }
+  if (hits.size() < 2) return;
+  const gxVector<2> direction = to - from;
+  std::vector<double> keys;
+  keys.reserve(hits.size());
+  for (const gx_Hit& hit : hits) keys.push_back((hit.point - from) * direction);
+  for (const std::size_t i : gx_exchangeOrder(keys)) {
+    points.push_back(hits[i].point);
+    if (edges != nullptr) edges->push_back(hits[i].edge);
+  }
+}
+
+// ---- With another contour -----------------------------------------------------------------------
+
+namespace {
+
+// The walk down both trees.
+class Crossings {
+ public:
+  Crossings(const gx_EdgeIndex& index, const gx_EdgeOutline& ours, const gxRect& box,
+            const gx_EdgeIndex& theirIndex, const gx_EdgeOutline& theirs, Points& result)
+      : index_(index),
+        ours_(ours),
+        theirIndex_(theirIndex),
+        theirs_(theirs),
+        box_(box),
+        result_(result) {}
+
+  void find() {
+    std::vector<Node> all;
+    const std::size_t top = index_.levels() - 1;
+    for (std::size_t i = 0; i < index_.size(top); ++i) all.push_back({top, i});
+    const std::size_t theirTop = theirIndex_.levels() - 1;
+    descend(theirTop, 0, theirIndex_.size(theirTop), all);
+  }
+
+ private:
+  struct Node {
+    std::size_t level;
+    std::size_t at;
+  };
+
+  // Collects, in order, the nodes at or below `node` that the box touches and that are on the level
+  // of the box or lower.
+  void refine(const Node& node, const gx_Box& box, std::size_t level, std::vector<Node>& touched) const {
+    if (!index_.box(node.level, node.at).meets(box)) return;
+    if (node.level <= level) {
+      touched.push_back(node);
+      return;
+    }
+    const std::size_t first = node.at * gx_EdgeIndex::kFan;
+    const std::size_t end = std::min(first + gx_EdgeIndex::kFan, index_.size(node.level - 1));
+    for (std::size_t i = first; i < end; ++i) refine({node.level - 1, i}, box, level, touched);
+  }
+
+  void descend(std::size_t level, std::size_t first, std::size_t end, const std::vector<Node>& nodes) {
+    std::vector<Node> touched;
+    for (std::size_t i = first; i < end; ++i) {
+      const gx_Box& box = theirIndex_.box(level, i);
+      touched.clear();
+      for (const Node& node : nodes) refine(node, box, level, touched);
+      if (touched.empty()) continue;
+      const std::size_t below = i * gx_EdgeIndex::kFan;
+      if (level == 0) {
+        testRun(below, std::min(below + gx_EdgeIndex::kFan, theirs_.edges()), touched);
+      } else {
+        descend(level - 1, below, std::min(below + gx_EdgeIndex::kFan, theirIndex_.size(level - 1)),
+                touched);
+      }
+    }
+  }
+
+  void testRun(std::size_t first, std::size_t end, const std::vector<Node>& runs) {
+    for (std::size_t k = first; k < end; ++k) {
+      const gx_CrossingQuery query(theirs_.from(k), theirs_.to(k), true);
+      if (!query.reaches(box_)) continue;
+      hits_.clear();
+      const double slack = query.sideSlack(index_.bounds());
+      for (const Node& run : runs) {
+        if (query.mayMeet(index_.box(run.level, run.at))) testEdges(run.at, query, slack);
+      }
+      gx_appendAlong(query.from(), query.to(), hits_, result_, nullptr);
+    }
+  }
+
+  void testEdges(std::size_t run, const gx_CrossingQuery& query, double slack) {
+    const std::size_t first = run * gx_EdgeIndex::kFan;
+    const std::size_t end = std::min(first + gx_EdgeIndex::kFan, ours_.edges());
+    ::testRun(ours_, first, end, query, slack, hits_);
+  }
+
+  const gx_EdgeIndex& index_;
+  const gx_EdgeOutline& ours_;
+  const gx_EdgeIndex& theirIndex_;
+  const gx_EdgeOutline& theirs_;
+  const gxRect& box_;
+  Points& result_;
+  std::vector<gx_Hit> hits_;
+};
+
+}  // namespace
+
+void gx_findCrossings(const gx_EdgeIndex& index, const Points& ours, bool closed, const gxRect& box,
+                      const gx_EdgeIndex& theirIndex, const Points& theirs, bool theirsClosed,
+                      Points& result) {
+  const gx_EdgeOutline our{ours, closed};
+  const gx_EdgeOutline their{theirs, theirsClosed};
+  Crossings(index, our, box, theirIndex, their, result).find();
+}
+
+void gx_findCrossingsOfFew(const Points& ours, bool closed, const gxRect& box, const Points& theirs,
+                           bool theirsClosed, Points& result) {
+  const gx_EdgeOutline our{ours, closed};
+  const gx_FewBoxes boxes(our);
+  std::vector<gx_Hit> hits;
+  gxVector<2> place;
+  gx_forEachEdge(theirs.size(), theirsClosed, [&](std::size_t from, std::size_t to, std::size_t) {
+    const gx_CrossingQuery query(theirs[from], theirs[to], true);
+    if (!query.reaches(box)) return;
+    hits.clear();
+    for (std::size_t i = 0; i < boxes.count(); ++i) {
+      if (!boxes.meets(i, query.box())) continue;
+      const std::size_t k = boxes.number(i);
+      if (query.hits(our.from(k), our.to(k), place)) hits.push_back({place, static_cast<int>(k)});
+    }
+    gx_appendAlong(query.from(), query.to(), hits, result, nullptr);
+  });
+}

@@ -1,0 +1,178 @@
+// Every edge with every other.
+//
+// A pair of boxes that do not touch holds no pair of edges whose boxes do.  Both orders of a pair are
+// tested, for the test asks about the ends of one of them.  Which pair is found first does not matter:
+// the answer is only whether there is one.
+//
+// Most pairs whose boxes meet are decided without the test itself: one edge lies so far to one side of
+// the other's line that no rounding can bring a point near both (`gx_missesOn`), or the two are parallel
+// beyond doubt, as all edges of an outline on a line are (`gx_surelyParallel`).
+//
+// Few edges go without a tree: the boxes of all are held against each other, or, from some on, an index
+// is made for the moment.
+#include <cntr/internal/search/crossing.h>
+#include <cntr/internal/search/edge_pairs.h>
+
+#include <algorithm>
+
+namespace {
+
+// Up to so many edges, comparing all pairs of boxes is quicker than making an index.
+constexpr std::size_t kPairsPay = 16;
+
+using Points = std::vector<gxVector<2>>;
+
+}  // namespace
+
+bool gx_hasEdgeOfLength(const Points& points, bool closed) {
+  bool found = false;
+  const std::size_t edges = gx_edgeCount(points.size(), closed);
+  for (std::size_t k = 0; k < edges && !found; ++k) {
+    found = !gfRealEq(points[gx_edgeStart(k, points.size(), closed)], points[gx_edgeEnd(k, closed)],
+                      gx_kCoincide);
+  }
+  return found;
+}
+
+namespace {
+
+// Pairs of boxes, down to pairs of edges.
+class SelfCrossing {
+ public:
+  SelfCrossing(const gx_EdgeOutline& outline, const gxRect& box) : outline_(outline), box_(box) {}
+
+  bool found(const gx_EdgeIndex& index) {
+    index_ = &index;
+    const std::size_t top = index.levels() - 1;
+    return among(top, 0, index.size(top));
+  }
+
+  bool foundAmongFew() const {
+    const gx_FewBoxes boxes(outline_);
+    for (std::size_t i = 0; i < boxes.count(); ++i) {
+      const gx_Box a = boxes.box(i);
+      for (std::size_t j = i + 1; j < boxes.count(); ++j) {
+        if (!boxes.apart(j, a) && pairCrosses(boxes.number(i), boxes.number(j))) return true;
+      }
+    }
+    return false;
+  }
+
+ private:
+  struct Range {
+    std::size_t first;
+    std::size_t end;
+  };
+
+  Range below(std::size_t level, std::size_t i) const {
+    const std::size_t first = i * gx_EdgeIndex::kFan;
+    const std::size_t count = level == 0 ? outline_.edges() : index_->size(level - 1);
+    return {first, std::min(first + gx_EdgeIndex::kFan, count)};
+  }
+
+  // Pairs within and between the nodes of one run of nodes.
+  bool among(std::size_t level, std::size_t first, std::size_t end) {
+    for (std::size_t a = first; a < end; ++a) {
+      const Range own = below(level, a);
+      if (level == 0 ? edgesAmong(own) : among(level - 1, own.first, own.end)) return true;
+      for (std::size_t b = a + 1; b < end; ++b) {
+        if (between(level, a, b)) return true;
+      }
+    }
+    return false;
+  }
+
+  bool between(std::size_t level, std::size_t a, std::size_t b) {
+    const gx_Box& boxA = index_->box(level, a);
+    const gx_Box& boxB = index_->box(level, b);
+    if (!boxA.meets(boxB)) return false;
+    const Range inA = below(level, a);
+    const Range inB = below(level, b);
+    if (level == 0) return edgesBetween(inA, boxA, inB, boxB);
+    for (std::size_t i = inA.first; i < inA.end; ++i) {
+      if (!index_->box(level - 1, i).meets(boxB)) continue;
+      for (std::size_t j = inB.first; j < inB.end; ++j) {
+        if (between(level - 1, i, j)) return true;
+      }
+    }
+    return false;
+  }
+
+  bool edgesAmong(const Range& run) {
+    for (std::size_t i = run.first; i < run.end; ++i) {
+      for (std::size_t j = i + 2; j < run.end; ++j) {
+        if (!apart(i, j) && pairCrosses(i, j)) return true;
+      }
+    }
+    return false;
+  }
+
+  bool edgesBetween(const Range& inA, const gx_Box& boxA, const Range& inB, const gx_Box& boxB) {
+    std::size_t candidates[gx_EdgeIndex::kFan];
+    std::size_t count = 0;
+    for (std::size_t j = inB.first; j < inB.end; ++j) {
+      if (edgeMeets(j, boxA)) candidates[count++] = j;
+    }
+    if (count == 0) return false;
+    for (std::size_t i = inA.first; i < inA.end; ++i) {
+      if (!edgeMeets(i, boxB)) continue;
+      for (std::size_t c = 0; c < count; ++c) {
+        if (!apart(i, candidates[c]) && pairCrosses(i, candidates[c])) return true;
+      }
+    }
+    return false;
+  }
+
+  bool edgeMeets(std::size_t k, const gx_Box& box) const {
+    const gxVector<2>& a = outline_.from(k);
+    const gxVector<2>& b = outline_.to(k);
+    return !gx_outside(a.x(), b.x(), box.lowX, box.highX) &&
+           !gx_outside(a.y(), b.y(), box.lowY, box.highY);
+  }
+
+  // Tells whether the boxes of two edges do not meet; a NaN never tells.
+  bool apart(std::size_t i, std::size_t j) const {
+    const gx_Box a = gx_boxOf(outline_.from(i), outline_.to(i));
+    const gx_Box b = gx_boxOf(outline_.from(j), outline_.to(j));
+    return a.highX < b.lowX || b.highX < a.lowX || a.highY < b.lowY || b.highY < a.lowY;
+  }
+
+  // Tests a pair of edges both ways.  Neighbours touch each other's ends and never count.
+  bool pairCrosses(std::size_t i, std::size_t j) const {
+    if (j == i + 1 || (outline_.closed && i == 0 && j + 1 == outline_.edges())) return false;
+    const gxVector<2>& a = outline_.from(i);
+    const gxVector<2>& b = outline_.to(i);
+    const gxVector<2>& c = outline_.from(j);
+    const gxVector<2>& d = outline_.to(j);
+    const gxVector<2> ab = gx_directionOf(a, b);
+    const gxVector<2> cd = gx_directionOf(c, d);
+    if (gx_surelyParallel(ab, cd) || gx_missesOn(a, ab, c, d) || gx_missesOn(c, cd, a, b)) return false;
+    return crosses(a, b, c, d) || crosses(c, d, a, b);
+  }
+
+  // Tells whether the edge from a to b, its ends excepted, is hit by the one from c to d.
+  bool crosses(const gxVector<2>& a, const gxVector<2>& b, const gxVector<2>& c,
+               const gxVector<2>& d) const {
+    if (gfRealEq(a, b, gx_kCoincide) || gfRealEq(c, d, gx_kCoincide)) return false;
+    const gx_CrossingQuery query(a, b, false);
+    gxVector<2> place;
+    return query.reaches(box_) && gx_boxOf(c, d).meets(query.box()) && query.hits(c, d, place);
+  }
+
+  const gx_EdgeOutline& outline_;
+  const gxRect& box_;
+  const gx_EdgeIndex* index_ = nullptr;
+};
+
+}  // namespace
+
+bool gx_crossesItself(const gx_EdgeIndex& index, const Points& points, bool closed, const gxRect& box) {
+  const gx_EdgeOutline outline{points, closed};
+  return SelfCrossing(outline, box).found(index);
+}
+
+bool gx_fewCrossThemselves(const Points& points, bool closed, const gxRect& box) {
+  const gx_EdgeOutline outline{points, closed};
+  if (outline.edges() > kPairsPay) return SelfCrossing(outline, box).found(gx_EdgeIndex(points, closed));
+  return SelfCrossing(outline, box).foundAmongFew();
+}

@@ -1,0 +1,57 @@
+// One triangle, in a frame of its own.
+//
+//   1. Take the side from C to P as the base; where the foot of the altitude from Q falls outside
+//      it, start again from the next corner.  One side of a proper triangle holds the foot, so two
+//      turns are enough; after them a triangle that rounding has flattened is taken as it stands.
+//   2. With the foot F as the origin the corners are (−a, 0), (b, 0), (0, h), and the moments are
+//      short polynomials in a, b, h.
+//   3. A clockwise triangle is mirrored: area, ȳ and Sxy change their sign.
+//   4. Turn the moments by the angle of the base.
+#include <cntr/internal/sums/triangle_moments.h>
+#include <velstd/line.h>
+#include <velstd/line_seg.h>
+
+#include <cmath>
+
+namespace {
+
+gx_InertiaData turned(const gxRadian& theta, const gxVector<2>& foot, double area,
+                      const gxVector<2>& centre, double sxx, double syy, double sxy) {
+  const double c = std::cos(theta.toDouble());
+  const double s = std::sin(theta.toDouble());
+  const gxMatrix<2> rotation(theta, theta, 1.0, 1.0);
+  const double m00 = c * c * sxx - 2.0 * s * c * sxy + s * s * syy;
+  const double m11 = s * s * sxx + 2.0 * s * c * sxy + c * c * syy;
+  const double m01 = (c * c - s * s) * sxy + s * c * sxx - s * c * syy;
+  return {area, foot + rotation * centre, gxMatrix<2>(m00, m01, m01, m11)};
+}
+
+}  // namespace
+
+gx_InertiaData gx_triangleMoments(gxVector<2> c, gxVector<2> p, gxVector<2> q) {
+  for (int turn = 0; turn < 2; ++turn) {
+    const gxLineSeg base(c, p);
+    if (!(base.distToPoint(q) - gx_kFootSlack > base.line().distToPoint(q))) break;
+    const gxVector<2> first = c;
+    c = p;
+    p = q;
+    q = first;
+  }
+  const gxVector<2> foot = gxLineSeg(c, p).line().proj(q);
+  const double a = foot.distance(c);
+  const double b = foot.distance(p);
+  const double h = foot.distance(q);
+  double area = (a + b) * h * 0.5;
+  const double x = (b - a) * (1.0 / 3.0);
+  double y = h * (1.0 / 3.0);
+  const double sxx = (a * a * a + b * b * b) * h * (1.0 / 12.0) - x * x * area;
+  const double syy = (a + b) * (h * h * h) * (1.0 / 12.0) - y * y * area;
+  double sxy = (b * b - a * a) * (h * h) * (1.0 / 24.0) - y * x * area;
+  const double cross = (p.x() - c.x()) * (q.y() - c.y()) - (q.x() - c.x()) * (p.y() - c.y());
+  if (!(cross >= 0.0)) {
+    area = -area;
+    y = -y;
+    sxy = -sxy;
+  }
+  return turned((p - c).angle(), foot, area, gxVector<2>(x, y), sxx, syy, sxy);
+}
