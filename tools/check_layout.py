@@ -8,7 +8,7 @@
 Findings are printed as file:line: rule: text, and make the exit status 1. Warnings do not.
 
   include    includes run one way: base/velstd, then base/velip and base/veldispc, then cntr, then
-             ch_core, then everything else; the library includes the standard library and itself
+             ch_core, then overlay, then everything else; the library includes the standard library and itself
              only; headers under internal/ are for their own library and for tests
   inner      the folders under cntr/internal include downward only (INNER below), and none but sets/
              includes the header of a class above them
@@ -32,11 +32,12 @@ import subprocess
 import sys
 
 # The folders of the library in the order in which they may see each other.
-LAYERS = {"base/velstd": 0, "base/velip": 1, "base/veldispc": 1, "cntr": 2, "ch_core": 3}
+LAYERS = {"base/velstd": 0, "base/velip": 1, "base/veldispc": 1, "cntr": 2, "ch_core": 3, "overlay": 4}
 INCLUDE_NAMES = {"velstd": "base/velstd", "velip": "base/velip", "veldispc": "base/veldispc",
-                 "cntr": "cntr", "ch_core": "ch_core", "gxshape": "include/gxshape"}
+                 "cntr": "cntr", "ch_core": "ch_core", "overlay": "overlay",
+                 "gxshape": "include/gxshape"}
 LIBRARY_OF = {"base/velstd": "velstd", "base/velip": "velip", "base/veldispc": "veldispc",
-              "cntr": "gxshape", "ch_core": "gxshape"}
+              "cntr": "gxshape", "ch_core": "gxshape", "overlay": "gxshape"}
 # The folders under cntr/internal, and which of their neighbours each may see.
 INNER_ROOT = "cntr/internal/"
 INNER = {"outline": set(), "sums": set(), "archive": set(), "index": {"outline"},

@@ -43,3 +43,6 @@
 #include <cntr/shapestat.h>
 
 #include <ch_core/cntrtmpl.h>
+
+#include <overlay/limits.h>
+#include <overlay/overlay.h>

@@ -1,0 +1,42 @@
+/// What may stop an overlay before its end, and the exceptions that tell of it.
+#pragma once
+
+#include <cntr/contourdefs.h>
+#include <cntr/export.h>
+
+#include <cstddef>
+#include <functional>
+#include <string>
+
+/// The limits of one call of repair, of a boolean operation, or of anything else that computes with
+/// the crossings of edges.  A default one lets every ordinary input pass.
+struct gxOverlayLimits {
+  /// Is asked about every 4,096 pairs of edges and every 1,024 crossings; true stops the call with
+  /// `gxStopped`.  An exception that it throws passes through.  Whatever is to be changed by the call
+  /// is then as it was.  Empty: the call is never stopped.
+  std::function<bool()> stop;
+
+  /// The most meetings of edges that a call may find before it throws `gxLimitExceeded`.  n edges can
+  /// have n² / 2 of them, and each costs about 200 bytes: 4 million need about 800 MB.
+  std::size_t maxMeetings = 4'000'000;
+};
+
+/// `gxOverlayLimits::stop` told a call to stop.
+class GXSHAPE_API gxStopped final
+    : public gx_ConcreteException<gxStopped, gxContourDefs::Errors, 0x10004720> {
+ public:
+  explicit gxStopped(const std::basic_string<wchar_t>& message = std::basic_string<wchar_t>());
+  gxStopped(const gxStopped&) noexcept;
+  gxStopped& operator=(const gxStopped&) noexcept;
+  ~gxStopped() override;
+};
+
+/// The edges of an input meet more often than `gxOverlayLimits::maxMeetings` allows.
+class GXSHAPE_API gxLimitExceeded final
+    : public gx_ConcreteException<gxLimitExceeded, gxContourDefs::Errors, 0x10004721> {
+ public:
+  explicit gxLimitExceeded(const std::basic_string<wchar_t>& message = std::basic_string<wchar_t>());
+  gxLimitExceeded(const gxLimitExceeded&) noexcept;
+  gxLimitExceeded& operator=(const gxLimitExceeded&) noexcept;
+  ~gxLimitExceeded() override;
+};
