@@ -2,7 +2,10 @@
 
 # ---- The language ---------------------------------------------------------------------------------
 
-set(CMAKE_CXX_STANDARD 20)
+# Twenty or later: a project around this one may ask for a later one.
+if(NOT CMAKE_CXX_STANDARD OR CMAKE_CXX_STANDARD LESS 20)
+  set(CMAKE_CXX_STANDARD 20)
+endif()
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
@@ -27,14 +30,14 @@ add_compile_options(${GXSHAPE_PUBLIC_FLAGS})
 # ---- Optimisation -----------------------------------------------------------------------------------
 #
 # Release is the default: geometry built without optimisation is useless to whoever just typed
-# `cmake -B build`. No -march: a library must run on machines other than the one that built it.
+# `cmake -B build`. Within another project that project's build type holds, and everywhere the user's
+# flags do; the presets compile with -O2, which is what the benchmarks were tuned with. No -march: a library must run on machines other than the one that built it.
 # No link-time optimisation: the libraries are shared, and the hot loops lie inside one file each.
 
 get_property(_multi GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
-if(NOT _multi AND NOT CMAKE_BUILD_TYPE)
+if(PROJECT_IS_TOP_LEVEL AND NOT _multi AND NOT CMAKE_BUILD_TYPE)
   set(CMAKE_BUILD_TYPE Release CACHE STRING "Debug, Release, RelWithDebInfo" FORCE)
 endif()
-set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
 
 # ---- Warnings ---------------------------------------------------------------------------------------
 
@@ -75,7 +78,9 @@ endif()
 
 # ---- ccache, where present --------------------------------------------------------------------------
 
-find_program(GXSHAPE_CCACHE ccache)
+if(PROJECT_IS_TOP_LEVEL)
+  find_program(GXSHAPE_CCACHE ccache)
+endif()
 if(GXSHAPE_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER "${GXSHAPE_CCACHE}")
 endif()

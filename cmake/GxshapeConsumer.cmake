@@ -15,3 +15,10 @@ add_test(NAME consumer
                  "-DFLAGS=${_flags}"
                  -P ${PROJECT_SOURCE_DIR}/cmake/RunConsumer.cmake)
 set_tests_properties(consumer PROPERTIES TIMEOUT 600)
+
+# The library as a part of another project, which keeps its own flags, build type and target names.
+add_test(NAME subproject
+         COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR} -DSOURCE=${PROJECT_SOURCE_DIR}
+                 -DCOMPILER=${CMAKE_CXX_COMPILER}
+                 -P ${PROJECT_SOURCE_DIR}/cmake/RunSubproject.cmake)
+set_tests_properties(subproject PROPERTIES TIMEOUT 300)

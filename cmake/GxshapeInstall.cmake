@@ -11,7 +11,7 @@
 include(CMakePackageConfigHelpers)
 
 set(_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/gxshape")
-install(TARGETS velstd velip veldispc gxshape EXPORT gxshape-targets
+install(TARGETS gxshape_velstd gxshape_velip gxshape_veldispc gxshape EXPORT gxshape-targets
         LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
         ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
         RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
