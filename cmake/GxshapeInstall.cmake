@@ -1,7 +1,7 @@
 # Installation: libraries, headers, a CMake package and a pkg-config file.
 #
 #   lib/libgxshape.so.0.1, lib/libvelstd.so.0.1, ...
-#   include/gxshape-0.1/{velstd,velip,veldispc,cntr,ch_core,overlay,gxshape}/*.h
+#   include/gxshape-0.1/{velstd,velip,veldispc,cntr,gauge,ch_core,overlay,gxshape}/*.h
 #   lib/cmake/gxshape/            find_package(gxshape) gives gxshape::gxshape, gxshape::velstd, ...
 #   lib/pkgconfig/gxshape.pc
 #

@@ -8,7 +8,7 @@
 cmake_policy(VERSION 3.22)
 
 set(_roots base . include)    # what <velstd/...>, <cntr/...> and <gxshape/...> are looked up in
-set(_folders base/velstd base/velip base/veldispc cntr ch_core overlay include/gxshape)
+set(_folders base/velstd base/velip base/veldispc cntr gauge ch_core overlay include/gxshape)
 
 set(_queue)
 foreach(_folder IN LISTS _folders)

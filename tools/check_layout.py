@@ -3,12 +3,12 @@
 
     tools/check_layout.py              every rule below that needs no compiler
     tools/check_layout.py --headers    and that each header of the library compiles alone (CXX, or c++)
-    tools/check_layout.py --repair     rewrites the umbrella header
+    tools/check_layout.py --repair     rewrites the umbrella headers
 
 Findings are printed as file:line: rule: text, and make the exit status 1. Warnings do not.
 
   include    includes run one way: base/velstd, then base/velip and base/veldispc, then cntr, then
-             ch_core, then overlay, then everything else; the library includes the standard library and itself
+             gauge and ch_core, then overlay, then everything else; the library includes the standard library and itself
              only; headers under internal/ are for their own library and for tests
   inner      the folders under cntr/internal include downward only (INNER below), and none but sets/
              includes the header of a class above them
@@ -21,7 +21,8 @@ Findings are printed as file:line: rule: text, and make the exit status 1. Warni
   name       no file or folder has one of the names that say nothing
   word       no tracked text names a document outside this repository, or a path of one machine
   length     (a warning) a file of more than 500 lines outside tests, benchmarks and fuzz targets
-  umbrella   include/gxshape/gxshape.h includes every public header
+  umbrella   include/gxshape/gxshape.h includes every public header; a header named as its folder
+             (gauge/gauge.h) includes every other one in it
   alone      each header compiles alone
 """
 import argparse
@@ -32,12 +33,13 @@ import subprocess
 import sys
 
 # The folders of the library in the order in which they may see each other.
-LAYERS = {"base/velstd": 0, "base/velip": 1, "base/veldispc": 1, "cntr": 2, "ch_core": 3, "overlay": 4}
+LAYERS = {"base/velstd": 0, "base/velip": 1, "base/veldispc": 1, "cntr": 2, "gauge": 3, "ch_core": 3,
+          "overlay": 4}
 INCLUDE_NAMES = {"velstd": "base/velstd", "velip": "base/velip", "veldispc": "base/veldispc",
-                 "cntr": "cntr", "ch_core": "ch_core", "overlay": "overlay",
+                 "cntr": "cntr", "gauge": "gauge", "ch_core": "ch_core", "overlay": "overlay",
                  "gxshape": "include/gxshape"}
 LIBRARY_OF = {"base/velstd": "velstd", "base/velip": "velip", "base/veldispc": "veldispc",
-              "cntr": "gxshape", "ch_core": "gxshape", "overlay": "gxshape"}
+              "cntr": "gxshape", "gauge": "gxshape", "ch_core": "gxshape", "overlay": "gxshape"}
 # The folders under cntr/internal, and which of their neighbours each may see.
 INNER_ROOT = "cntr/internal/"
 INNER = {"outline": set(), "sums": set(), "archive": set(), "index": {"outline"},
@@ -45,7 +47,7 @@ INNER = {"outline": set(), "sums": set(), "archive": set(), "index": {"outline"}
          "sets": {"outline", "index", "memory"}}
 CLASS_HEADERS = {"cntr/contour.h", "cntr/region.h", "cntr/regionst.h"}
 # The map of these folders is checked against their files.
-MAPS = {"cntr/": "cntr/README.md"}
+MAPS = {"cntr/": "cntr/README.md", "gauge/": "gauge/README.md"}
 UMBRELLA = "include/gxshape/gxshape.h"
 MAX_LINES = 500
 
@@ -257,33 +259,47 @@ def check_lengths(tree):
                 yield Finding(path, length, "length", f"{length} lines; is it still one room?", warning=True)
 
 
-def umbrella_names(tree):
-    """What the umbrella header has to include, lowest layer first."""
+def umbrella_names(tree, folder=None):
+    """What the umbrella header, or that of a folder, has to include, lowest layer first."""
     headers = [h for h in tree.public_headers() if os.path.basename(h) != "export.h"]
+    if folder:
+        headers = [h for h in headers if layer_folder(h) == folder and h != folder_umbrella(folder)]
     headers.sort(key=lambda h: (list(LAYERS).index(layer_folder(h)), h))
     return [h.removeprefix("base/") for h in headers]
 
 
-def umbrella_text(tree):
-    text = ["/// All of gxshape: every public header, lowest layer first.  `make format` keeps the list.",
-            "#pragma once"]
-    folder = None
-    for name in umbrella_names(tree):
-        if os.path.dirname(name) != folder:
-            folder = os.path.dirname(name)
+def folder_umbrella(folder):
+    return f"{folder}/{os.path.basename(folder)}.h"
+
+
+def umbrellas(tree):
+    """The umbrella headers and the folders that they stand for (None: all)."""
+    return {UMBRELLA: None} | {folder_umbrella(f): f for f in LAYERS if folder_umbrella(f) in tree.files}
+
+
+def umbrella_text(tree, folder=None):
+    what = f"All of this folder: every public header of {folder}." if folder else \
+        "All of gxshape: every public header, lowest layer first."
+    text = [f"/// {what}  `make format` keeps the list.", "#pragma once"]
+    last = None
+    for name in umbrella_names(tree, folder):
+        if os.path.dirname(name) != last:
+            last = os.path.dirname(name)
             text.append("")
         text.append(f"#include <{name}>")
     return "\n".join(text) + "\n"
 
 
 def check_umbrella(tree):
-    lines = tree.lines(UMBRELLA) if UMBRELLA in tree.files else []
-    included = {m.group(2) for m in map(INCLUDE.match, lines) if m}
-    for name in umbrella_names(tree):
-        if name not in included:
-            yield Finding(UMBRELLA, 1, "umbrella", f"<{name}> is missing; `make format` adds it")
-    for name in sorted(included - set(umbrella_names(tree))):
-        yield Finding(UMBRELLA, 1, "umbrella", f"<{name}> is no public header")
+    for path, folder in umbrellas(tree).items():
+        lines = tree.lines(path) if path in tree.files else []
+        included = {m.group(2) for m in map(INCLUDE.match, lines) if m}
+        wanted = umbrella_names(tree, folder)
+        for name in wanted:
+            if name not in included:
+                yield Finding(path, 1, "umbrella", f"<{name}> is missing; `make format` adds it")
+        for name in sorted(included - set(wanted)):
+            yield Finding(path, 1, "umbrella", f"<{name}> is no public header")
 
 
 def check_alone(tree, compiler):
@@ -319,8 +335,9 @@ def main():
     options = parser.parse_args()
     tree = Tree(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
     if options.repair:
-        with open(os.path.join(tree.root, UMBRELLA), "w", encoding="utf-8") as file:
-            file.write(umbrella_text(tree))
+        for path, folder in umbrellas(tree).items():
+            with open(os.path.join(tree.root, path), "w", encoding="utf-8") as file:
+                file.write(umbrella_text(tree, folder))
         return 0
     findings = check(tree)
     if options.headers:

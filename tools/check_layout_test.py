@@ -152,6 +152,15 @@ class LayoutTest(unittest.TestCase):
         self.assertEqual(self.findings({"include/gxshape/gxshape.h": check_layout.umbrella_text(tree),
                                         "cntr/README.md": "| `contour`, `memo`, `region` |\n"}), [])
 
+    def test_the_header_of_a_folder_misses_one_and_has_one_too_many(self):
+        files = {"gauge/gauge.h": "#pragma once\n#include <gauge/gone.h>\n", "gauge/feret.h": "#pragma once\n"}
+        found = check_layout.check_umbrella(self.tree(files))
+        self.assertEqual([f.path for f in found if f.path == "gauge/gauge.h"], ["gauge/gauge.h"] * 2)
+        tree = self.tree(files)
+        files["gauge/gauge.h"] = check_layout.umbrella_text(tree, "gauge")
+        found = check_layout.check_umbrella(self.tree(files))
+        self.assertEqual([f.path for f in found if f.path == "gauge/gauge.h"], [])
+
     def test_a_header_that_needs_another_one_before_it(self):
         tree = self.tree({"cntr/contour.h": "#pragma once\nstd::string s();\n"})
         compiler = os.environ.get("CXX", "c++")

@@ -42,6 +42,9 @@
 #include <cntr/regionst.h>
 #include <cntr/shapestat.h>
 
+#include <gauge/gauge.h>
+#include <gauge/places.h>
+
 #include <ch_core/cntrtmpl.h>
 
 #include <overlay/limits.h>

@@ -1,0 +1,55 @@
+// The frame around a box: the middle and the half sides are made of halves, so that a box from -1e308
+// to 1e308 does not overflow.
+#include <gauge/internal/frame.h>
+
+#include <algorithm>
+#include <cmath>
+
+bool gx_allFinite(std::span<const gxVector<2>> points) {
+  // Zero times a finite number is 0, times any other NaN; four sums run side by side.
+  double sums[4] = {0.0, 0.0, 0.0, 0.0};
+  std::size_t i = 0;
+  for (; i + 2 <= points.size(); i += 2) {
+    sums[0] += points[i].x() * 0.0;
+    sums[1] += points[i].y() * 0.0;
+    sums[2] += points[i + 1].x() * 0.0;
+    sums[3] += points[i + 1].y() * 0.0;
+  }
+  if (i < points.size()) {
+    sums[0] += points[i].x() * 0.0;
+    sums[1] += points[i].y() * 0.0;
+  }
+  return (sums[0] + sums[1]) + (sums[2] + sums[3]) == 0.0;
+}
+
+gx_Box gx_boxOf(std::span<const gxVector<2>> points) {
+  gx_Box even;
+  gx_Box odd;
+  std::size_t i = 0;
+  for (; i + 2 <= points.size(); i += 2) {
+    even.add(points[i]);
+    odd.add(points[i + 1]);
+  }
+  if (i < points.size()) even.add(points[i]);
+  even.add(odd);
+  return even;
+}
+
+gx_Frame::gx_Frame(const gx_Box& box)
+    : middle_(box.lowX * 0.5 + box.highX * 0.5, box.lowY * 0.5 + box.highY * 0.5) {
+  const double half = std::max(box.highX * 0.5 - box.lowX * 0.5, box.highY * 0.5 - box.lowY * 0.5);
+  if (!(half > 0.0)) {
+    // A single point, or two neighbouring subnormals: a half that has vanished is no scale.
+    const double whole = std::max(box.highX - box.lowX, box.highY - box.lowY);
+    if (!(whole > 0.0)) {
+      middle_ = {box.lowX, box.lowY};
+      return;
+    }
+  }
+  const int exponent = half > 0.0 ? std::ilogb(half) : -1074;
+  const int first = std::clamp(exponent, -1000, 1000);
+  up_ = std::ldexp(1.0, -first);
+  down_ = std::ldexp(1.0, first);
+  upAgain_ = std::ldexp(1.0, first - exponent);
+  downAgain_ = std::ldexp(1.0, exponent - first);
+}
