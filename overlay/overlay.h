@@ -1,4 +1,4 @@
-/// All of overlay: what is computed from the crossings of edges.
+/// All of this folder: every public header of overlay.  `make format` keeps the list.
 #pragma once
 
 #include <overlay/limits.h>
