@@ -3,6 +3,7 @@
 
 #include <velstd/angle.h>
 #include <velstd/archive.h>
+#include <velstd/budget.h>
 #include <velstd/circle.h>
 #include <velstd/circle_fit.h>
 #include <velstd/convex_hull.h>
