@@ -4,11 +4,6 @@
 
 using Message = std::basic_string<wchar_t>;
 
-gxStopped::gxStopped(const Message& message) : gx_ConcreteException(message) {}
-gxStopped::gxStopped(const gxStopped&) noexcept = default;
-gxStopped& gxStopped::operator=(const gxStopped&) noexcept = default;
-gxStopped::~gxStopped() = default;
-
 gxLimitExceeded::gxLimitExceeded(const Message& message) : gx_ConcreteException(message) {}
 gxLimitExceeded::gxLimitExceeded(const gxLimitExceeded&) noexcept = default;
 gxLimitExceeded& gxLimitExceeded::operator=(const gxLimitExceeded&) noexcept = default;

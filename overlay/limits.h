@@ -3,6 +3,7 @@
 
 #include <cntr/contourdefs.h>
 #include <cntr/export.h>
+#include <velstd/budget.h>
 
 #include <cstddef>
 #include <functional>
@@ -19,16 +20,6 @@ struct gxOverlayLimits {
   /// The most meetings of edges that a call may find before it throws `gxLimitExceeded`.  n edges can
   /// have n² / 2 of them, and each costs about 200 bytes: 4 million need about 800 MB.
   std::size_t maxMeetings = 4'000'000;
-};
-
-/// `gxOverlayLimits::stop` told a call to stop.
-class GXSHAPE_API gxStopped final
-    : public gx_ConcreteException<gxStopped, gxContourDefs::Errors, 0x10004720> {
- public:
-  explicit gxStopped(const std::basic_string<wchar_t>& message = std::basic_string<wchar_t>());
-  gxStopped(const gxStopped&) noexcept;
-  gxStopped& operator=(const gxStopped&) noexcept;
-  ~gxStopped() override;
 };
 
 /// The edges of an input meet more often than `gxOverlayLimits::maxMeetings` allows.
