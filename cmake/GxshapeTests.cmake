@@ -46,5 +46,22 @@ foreach(test IN LISTS tool_tests)
   set_tests_properties(tools_${name} PROPERTIES TIMEOUT 300)
 endforeach()
 
+# ---- The overlay's exact judge ------------------------------------------------------------------
+#
+# CGAL's headers are all code; one file includes them, and is compiled for the tests of the overlay only.
+
+if(TARGET gxshape_overlay_tests)
+  find_path(GXSHAPE_CGAL_INCLUDES CGAL/Arrangement_2.h REQUIRED)
+  find_library(GXSHAPE_GMP gmp REQUIRED)
+  find_library(GXSHAPE_MPFR mpfr REQUIRED)
+  add_library(gxshape_cgal_judge OBJECT "${PROJECT_SOURCE_DIR}/tests/overlay/cgal_judge.cpp")
+  target_include_directories(gxshape_cgal_judge SYSTEM PRIVATE "${GXSHAPE_CGAL_INCLUDES}")
+  # The exact numbers set the rounding direction themselves, which this flag is the promise for.
+  target_compile_options(gxshape_cgal_judge PRIVATE
+                         $<$<CXX_COMPILER_ID:GNU>:-frounding-math> $<$<CXX_COMPILER_ID:Clang>:-Wno-unknown-warning-option>)
+  target_link_libraries(gxshape_cgal_judge PRIVATE gxshape_test_support)
+  target_link_libraries(gxshape_overlay_tests PRIVATE gxshape_cgal_judge ${GXSHAPE_GMP} ${GXSHAPE_MPFR})
+endif()
+
 include(GxshapeConformance)
 include(GxshapeConsumer)
