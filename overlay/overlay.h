@@ -1,4 +1,5 @@
 /// All of this folder: every public header of overlay.  `make format` keeps the list.
 #pragma once
 
+#include <overlay/check.h>
 #include <overlay/limits.h>

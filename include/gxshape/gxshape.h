@@ -48,5 +48,6 @@
 
 #include <ch_core/cntrtmpl.h>
 
+#include <overlay/check.h>
 #include <overlay/limits.h>
 #include <overlay/overlay.h>
