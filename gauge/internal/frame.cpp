@@ -1,6 +1,7 @@
 // The frame around a box: the middle and the half sides are made of halves, so that a box from -1e308
 // to 1e308 does not overflow.
 #include <gauge/internal/frame.h>
+#include <velstd/orientation.h>
 
 #include <algorithm>
 #include <cmath>
@@ -33,6 +34,15 @@ gx_Box gx_boxOf(std::span<const gxVector<2>> points) {
   if (i < points.size()) even.add(points[i]);
   even.add(odd);
   return even;
+}
+
+bool gx_onOneLine(std::span<const gxVector<2>> points) {
+  std::size_t second = 1;
+  while (second < points.size() && points[second] == points[0]) ++second;
+  for (std::size_t i = second + 1; i < points.size(); ++i) {
+    if (gx_Orientation(points[0], points[second], points[i]) != 0) return false;
+  }
+  return true;
 }
 
 gx_Frame::gx_Frame(const gx_Box& box)

@@ -13,6 +13,10 @@ GXSHAPE_API bool gx_allFinite(std::span<const gxVector<2>> points);
 /// Returns the box of the points; empty for none.  A NaN coordinate is passed over.
 GXSHAPE_API gx_Box gx_boxOf(std::span<const gxVector<2>> points);
 
+/// Tells, exactly, whether all points lie on one line; true for fewer than 3 distinct ones.
+/// Cost: O(1) for nearly all shapes, O(n) where the answer is yes.
+GXSHAPE_API bool gx_onOneLine(std::span<const gxVector<2>> points);
+
 /// A frame with its origin in the middle of a box and a scale that is a power of two, in which the
 /// longer half side of the box lies in [1, 2).  Squares, areas and fourth powers are then far from both
 /// ends of the range, whether coordinates are 1e300 or 1e-300, and an offset of 1e6 costs no digits.
@@ -32,6 +36,14 @@ class GXSHAPE_API gx_Frame {
   /// Maps a point of the frame back.
   gxVector<2> from(const gxVector<2>& p) const {
     return {p.x() * down_ * downAgain_ + middle_.x(), p.y() * down_ * downAgain_ + middle_.y()};
+  }
+  /// Scales a point without moving it: exact, and no difference of scaled points overflows.
+  gxVector<2> scaled(const gxVector<2>& p) const {
+    return {p.x() * up_ * upAgain_, p.y() * up_ * upAgain_};
+  }
+  /// Scales a point back.
+  gxVector<2> unscaled(const gxVector<2>& p) const {
+    return {p.x() * down_ * downAgain_, p.y() * down_ * downAgain_};
   }
   /// Maps a length into the frame, and back.
   double lengthTo(double length) const { return length * up_ * upAgain_; }

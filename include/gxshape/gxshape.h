@@ -43,6 +43,8 @@
 #include <cntr/regionst.h>
 #include <cntr/shapestat.h>
 
+#include <gauge/enclosing.h>
+#include <gauge/feret.h>
 #include <gauge/gauge.h>
 #include <gauge/places.h>
 

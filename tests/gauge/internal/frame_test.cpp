@@ -65,6 +65,22 @@ TEST(Frame, LengthsAndPointsComeBack) {
   EXPECT_EQ(frame.areaFrom(1.0), 4.0);
 }
 
+TEST(Frame, ScalingAloneIsExactAndDoesNotOverflow) {
+  const auto points = pointsOf("-1.7e308 1, 1.7e308 -3e-300");
+  const gx_Frame frame(points);
+  EXPECT_EQ(frame.unscaled(frame.scaled(points[0])), points[0]);
+  EXPECT_TRUE(std::isfinite((frame.scaled(points[1]) - frame.scaled(points[0])).x()));
+}
+
+TEST(Frame, PointsOnALineAreToldExactly) {
+  EXPECT_TRUE(gx_onOneLine({}));
+  EXPECT_TRUE(gx_onOneLine(pointsOf("1 2")));
+  EXPECT_TRUE(gx_onOneLine(pointsOf("1 2, 1 2, 3 4")));
+  EXPECT_TRUE(gx_onOneLine(pointsOf("0 0, 0 0, 1 3, 2 6, -1 -3")));
+  EXPECT_FALSE(gx_onOneLine(pointsOf("0 0, 0 0, 1 3, 2 6, -1 -3.0000000000000004")));
+  EXPECT_TRUE(gx_onOneLine(pointsOf("0.1 0.1, 0.3 0.3, 1e300 1e300, 1e-300 1e-300")));
+}
+
 TEST(Frame, RandomPointsComeBackToRounding) {
   RandomShapes random("frame", 300);
   while (random.next()) {

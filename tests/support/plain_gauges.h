@@ -1,0 +1,31 @@
+/// Gauges in their plain form: from their definitions, by looking at everything, in long double.
+#pragma once
+
+#include <velstd/vector.h>
+
+#include <vector>
+
+namespace plain {
+
+using Points = std::vector<gxVector<2>>;
+
+/// The smallest circle of all those on two points and through three points that hold all.
+struct Circle {
+  long double x = 0, y = 0, radius = 0;
+};
+Circle enclosingCircle(const Points& points);
+
+/// The area and the width of the smallest rectangles with a side along one of the lines through two
+/// points that have all others on one side.
+struct Rectangles {
+  long double area = 0, width = 0;
+};
+Rectangles rectangles(const Points& points);
+
+/// The greatest distance of two points.
+long double farthest(const Points& points);
+
+/// The extent in a direction.
+long double extent(const Points& points, long double angle);
+
+}  // namespace plain
