@@ -1,4 +1,6 @@
 #include <cntr/contour.h>
+#include <cntr/internal/memory/eviction.h>
+#include <velstd/random.h>
 
 #include <support/computed.h>
 #include <support/random_shapes.h>
@@ -10,6 +12,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -102,6 +105,74 @@ TEST(ContourVertexLookup, EachToleranceBuildsItsGridOnce) {
   contour.vertexIndex(V(5, 5), 1);
   contour.vertexIndex(V(5, 5), 1.0000001);
   EXPECT_EQ(grids.times(), 2);
+}
+
+// Asks once more than is answered without a grid.
+void askForAGrid(const gxContour& contour, double tolerance) {
+  for (int i = 0; i <= kPlainQuestions; ++i) contour.vertexIndex(V(0, 0), tolerance);
+}
+
+TEST(ContourVertexLookup, KnowsAsManyTolerancesAsTheBoundAndOneMore) {
+  gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
+  contour.cachedVectorSize(2);
+  for (const double tolerance : {1.0, 2.0, 3.0}) askForAGrid(contour, tolerance);
+  const Computed grids(gx_Computation::eVertexGrid);
+  for (const double tolerance : {1.0, 2.0, 3.0}) contour.vertexIndex(V(0, 0), tolerance);
+  EXPECT_EQ(grids.times(), 0) << "three are known";
+  contour.vertexIndex(V(0, 0), 4.0);
+  askForAGrid(contour, 1.0);
+  EXPECT_EQ(grids.times(), 1) << "the fourth took the place of the first";
+}
+
+TEST(ContourVertexLookup, ForgetsTheToleranceThatWasAskedForTheLongestAgo) {
+  gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
+  contour.cachedVectorSize(2);
+  for (const double tolerance : {1.0, 2.0, 3.0}) askForAGrid(contour, tolerance);
+  contour.vertexIndex(V(0, 0), 1.0);  // so 2 is the one
+  contour.vertexIndex(V(0, 0), 4.0);
+  const Computed grids(gx_Computation::eVertexGrid);
+  for (const double tolerance : {1.0, 3.0}) contour.vertexIndex(V(0, 0), tolerance);
+  EXPECT_EQ(grids.times(), 0);
+  askForAGrid(contour, 2.0);
+  EXPECT_EQ(grids.times(), 1);
+}
+
+TEST(ContourVertexLookup, OfABoundOfZeroKnowsTheLastToleranceAlone) {
+  gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
+  contour.cachedVectorSize(0);
+  const Computed grids(gx_Computation::eVertexGrid);
+  for (const double tolerance : {1.0, 2.0, 1.0}) askForAGrid(contour, tolerance);
+  EXPECT_EQ(grids.times(), 3);
+}
+
+TEST(ContourVertexLookup, ALoweredBoundForgetsNothing) {
+  gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
+  for (const double tolerance : {1.0, 2.0}) askForAGrid(contour, tolerance);
+  contour.cachedVectorSize(0);
+  const Computed grids(gx_Computation::eVertexGrid);
+  for (const double tolerance : {1.0, 2.0}) contour.vertexIndex(V(0, 0), tolerance);
+  EXPECT_EQ(grids.times(), 0);
+}
+
+TEST(ContourVertexLookup, DrawsNothingFromTheGeneratorOfTheOtherMemories) {
+  long drawn = -1;
+  std::thread([&drawn] {
+    const gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
+    for (int i = 1; i < 100; ++i) contour.vertexIndex(V(0, 0), i);
+    drawn = gx_drawEvicted(1000);
+  }).join();
+  EXPECT_EQ(drawn, gfIFloor(gxRandomUniform(1).next(0, 1000))) << "the first draw of a thread";
+}
+
+TEST(ContourVertexLookup, AnswersTheSameWhateverWasForgotten) {
+  const gxContour contour(pointsOf("0 0, 1 0, 1.5 0, 1.5 0.5, 0 0"));
+  for (int round = 0; round < 40; ++round) {
+    for (const double tolerance : {0.25, 0.75, 1.25, 1.75, 2.25, 2.75}) {
+      const V query(0.25 * (round % 7), 0.125);
+      EXPECT_EQ(contour.vertexIndex(query, tolerance),
+                gx_VertexGrid::scan(contour.points(), tolerance, query));
+    }
+  }
 }
 
 TEST(ContourVertexLookup, QuestionsOfACopyGoOnWhereThoseOfTheOriginalStood) {
