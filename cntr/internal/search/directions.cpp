@@ -67,8 +67,8 @@ class Directions {
       if (boxes_.empty() || !open()) return false;
     }
     while (true) {
-      if (!openUpTo(vertices_.front().turn)) return false;
-      const double last = vertices_.front().turn;  // what was opened may have brought an earlier one
+      if (!openUpToFirst()) return false;
+      const double last = vertices_.front().turn;
       group.push_back(gx_directionTo(point_, points_[vertices_.front().at]));
       std::pop_heap(vertices_.begin(), vertices_.end(), later);
       vertices_.pop_back();
@@ -90,6 +90,16 @@ class Directions {
   void push(std::size_t level, std::size_t at) {
     boxes_.push_back({leastTurn(index_.box(level, at), point_), level, at});
     std::push_heap(boxes_.begin(), boxes_.end(), later);
+  }
+
+  // Opens boxes until none that is left reaches up to the first vertex.  What is opened may bring an
+  // earlier one: the box that the point lies in comes first of all, and may hold vertices behind it, up
+  // to which lies half the outline.
+  bool openUpToFirst() {
+    while (!boxes_.empty() && boxes_.front().turn <= vertices_.front().turn + kSameDirection) {
+      if (!open()) return false;
+    }
+    return true;
   }
 
   // Opens boxes until none that is left reaches up to the turn.

@@ -65,6 +65,41 @@ TEST(Directions, TheFirstWideGapIsThatAmongAllSortedDirections) {
   EXPECT_GT(found, 100);
 }
 
+// A circle with a small loop outside at every 20th vertex.
+std::vector<gxVector<2>> circleWithLoops(int count, double radius) {
+  std::vector<gxVector<2>> points;
+  const double step = 2 * kPi / count;
+  const double edge = radius * step;
+  for (int i = 0; i < count; ++i) {
+    const gxVector<2> out(std::cos(i * step), std::sin(i * step));
+    const gxVector<2> along(-out.y(), out.x());
+    const gxVector<2> at = out * radius;
+    if (i % 20 != 10) {
+      points.push_back(at);
+      continue;
+    }
+    points.insert(points.end(),
+                  {at + along * (0.5 * edge), at + out * (0.8 * edge), at - along * (0.5 * edge)});
+  }
+  return points;
+}
+
+TEST(Directions, TheFirstGapSeenFromBesideAnEdgeTakesFewVertices) {
+  // The point's own box comes first, and some of its vertices lie behind the point: half of all vertices
+  // have lesser directions than those, and would be too many.
+  const std::vector<gxVector<2>> points = circleWithLoops(10'000, 1500);
+  const gx_EdgeIndex index(points, true);
+  const double wide = kPi / static_cast<double>(points.size());
+  int found = 0;
+  for (std::size_t i = 0; i < 1000; ++i) {
+    const gxVector<2> middle = (points[i] + points[i + 1]) * 0.5;
+    double before = 0.0;
+    double gap = 0.0;
+    if (gx_firstWideGap(index, points, middle * (1.0 + 6e-6), wide, before, gap)) ++found;
+  }
+  EXPECT_EQ(found, 1000);
+}
+
 TEST(Directions, LookingAtAllGivesTheSameGap) {
   RandomShapes random("first wide gap of all", 600);
   long found = 0;
