@@ -1,6 +1,7 @@
 #include <cntr/contour.h>
 #include <cntr/internal/memory/eviction.h>
 #include <velstd/random.h>
+#include <velstd/real_eq.h>
 
 #include <support/computed.h>
 #include <support/random_shapes.h>
