@@ -43,10 +43,19 @@
 #include <cntr/regionst.h>
 #include <cntr/shapestat.h>
 
+#include <gauge/arc.h>
+#include <gauge/borders.h>
+#include <gauge/clean.h>
+#include <gauge/curvature.h>
 #include <gauge/enclosing.h>
 #include <gauge/feret.h>
 #include <gauge/gauge.h>
+#include <gauge/hausdorff.h>
 #include <gauge/places.h>
+#include <gauge/resample.h>
+#include <gauge/simplify.h>
+#include <gauge/smooth.h>
+#include <gauge/uncertainty.h>
 
 #include <ch_core/cntrtmpl.h>
 

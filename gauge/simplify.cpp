@@ -1,0 +1,331 @@
+// Simplification.
+//
+//   1. Move into a frame of size 1.
+//   2. Of an outline, find the two points farthest from each other: on the hull, going around with two
+//      pointers.  They do not depend on where the outline starts.
+//   3. Split runs of points at the one farthest from the chord, until all of a run are within the
+//      tolerance.  Runs wait on a list, not on the stack.
+//   4. Where crossings are to be kept out, look for chords that meet, split each of them once more, and
+//      look again.  A chord that is an edge of the outline stays.
+//
+// The distance from a chord is computed from its lower end (by x, then y), so that it has the same bits
+// in both directions; of equal distances the lower point wins.  Several points of these coordinates, as
+// an outline that touches itself has, all stay: any choice among them would depend on the start.
+#include <cntr/internal/index/edge_index.h>
+#include <gauge/internal/frame.h>
+#include <gauge/simplify.h>
+#include <velstd/convex_hull.h>
+#include <velstd/orientation.h>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace {
+
+using Points = std::vector<gxVector<2>>;
+
+bool lower(const gxVector<2>& a, const gxVector<2>& b) {
+  return a.x() < b.x() || (a.x() == b.x() && a.y() < b.y());
+}
+
+// The square of the distance from a segment, times the square of its length; of the distance itself where
+// that is 0.
+class Chord {
+ public:
+  Chord(const gxVector<2>& p, const gxVector<2>& q) : a_(lower(p, q) ? p : q), b_(lower(p, q) ? q : p) {
+    along_ = b_ - a_;
+    whole_ = along_ * along_;
+    scale_ = whole_ > 0.0 ? whole_ : 1.0;
+  }
+
+  double measure(const gxVector<2>& p) const {
+    const gxVector<2> v = p - a_;
+    const gxVector<2> w = p - b_;
+    const double dot = v * along_;
+    const double cross = gf_Cross(along_, v);
+    const double beside = dot <= 0.0 ? v * v : w * w;
+    return dot > 0.0 && dot < whole_ ? cross * cross : beside * scale_;
+  }
+  double scale() const { return scale_; }
+
+ private:
+  gxVector<2> a_;
+  gxVector<2> b_;
+  gxVector<2> along_;
+  double whole_;
+  double scale_;
+};
+
+// Tells whether the point lies on the segment, exactly.
+bool isOn(const gxVector<2>& a, const gxVector<2>& b, const gxVector<2>& p) {
+  if (gx_Orientation(a, b, p) != 0) return false;
+  return p.x() >= std::min(a.x(), b.x()) && p.x() <= std::max(a.x(), b.x()) &&
+         p.y() >= std::min(a.y(), b.y()) && p.y() <= std::max(a.y(), b.y());
+}
+
+// Tells whether two segments share a point, exactly.
+bool meet(const gxVector<2>& a, const gxVector<2>& b, const gxVector<2>& c, const gxVector<2>& d) {
+  const int abc = gx_Orientation(a, b, c);
+  const int abd = gx_Orientation(a, b, d);
+  const int cda = gx_Orientation(c, d, a);
+  const int cdb = gx_Orientation(c, d, b);
+  if (abc * abd < 0 && cda * cdb < 0) return true;
+  return isOn(a, b, c) || isOn(a, b, d) || isOn(c, d, a) || isOn(c, d, b);
+}
+
+// The two corners of the hull farthest from each other, the lower one first; of equal pairs that with the
+// lower first point, then the lower second.  Opposite corners are found by two pointers.
+std::pair<gxVector<2>, gxVector<2>> farthestPair(const Points& hull, const gx_Frame& frame) {
+  std::pair<gxVector<2>, gxVector<2>> best{hull.front(), hull.front()};
+  double most = -1.0;
+  const auto consider = [&](gxVector<2> p, gxVector<2> q) {
+    if (lower(q, p)) std::swap(p, q);
+    const gxVector<2> apart = frame.to(p) - frame.to(q);
+    const double square = apart * apart;
+    const bool first = lower(p, best.first) || (p == best.first && lower(q, best.second));
+    if (square > most || (square == most && first)) {
+      best = {p, q};
+      most = square;
+    }
+  };
+  const std::size_t h = hull.size();
+  if (h == 1) return best;
+  std::size_t j = 1;
+  for (std::size_t i = 0; i < h; ++i) {
+    const gxVector<2>& a = hull[i];
+    const gxVector<2>& b = hull[(i + 1) % h];
+    const gxVector<2> along = frame.to(b) - frame.to(a);
+    consider(a, hull[j]);
+    consider(b, hull[j]);
+    for (std::size_t steps = 0; steps < h; ++steps) {
+      const std::size_t next = (j + 1) % h;
+      if (gf_Cross(along, frame.to(hull[next]) - frame.to(hull[j])) < 0.0) break;
+      j = next;
+      consider(a, hull[j]);
+      consider(b, hull[j]);
+    }
+  }
+  return best;
+}
+
+class Simplifier {
+ public:
+  Simplifier(std::span<const gxVector<2>> source, bool closed, double tolerance)
+      : source_(source), closed_(closed), n_(source.size()), frame_(source), keeps_(source.size(), 0) {
+    points_.reserve(n_);
+    for (const gxVector<2>& p : source) points_.push_back(frame_.to(p));
+    const double inFrame = frame_.lengthTo(tolerance);
+    square_ = inFrame * inFrame;
+    exact_ = tolerance == 0.0;
+  }
+
+  gxStatus run() {
+    Points hull;
+    gfConvexHull(Points(source_.begin(), source_.end()), hull);
+    if (closed_) {
+      const auto [low, high] = farthestPair(hull, frame_);
+      for (std::size_t i = 0; i < n_; ++i) keeps_[i] = source_[i] == low || source_[i] == high ? 1 : 0;
+      if (hull.size() == 1) {
+        std::fill(keeps_.begin() + 1, keeps_.end(), 0);
+        return gxStatus::eFlat;
+      }
+      if (hull.size() == 2) return gxStatus::eFlat;
+      anchors_ = std::make_pair(low, high);
+    } else {
+      keeps_.front() = 1;
+      keeps_.back() = 1;
+    }
+    splitRunsBetweenKept();
+    if (closed_) keepThird();
+    return hull.size() <= 2 ? gxStatus::eFlat : gxStatus::eOk;
+  }
+
+  // Splits every chord that meets another; tells whether one was split.
+  bool splitMeeting() {
+    const std::vector<std::size_t> kept = indices();
+    Points corners;
+    for (const std::size_t i : kept) corners.push_back(source_[i]);
+    const std::size_t k = kept.size();
+    const std::size_t chords = closed_ ? k : k - 1;
+    if (k < 4) return false;
+    const gx_EdgeIndex index(corners, closed_);
+    const auto startOf = [&](std::size_t e) { return closed_ ? (e == 0 ? k - 1 : e - 1) : e; };
+    const auto endOf = [&](std::size_t e) { return closed_ ? e : e + 1; };
+    std::vector<std::size_t> meeting;
+    for (std::size_t e = 0; e < chords; ++e) {
+      const gxVector<2>& a = corners[startOf(e)];
+      const gxVector<2>& b = corners[endOf(e)];
+      gx_Box box;
+      box.add(a);
+      box.add(b);
+      const bool found = index.forEachRun(
+          [&](const gx_Box& other) { return other.meets(box); },
+          [&](std::size_t first, std::size_t end) {
+            for (std::size_t f = first; f < end; ++f) {
+              const bool near = f == e || startOf(f) == endOf(e) || endOf(f) == startOf(e);
+              if (!near && meet(a, b, corners[startOf(f)], corners[endOf(f)])) return true;
+            }
+            return false;
+          });
+      if (found) meeting.push_back(e);
+    }
+    bool any = false;
+    for (const std::size_t e : meeting) any = splitOnce(kept[startOf(e)], kept[endOf(e)]) || any;
+    return any;
+  }
+
+  std::vector<std::size_t> indices() const {
+    std::vector<std::size_t> kept;
+    for (std::size_t i = 0; i < n_; ++i) {
+      if (keeps_[i] != 0) kept.push_back(i);
+    }
+    return kept;
+  }
+
+ private:
+  std::size_t next(std::size_t i) const { return i + 1 == n_ ? 0 : i + 1; }
+
+  // The points strictly between two kept ones: the number of the first and how many there are.
+  struct Run {
+    std::size_t from;
+    std::size_t to;
+  };
+
+  template <class Visit>
+  void forEachBetween(const Run& run, const Visit& visit) const {
+    if (run.from < run.to) {
+      for (std::size_t i = run.from + 1; i < run.to; ++i) visit(i);
+    } else if (closed_) {
+      for (std::size_t i = run.from + 1; i < n_; ++i) visit(i);
+      for (std::size_t i = 0; i < run.to; ++i) visit(i);
+    }
+  }
+
+  // Returns the point farthest from the chord by measure, the lower one of equal ones; `n_` where there is
+  // none between.
+  std::size_t farthest(const Run& run, double& measure) const {
+    const Chord chord(points_[run.from], points_[run.to]);
+    std::size_t best = n_;
+    measure = -1.0;
+    forEachBetween(run, [&](std::size_t i) {
+      const double here = chord.measure(points_[i]);
+      if (here < measure) return;
+      if (here == measure && !lower(source_[i], source_[best])) return;
+      measure = here;
+      best = i;
+    });
+    return best;
+  }
+
+  // Returns a point that is not exactly on the chord, the lower one; `n_` where all are.
+  std::size_t notOn(const Run& run) const {
+    std::size_t best = n_;
+    forEachBetween(run, [&](std::size_t i) {
+      if (best != n_ && !lower(source_[i], source_[best])) return;
+      if (!isOn(source_[run.from], source_[run.to], source_[i])) best = i;
+    });
+    return best;
+  }
+
+  // Returns the point at which the run has to be split, `n_` where all are within the tolerance.
+  std::size_t splitAt(const Run& run) const {
+    double measure = 0.0;
+    const std::size_t best = farthest(run, measure);
+    if (best == n_) return n_;
+    const double scale = Chord(points_[run.from], points_[run.to]).scale();
+    // With tolerance 0, what rounding may have made 0, or not, is decided exactly.
+    constexpr double kRounding = 1e-28;
+    if (exact_) return measure > kRounding ? best : notOn(run);
+    return measure > square_ * scale ? best : n_;
+  }
+
+  // Keeps that point of the run, and those with the same coordinates; appends the runs between.
+  void keep(const Run& run, std::size_t at, std::vector<Run>& runs) {
+    std::size_t from = run.from;
+    forEachBetween(run, [&](std::size_t i) {
+      if (!(source_[i] == source_[at])) return;
+      keeps_[i] = 1;
+      runs.push_back({from, i});
+      from = i;
+    });
+    runs.push_back({from, run.to});
+  }
+
+  void splitRunsBetweenKept() {
+    std::vector<Run> runs;
+    const std::vector<std::size_t> kept = indices();
+    for (std::size_t i = 0; i + 1 < kept.size(); ++i) runs.push_back({kept[i], kept[i + 1]});
+    if (closed_) runs.push_back({kept.back(), kept.front()});
+    while (!runs.empty()) {
+      const Run run = runs.back();
+      runs.pop_back();
+      const std::size_t at = splitAt(run);
+      if (at != n_) keep(run, at, runs);
+    }
+  }
+
+  // Keeps the point farthest from the two first ones where nothing else stays.
+  void keepThird() {
+    for (std::size_t i = 0; i < n_; ++i) {
+      if (keeps_[i] != 0 && !(source_[i] == anchors_.first) && !(source_[i] == anchors_.second)) return;
+    }
+    const Chord chord(frame_.to(anchors_.first), frame_.to(anchors_.second));
+    std::size_t best = n_;
+    double most = -1.0;
+    for (std::size_t i = 0; i < n_; ++i) {
+      const double here = chord.measure(points_[i]);
+      if (here > most || (here == most && lower(source_[i], source_[best]))) {
+        most = here;
+        best = i;
+      }
+    }
+    for (std::size_t i = 0; i < n_; ++i) {
+      if (source_[i] == source_[best]) keeps_[i] = 1;
+    }
+  }
+
+  bool splitOnce(std::size_t from, std::size_t to) {
+    std::vector<Run> runs;
+    double measure = 0.0;
+    const Run run{from, to};
+    const std::size_t at = farthest(run, measure);
+    if (at == n_) return false;
+    keep(run, at, runs);
+    return true;
+  }
+
+  std::span<const gxVector<2>> source_;
+  bool closed_;
+  std::size_t n_;
+  gx_Frame frame_;
+  Points points_;
+  std::vector<char> keeps_;
+  std::pair<gxVector<2>, gxVector<2>> anchors_;
+  double square_ = 0.0;
+  bool exact_ = false;
+};
+
+}  // namespace
+
+gxSimplified gfSimplify(std::span<const gxVector<2>> points, bool closed, double tolerance,
+                        const gxSimplifyOptions& options) {
+  gxSimplified result;
+  if (points.empty()) result.status = gxStatus::eEmpty;
+  if (!gx_allFinite(points)) result.status = gxStatus::eNotFinite;
+  if (!(tolerance >= 0.0)) result.status = gxStatus::eBadArgument;
+  if (result.status != gxStatus::eOk) return result;
+  Simplifier simplifier(points, closed, tolerance);
+  result.status = simplifier.run();
+  if (options.keepsCrossingsOut && result.status == gxStatus::eOk) {
+    while (simplifier.splitMeeting()) {}
+  }
+  result.kept = simplifier.indices();
+  result.points.reserve(result.kept.size());
+  for (const std::size_t i : result.kept) result.points.push_back(points[i]);
+  return result;
+}
+
+gxSimplified gfSimplify(const gxContour& contour, double tolerance, const gxSimplifyOptions& options) {
+  return gfSimplify(contour.points(), contour.isClosed(), tolerance, options);
+}
