@@ -1,14 +1,15 @@
 // The records of the edge-point classes.
 //
 //   contour  the complete record of the contour, the edge points, and the transform, which version 0
-//            (only read) did not have
+//            (only read) did not have: the object that it is loaded into keeps the one it has
 //   region   the complete record of the region and nothing else
 //   set      the complete record of the set, then the same regions once more as edge-point regions
 //
 // A region's record holds neither edge points nor a transform nor edge-point holes.  Loading one
 // leaves the region without them, whatever it held before: points of one shape and edge points of
 // another would be worse than none.  Edge points and points are loaded as they are and not made from
-// each other, so that a contour comes back bit by bit.
+// each other, so that a contour comes back bit by bit; but there must be one for each.  A contour whose
+// loading fails half-way is left without edge points.
 #include <ch_core/cntrtmpl.h>
 #include <cntr/internal/archive/archive_record.h>
 
@@ -17,6 +18,11 @@ namespace {
 constexpr unsigned char kContourVersion = 1;
 constexpr unsigned char kRegionVersion = 0;
 constexpr unsigned char kSetVersion = 0;
+
+[[noreturn]] void refuseUnequal(std::size_t points, std::size_t data) {
+  throw gxArchive::BadFormat(L"a contour of " + std::to_wstring(points) + L" points has " +
+                             std::to_wstring(data) + L" edge points");
+}
 
 }  // namespace
 
@@ -39,10 +45,17 @@ void gxContourT<T>::serialize_(gxArchive& archive, unsigned char version) {
   if (archive.isLoading()) {
     edges_.pointsFromDataValid = false;
     edges_.pointsFromData = nullptr;
-    if (version == 0) edges_.dataFromPoints = nullptr;
+    edges_.data.clear();
   }
   gxContour::dispatchSerialize(archive);
-  archive || edges_.data;
+  if (archive.isStoring()) {
+    archive || edges_.data;
+  } else {
+    std::vector<T> data;
+    archive || data;
+    if (data.size() != points().size()) refuseUnequal(points().size(), data.size());
+    edges_.data.swap(data);
+  }
   if (version > 0) archive || edges_.dataFromPoints;
 }
 

@@ -12,22 +12,43 @@
 // Streaming the payload straight through, checksum last, was the other choice: it saves a copy and
 // loses the guarantee that no object changes for a frame that is damaged.
 #include <velstd/archive.h>
+#include <velstd/internal/archive_frame.h>
 #include <velstd/internal/archive_number.h>
 #include <velstd/internal/archive_pass.h>
 #include <velstd/internal/archive_sum.h>
 
 #include <algorithm>
 #include <istream>
+#include <new>
 #include <ostream>
 #include <utility>
 
+#if defined(__GLIBCXX__)
+#  include <cxxabi.h>
+#endif
+
 namespace {
 
-constexpr unsigned char kMagic[8] = {0x89, 'G', 'X', 'A', 0x0d, 0x0a, 0x1a, 0x0a};
-constexpr std::uint32_t kFormat = 1;
-constexpr std::size_t kHeader = 20;  // magic, format, length of the payload
-constexpr std::size_t kSum = 8;
+constexpr std::size_t kHeader = gx_ArchiveFrame::kHeader;
+constexpr std::size_t kSum = gx_ArchiveFrame::kSum;
 constexpr std::size_t kFirstPiece = 1U << 16U;
+
+/// Runs `call` on a stream's buffer; what it throws is the stream's failure.  Two things are not: that
+/// memory ran out, which the caller may mend, and the end of a thread that is being cancelled.
+template <class Call>
+void onStream(const wchar_t* failure, const Call& call) {
+  try {
+    call();
+  } catch (const std::bad_alloc&) {
+    throw;
+#if defined(__GLIBCXX__)
+  } catch (const abi::__forced_unwind&) {
+    throw;
+#endif
+  } catch (...) {
+    throw gxArchive::FileError(failure);
+  }
+}
 
 }  // namespace
 
@@ -57,6 +78,12 @@ gxArchive::gxArchive(std::vector<unsigned char>&& owned, const Limits& limits)
 }
 
 gxArchive::~gxArchive() = default;
+
+void gxArchive::checkLimits_(const Limits& limits) {
+  if (limits.nesting <= kMostNesting) return;
+  throw LimitExceeded(L"a nesting of " + std::to_wstring(limits.nesting) + L" levels cannot be set, " +
+                      std::to_wstring(kMostNesting) + L" is the most");
+}
 
 std::span<const unsigned char> gxArchive::bytes() const noexcept {
   if (isLoading()) return {};
@@ -161,6 +188,7 @@ gxPersistent* gxArchive::loadFrame_(gxPersistent* root, bool simple) {
 }
 
 void gxArchive::loadSimple_(gxPersistent& object) {
+  if (!isLoading()) throw BadFormat(L"the archive stores and cannot load");
   if (pass_ == nullptr) {
     loadFrame_(&object, true);
     return;
@@ -190,8 +218,8 @@ void gxArchive::loadSimple_(gxPersistent& object) {
 void gxArchive::beginFrame_() {
   frame_ = buffer_.size();
   unsigned char header[kHeader] = {};
-  std::copy_n(kMagic, sizeof kMagic, header);
-  gf_PutLittle(header + 8, kFormat);
+  std::copy_n(gx_ArchiveFrame::kMagic, sizeof gx_ArchiveFrame::kMagic, header);
+  gf_PutLittle(header + 8, gx_ArchiveFrame::kFormat);
   store_(header, sizeof header);
 }
 
@@ -212,13 +240,11 @@ void gxArchive::write_() {
   if (!out_->good() || out_->rdbuf() == nullptr) throw FileError(L"the stream is not ready");
   std::streamsize written = 0;
   bool flushed = false;
-  try {
+  onStream(L"the stream cannot be written", [&] {
     written = out_->rdbuf()->sputn(reinterpret_cast<const char*>(buffer_.data()),
                                    static_cast<std::streamsize>(buffer_.size()));
     flushed = out_->rdbuf()->pubsync() == 0;
-  } catch (...) {
-    throw FileError(L"the stream cannot be written");
-  }
+  });
   if (static_cast<std::size_t>(written) != buffer_.size() || !flushed) {
     throw FileError(L"the stream took only a part of the archive");
   }
@@ -231,18 +257,14 @@ void gxArchive::openFrame_() {
     buffer_.clear();
     fetch_(kHeader);
   }
-  if (!std::equal(cursor_, cursor_ + std::min(bytesLeft(), sizeof kMagic), kMagic)) {
-    throw BadFormat(L"this is not an archive");
-  }
+  if (!gx_ArchiveFrame::mayBegin({cursor_, bytesLeft()})) throw BadFormat(L"this is not an archive");
   if (bytesLeft() < kHeader) truncated_(kHeader);
-  if (gf_GetLittle<std::uint32_t>(cursor_ + 8) != kFormat) {
+  if (!gx_ArchiveFrame::hasKnownFormat(cursor_)) {
     throw BadFormat(L"the archive has a format that this version does not know");
   }
-  const std::uint64_t length = gf_GetLittle<std::uint64_t>(cursor_ + 12);
-  if (length > limits_.bytes || limits_.bytes - length < kHeader + kSum) {
-    throw LimitExceeded(L"the frame is longer than " + std::to_wstring(limits_.bytes) + L" bytes");
-  }
-  const std::size_t whole = kHeader + static_cast<std::size_t>(length) + kSum;
+  const std::uint64_t size = gx_ArchiveFrame::size(cursor_, limits_.bytes);
+  if (size == 0) frameTooLong_(limits_);
+  const auto whole = static_cast<std::size_t>(size);
   if (in_ != nullptr) fetch_(whole);
   if (bytesLeft() < whole) truncated_(whole);
   const unsigned char* const sum = cursor_ + whole - kSum;
@@ -262,12 +284,10 @@ void gxArchive::fetch_(std::size_t size) {
     const std::size_t piece = std::min(size - had, std::max(kFirstPiece, had));
     buffer_.resize(had + piece);
     std::streamsize got = 0;
-    try {
+    onStream(L"the stream cannot be read", [&] {
       got = in_->rdbuf()->sgetn(reinterpret_cast<char*>(buffer_.data() + had),
                                 static_cast<std::streamsize>(piece));
-    } catch (...) {
-      throw FileError(L"the stream cannot be read");
-    }
+    });
     more = static_cast<std::size_t>(got) == piece;
     buffer_.resize(had + static_cast<std::size_t>(std::max<std::streamsize>(got, 0)));
   }

@@ -19,13 +19,19 @@ constexpr std::size_t kSlack = 1U << 12U;
 }  // namespace
 
 void gxArchive::store_(const unsigned char* data, std::size_t size) {
-  if (pass_ == nullptr) throw BadFormat(L"no pass is running");
+  if (pass_ == nullptr) noPass_();
   const std::uint64_t used = buffer_.size() - frame_ + kSum;
-  if (used > limits_.bytes || limits_.bytes - used < size) {
-    throw LimitExceeded(L"the frame is longer than " + std::to_wstring(limits_.bytes) + L" bytes");
-  }
+  if (used > limits_.bytes || limits_.bytes - used < size) frameTooLong_(limits_);
   makeRoom_(size);
   buffer_.insert(buffer_.end(), data, data + size);
+}
+
+void gxArchive::frameTooLong_(const Limits& limits) {
+  throw LimitExceeded(L"the frame is longer than " + std::to_wstring(limits.bytes) + L" bytes");
+}
+
+void gxArchive::noPass_() {
+  throw BadFormat(L"no pass is running");
 }
 
 /// Lets the buffer take `size` more bytes in its place.  What follows a long list of points is short:
@@ -36,6 +42,7 @@ void gxArchive::makeRoom_(std::size_t size) {
 }
 
 std::span<const unsigned char> gxArchive::takeBytes(std::size_t size) {
+  if (pass_ == nullptr) noPass_();
   if (bytesLeft() < size) truncated_(size);
   cursor_ += size;
   return {cursor_ - size, size};

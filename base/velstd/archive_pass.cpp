@@ -1,6 +1,9 @@
 // The bookkeeping of a pass.  Visits are remembered per pass and class level, not per object alone:
 // a region is handled as a region and, within that, once more as a contour, at two levels.
-// Addresses identify objects, which is sound because every object of a pass lives until it ends.
+// Addresses identify objects, which is sound because every object of a pass lives until it ends: the
+// pass holds what it loads, and what it stores too.  (It did not always hold the latter.  A class that
+// makes its parts while it is stored lets go of each before it makes the next, at the same address, and
+// all of them were written as the first.)
 #include <velstd/internal/archive_pass.h>
 
 #include <atomic>
@@ -55,6 +58,7 @@ gx_ArchivePass::gx_ArchivePass() : number(nextPassNumber()), outer(innermost) {
 
 gx_ArchivePass::~gx_ArchivePass() {
   innermost = outer;
+  for (const auto& one : stored) gx_PtrHandleBase_RepAccessor::release(one.second.held);
   for (const gx_LoadedObject& one : loaded) {
     if (!one.owned) continue;
     if (one.counted != nullptr) {

@@ -10,9 +10,11 @@ class gxArchive;
 /// The base class of persistent objects: it gives an object its place in an archive and lets a
 /// caller see that the object changed.
 ///
-/// Change tracking is off until `trackChanges(true)`; while it is on, every setter and every newly
-/// dropped or filled memory of the object counts one change.  The tracking state belongs to the
-/// object, not to its value: copies and moves start untracked, assignment leaves it alone.
+/// Change tracking is off until `trackChanges(true)`; while it is on, the object counts what changes it.
+/// A call that changes the object through one of its own members (a setter, loading, `reInit`) counts at
+/// least once, and may count more than once; docs/conventions.md says what else counts, class by class.
+/// The tracking state belongs to the object, not to its value: copies and moves start untracked,
+/// assignment leaves it alone.
 ///
 /// Threads: an object is used by one thread at a time, also through const members.
 class VELSTD_API gxPersistent {

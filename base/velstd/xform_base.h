@@ -10,7 +10,7 @@
 #include <cstddef>
 
 /// A transform of the plane as an object: it is held by handle, cloned, inverted and archived
-/// without its class being known.
+/// without its class being known.  Assigning one counts as a change where the target tracks changes.
 class VELSTD_API gx2XformBase : public gxPersistent, public gxRepBase {
  public:
   ~gx2XformBase() override;
@@ -22,17 +22,22 @@ class VELSTD_API gx2XformBase : public gxPersistent, public gxRepBase {
   /// Returns the affine transform that agrees with this one around `point`; for an affine
   /// transform this is the transform itself, at every point.
   virtual gxXform<2> linearXform(const gxVector<2>& point) const = 0;
-  /// Returns a new object of the same class and value.
+  /// Returns a new object of the same class and value; never a null handle.
   virtual gxPtrHandle<gx2XformBase> clone() const = 0;
   /// Returns a new transform that maps by `first` and then by this one.
   virtual gxPtrHandle<gx2XformBase> composeBase(const gx2XformBase& first) const = 0;
-  /// Returns a new transform that undoes this one.  Throws: gxMathError::Singular when there is none.
+  /// Returns a new transform that undoes this one, never a null handle.
+  /// Throws: gxMathError::Singular when there is none.
   virtual gxPtrHandle<gx2XformBase> inverseBase() const = 0;
 
  protected:
   gx2XformBase() = default;
   gx2XformBase(const gx2XformBase&) = default;
-  gx2XformBase& operator=(const gx2XformBase&) = default;
+  gx2XformBase& operator=(const gx2XformBase& other) {
+    gxPersistent::operator=(other);
+    mutating_();
+    return *this;
+  }
 
   void dispatchSerialize(gxArchive& archive) override;
 };

@@ -168,9 +168,15 @@ inline RecordWriter& edgeletList(RecordWriter& w) {
   return w;
 }
 
-inline Bytes edgeletContour(unsigned version) {
+inline Points threePoints() {
+  return {{0, 0}, {4, 0}, {4, 3}};
+}
+
+/// A contour of edge points without a transform; `points` are as many as the edge points, where it is to
+/// be one that can be loaded.
+inline Bytes edgeletContour(unsigned version, const Points& points = threePoints()) {
   RecordWriter w;
-  contourRecord(w.object(1, 1, "gxContourT<gxEdgelet>").u8(version), house(), 8);
+  contourRecord(w.object(1, 1, "gxContourT<gxEdgelet>").u8(version), points, 8);
   edgeletList(w);
   return (version == 0 ? w : w.null()).frame();
 }

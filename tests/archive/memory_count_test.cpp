@@ -66,6 +66,7 @@ void archive_test::forgetPeak() {
   peak = inUse.load();
 }
 
+// Held by the tests beside it: memory_use_test.cpp.
 TEST(MemoryCount, SeesWhatIsAllocatedAndFreed) {
   const std::size_t before = archive_test::bytesInUse();
   archive_test::forgetPeak();

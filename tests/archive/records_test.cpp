@@ -36,6 +36,71 @@ std::optional<Error> refusal(const Bytes& frame) {
   return std::nullopt;
 }
 
+using EdgeContour = gxContourT<gxEdgelet>;
+
+// A class that handles the record of its base so and so often within one of its own, as one does whose
+// two bases share a third.
+template <class Base, int Times>
+class Repeated : public Base {
+ public:
+  static gxPersistent* make() { return new Repeated; }
+
+ protected:
+  void dispatchSerialize(gxArchive& archive) override {
+    for (int i = 0; i < Times; ++i) Base::dispatchSerialize(archive);
+  }
+};
+
+template <class Base, int Times>
+Bytes storedWith(const Base& value) {
+  const gx_Instantiator known(typeid(Repeated<Base, Times>), &Repeated<Base, Times>::make);
+  Repeated<Base, Times> object;
+  static_cast<Base&>(object) = value;
+  const Bytes bytes = storedBytes(object);
+  const archive_test::Object back = gxArchive(bytes).loadNew();
+  const std::string prefix = gf_ClassName(typeid(object));
+  EXPECT_EQ(archive_test::describe(*back), archive_test::describe(object)) << prefix;
+  return bytes;
+}
+
+// The exceptions' base, which is handled once however often it is called.
+template <int Times>
+class OwnError : public gxContourDefs::Errors {
+ public:
+  OwnError() = default;
+  static gxPersistent* make() { return new OwnError; }
+  long errorNumber() const override { return 1; }
+  void suicideAndRethrow() override { delete this; }
+
+ protected:
+  void dispatchSerialize(gxArchive& archive) override {
+    for (int i = 0; i < Times; ++i) Errors::dispatchSerialize(archive);
+  }
+};
+
+template <int Times>
+std::size_t sizeOfOwnError() {
+  const gx_Instantiator known(typeid(OwnError<Times>), &OwnError<Times>::make);
+  const Bytes bytes = storedBytes(OwnError<Times>());
+  EXPECT_NE(gxArchive(bytes).loadNew(), nullptr);
+  return bytes.size();
+}
+
+// An edge-point region that does not lose its edge points: both of its halves are in its record, and
+// the outline, which they share, once.
+class WholeRegion : public gxRegionT<gxEdgelet> {
+ public:
+  using gxRegionT<gxEdgelet>::gxRegionT;
+  static gxPersistent* make() { return new WholeRegion; }
+
+ protected:
+  void dispatchSerialize(gxArchive& archive) override {
+    gxRegion::dispatchSerialize(archive);
+    gxContourT<gxEdgelet>::dispatchSerialize(archive);
+  }
+};
+const gx_Instantiator wholeRegionIsKnown(typeid(WholeRegion), &WholeRegion::make);
+
 struct Refused {
   const char* className;
   Bytes record;
@@ -221,6 +286,152 @@ TEST(RecordLoading, OfOldRecordsCanBeRepeatedInOnePass) {
   ASSERT_EQ(set.regions().size(), 3U);
   EXPECT_EQ(set.regions()[1]->points(), square(0, 1));
   EXPECT_EQ(set.regions()[2]->points(), square(0, 2));
+}
+
+TEST(RecordLoading, OfAnEdgePointContourOfVersionZeroKeepsTheTransform) {
+  EdgeContour contour(archive_test::edgelets(), archive_test::linear());
+  const gxPtrHandle_const<gx2XformBase> xform = contour.dataFromPointsXform();
+  contour.point(gxEdgelet());
+  const Bytes bytes = archive_test::goldenBytes("edgelet_contour_version_0");
+  gxArchive(bytes).load(contour);
+  EXPECT_EQ(contour.dataFromPointsXform(), xform);
+  EXPECT_EQ(contour.points(), archive_test::threePoints())
+      << "as they were written, not made from the data";
+  EXPECT_NO_THROW(contour.data(archive_test::edgelets()));
+
+  // A record of version 1 without a transform says so.
+  const Bytes without = archive_test::goldenBytes("edgelet_contour_without_transform");
+  gxArchive(without).load(contour);
+  EXPECT_TRUE(contour.dataFromPointsXform().isNull());
+}
+
+TEST(RecordLoading, OfAnEdgePointContourNeedsAnEdgePointForEveryPoint) {
+  for (const unsigned version : {0U, 1U}) {
+    for (const archive_test::Points& points :
+         {archive_test::Points{}, square(0, 1), house(), archive_test::Points{{0, 0}, {1, 1}}}) {
+      const Bytes bytes = archive_test::edgeletContour(version, points);
+      const auto error = refusal<gxArchive::BadFormat>(bytes);
+      ASSERT_TRUE(error.has_value()) << points.size();
+      EXPECT_NE(std::string(error->what())
+                    .find("a contour of " + std::to_string(points.size()) + " points has 3 edge points"),
+                std::string::npos)
+          << error->what();
+      EdgeContour contour(archive_test::edgelets());
+      EXPECT_THROW(gxArchive(bytes).load(contour), gxArchive::BadFormat);
+      EXPECT_TRUE(contour.data().empty()) << "none is better than too few";
+    }
+  }
+}
+
+TEST(RecordLoading, OfVersionZeroHasLabelZero) {
+  gxContour contour(square(0, 1), true, 9);
+  gxArchive(archive_test::goldenBytes("contour_version_0")).load(contour);
+  EXPECT_EQ(contour.label(), 0U);
+  EXPECT_FALSE(contour.isClosed());
+  EXPECT_EQ(contour.cachedVectorSize(), 5);
+  gxRegion region(square(0, 1));
+  region.label(9);
+  region.holes({archive_test::region(square(5, 6))});
+  gxArchive(archive_test::goldenBytes("region_version_0")).load(region);
+  EXPECT_EQ(region.label(), 0U);
+  EXPECT_TRUE(region.holes().empty());
+  EXPECT_EQ(region.cachedVectorSize(), 6);
+}
+
+// The frame is whole, its checksum right, and its record ends too early: new points are there when the
+// exception comes, and nothing that was remembered of the old ones may answer for them.
+TEST(RecordLoading, ThatFailsHalfWayLeavesNoOldAnswer) {
+  const auto refused = [](const RecordWriter& w, gxPersistent& object) {
+    const Bytes bytes = w.frame();
+    EXPECT_THROW(gxArchive(bytes).load(object), gxArchive::Truncated);
+  };
+  RecordWriter contourUpToTheSize;
+  archive_test::pointList(contourUpToTheSize.object(1, 1, "gxContour").u8(1).u32(4).u8(1), square(0, 2));
+  gxContour contour(archive_test::Points{{0, 0}, {1, 0}});
+  EXPECT_EQ(contour.length(), 2.0);
+  refused(contourUpToTheSize, contour);
+  EXPECT_EQ(contour.points(), square(0, 2));
+  EXPECT_EQ(contour.length(), 8.0);
+
+  RecordWriter oldContour;
+  archive_test::pointList(oldContour.object(1, 1, "gxContour").u8(0).u8(0), square(0, 3));
+  EXPECT_EQ(contour.length(), 8.0);
+  refused(oldContour, contour);
+  EXPECT_EQ(contour.length(), 12.0);
+
+  RecordWriter regionUpToTheHoles;
+  contourRecord(regionUpToTheHoles.object(1, 1, "gxRegion").u8(1), square(0, 2), 0);
+  gxRegion region(square(0, 10));
+  EXPECT_EQ(region.area(true), 100.0);
+  EXPECT_TRUE(region.inside({5, 5}, false));
+  EXPECT_EQ(region.length(), 40.0);
+  refused(regionUpToTheHoles, region);
+  EXPECT_EQ(region.area(true), 4.0);
+  EXPECT_FALSE(region.inside({5, 5}, false));
+  EXPECT_EQ(region.length(), 8.0);
+
+  RecordWriter setUpToTheSize;
+  setUpToTheSize.object(1, 1, "gxRegionSet").u8(1).sequence(1);
+  contourRecord(setUpToTheSize.object(2, 2, "gxRegion").u8(1), square(0, 3), 0).sequence(0);
+  gxRegionSet set({archive_test::region(square(0, 10))});
+  EXPECT_EQ(set.area(true), 100.0);
+  EXPECT_EQ(set.encloseRect(gxXform<2>::I).size(), gxVector<2>(10, 10));
+  refused(setUpToTheSize, set);
+  EXPECT_EQ(set.area(true), 9.0);
+  EXPECT_EQ(set.encloseRect(gxXform<2>::I).size(), gxVector<2>(3, 3));
+
+  RecordWriter edgesUpToTheData;
+  contourRecord(edgesUpToTheData.object(1, 1, "gxContourT<gxEdgelet>").u8(1), square(0, 2), 0);
+  EdgeContour edges(archive_test::edgelets());
+  EXPECT_NE(edges.length(), 8.0);
+  refused(edgesUpToTheData, edges);
+  EXPECT_EQ(edges.length(), 8.0);
+  EXPECT_TRUE(edges.data().empty());
+}
+
+TEST(RecordVisits, ARecordIsHandledOncePerPassHoweverOftenItIsReached) {
+  const gxContour contour(house(), false, 3);
+  EXPECT_EQ((storedWith<gxContour, 2>(contour).size()), (storedWith<gxContour, 1>(contour).size()));
+  gxRegion region(square(0, 10));
+  region.holes({archive_test::region(square(1, 2))});
+  EXPECT_EQ((storedWith<gxRegion, 2>(region).size()), (storedWith<gxRegion, 1>(region).size()));
+  const gxRegionSet set({archive_test::region(square(0, 10))});
+  EXPECT_EQ((storedWith<gxRegionSet, 2>(set).size()), (storedWith<gxRegionSet, 1>(set).size()));
+  const EdgeContour edges(archive_test::edgelets(), archive_test::rigid());
+  EXPECT_EQ((storedWith<EdgeContour, 2>(edges).size()), (storedWith<EdgeContour, 1>(edges).size()));
+  using EdgeRegionClass = gxRegionT<gxEdgelet>;
+  EXPECT_EQ((storedWith<EdgeRegionClass, 2>(EdgeRegionClass()).size()),
+            (storedWith<EdgeRegionClass, 1>(EdgeRegionClass()).size()));
+  using EdgeSet = gxRegionSetT<gxEdgelet>;
+  EXPECT_EQ((storedWith<EdgeSet, 2>(EdgeSet()).size()), (storedWith<EdgeSet, 1>(EdgeSet()).size()));
+  EXPECT_EQ(sizeOfOwnError<2>(), sizeOfOwnError<1>());
+
+  EXPECT_EQ((storedWith<gxLine, 2>(gxLine()).size()), (storedWith<gxLine, 1>(gxLine()).size()));
+  EXPECT_EQ((storedWith<gxLineSeg, 2>(gxLineSeg()).size()),
+            (storedWith<gxLineSeg, 1>(gxLineSeg()).size()));
+  EXPECT_EQ((storedWith<gxRect, 2>(gxRect()).size()), (storedWith<gxRect, 1>(gxRect()).size()));
+  EXPECT_EQ((storedWith<gxCircle, 2>(gxCircle()).size()), (storedWith<gxCircle, 1>(gxCircle()).size()));
+  EXPECT_EQ((storedWith<gx2XformLinear, 2>(gx2XformLinear()).size()),
+            (storedWith<gx2XformLinear, 1>(gx2XformLinear()).size()));
+  EXPECT_EQ((storedWith<gx2Rigid, 2>(gx2Rigid()).size()), (storedWith<gx2Rigid, 1>(gx2Rigid()).size()));
+}
+
+TEST(RecordVisits, TheOutlineThatTwoBasesShareIsWrittenOnce) {
+  WholeRegion region(archive_test::edgelets(), archive_test::rigid(), 5UL);
+  region.holes(std::vector<archive_test::Region>{archive_test::region(square(25, 26))});
+  region.data(archive_test::edgelets());
+  const Bytes bytes = storedBytes(region);
+  RecordWriter w;
+  w.object(1, 1, gf_ClassName(typeid(WholeRegion))).u8(1);
+  contourRecord(w, region.points(), 5).sequence(1);
+  contourRecord(w.object(2, 2, "gxRegion").u8(1), square(25, 26), 0).sequence(0);
+  archive_test::edgeletList(w.u8(1));  // the outline is there already
+  w.object(3, 3, "gx2Rigid").u8(0).f64(90).point(1.5, -2.5);
+  EXPECT_EQ(bytes, w.frame());
+  WholeRegion back;
+  gxArchive(bytes).load(back);
+  EXPECT_EQ(archive_test::describe(back), archive_test::describe(region));
+  EXPECT_EQ(back.data(), archive_test::edgelets());
 }
 
 TEST(RecordHandles, ToAnUnexpectedClassLoadAsNull) {

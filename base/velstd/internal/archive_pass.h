@@ -51,9 +51,12 @@ struct gx_ArchivePass {
   /// Finds the running pass of this thread with that number, null if there is none.
   static gx_ArchivePass* find(std::uint64_t number) noexcept;
 
+  /// An object that the pass has written.  Its address stands for it until the pass ends, so the pass
+  /// holds it that long, where it has a count to be held by.
   struct StoredObject {
     std::uint32_t number = 0;
     bool complete = false;
+    const gxRepBase* held = nullptr;
   };
 
   std::uint64_t number;

@@ -4,8 +4,12 @@
 #include <velstd/archive.h>
 
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -93,13 +97,16 @@ TEST_F(ArchiveFile, ThatDoesNotFitOnTheDiskLeavesTheOldOneWhole) {
   EXPECT_EQ(filesInFolder(), 1) << "the unfinished file is gone";
 }
 
-TEST_F(ArchiveFile, WhoseObjectThrowsLeavesTheOldOneWhole) {
-  write(1);
+TEST_F(ArchiveFile, AfterAnObjectThatThrewHoldsTheOnesBefore) {
   ProbeNode node;
-  node.onSerialize = [](gxArchive&) { throw 1; };
+  node.number = 4;
   gxArchive out;
+  out.store(node);
+  node.number = 5;
+  node.onSerialize = [](gxArchive&) { throw 1; };
   EXPECT_THROW(out.store(node), int);
-  EXPECT_EQ(read(), 1);
+  out.writeFile(path_);
+  EXPECT_EQ(read(), 4);
 }
 
 TEST_F(ArchiveFile, InAFolderThatIsMissingSaysSo) {
@@ -119,6 +126,51 @@ TEST_F(ArchiveFile, ThatIsAFolderIsRefused) {
   EXPECT_THROW(write(1), gxArchive::FileError);
   EXPECT_THROW(read(), gxArchive::FileError);
   EXPECT_EQ(filesInFolder(), 1);
+}
+
+TEST_F(ArchiveFile, ThatIsAPipeIsRefusedBeforeAnythingIsCreated) {
+  ASSERT_EQ(::mkfifo(path_.c_str(), 0600), 0);
+  EXPECT_THROW(write(1), gxArchive::FileError);
+  EXPECT_TRUE(fs::is_fifo(path_));
+  EXPECT_EQ(filesInFolder(), 1);
+  const fs::path link = folder_ / "link.gxa";
+  fs::create_symlink(path_, link);
+  path_ = link;
+  EXPECT_THROW(write(1), gxArchive::FileError);
+  EXPECT_TRUE(fs::is_fifo(folder_ / "shapes.gxa"));
+}
+
+TEST_F(ArchiveFile, ThatIsASocketIsRefusedBeforeAnythingIsCreated) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  ASSERT_LT(path_.native().size(), sizeof address.sun_path);
+  std::copy(path_.native().begin(), path_.native().end(), address.sun_path);
+  const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+  ASSERT_GE(socket, 0);
+  ASSERT_EQ(::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  try {
+    write(1);
+    FAIL();
+  } catch (const gxArchive::FileError& error) {
+    EXPECT_NE(std::string(error.what()).find("it is no regular file"), std::string::npos)
+        << error.what();
+  }
+  EXPECT_TRUE(fs::is_socket(path_));
+  EXPECT_EQ(filesInFolder(), 1);
+  ::close(socket);
+}
+
+TEST_F(ArchiveFile, MayHaveTheLongestNameThatTheSystemTakes) {
+  const long most = ::pathconf(folder_.c_str(), _PC_NAME_MAX);
+  ASSERT_GE(most, 100);
+  for (const long length : {most - 5, most}) {
+    path_ = folder_ / (std::string(static_cast<std::size_t>(length) - 4, 'n') + ".gxa");
+    write(length);
+    EXPECT_EQ(read(), length);
+    write(length + 1);
+    EXPECT_EQ(read(), length + 1);
+  }
+  EXPECT_EQ(filesInFolder(), 2);
 }
 
 TEST_F(ArchiveFile, BehindALinkIsReplacedAndTheLinkStays) {
@@ -171,6 +223,63 @@ TEST_F(ArchiveFile, OfSeveralObjectsIsReadInOrder) {
     EXPECT_EQ(node.number, count);
   }
   EXPECT_EQ(count, 5);
+}
+
+// Many frames, each within the limit, all together far beyond it.
+TEST_F(ArchiveFile, OfManyFramesIsReadWithTheLimitsItWasWrittenWith) {
+  ProbeNode node;
+  node.points.resize(10000);
+  gxArchive probe;
+  probe.store(node);
+  gxArchive::Limits limits;
+  limits.bytes = probe.bytes().size();
+  gxArchive out;
+  out.limits(limits);
+  for (node.number = 0; node.number < 7; ++node.number) out.store(node);
+  out.writeFile(path_);
+  gxArchive in = gxArchive::fromFile(path_, limits);
+  long count = 0;
+  for (; !in.atEnd(); ++count) {
+    in.load(node);
+    EXPECT_EQ(node.number, count);
+    EXPECT_EQ(node.points.size(), 10000U);
+  }
+  EXPECT_EQ(count, 7);
+  --limits.bytes;
+  EXPECT_THROW(gxArchive::fromFile(path_, limits), gxArchive::LimitExceeded);
+}
+
+TEST_F(ArchiveFile, WithSomethingElseBehindItsFramesIsReadUpToThere) {
+  for (const std::string& tail : {std::string("and then some text that is no archive"), std::string("x"),
+                                  std::string("\x89GXA\r\n"), std::string(100000, '\0')}) {
+    write(6);
+    const auto size = fs::file_size(path_);
+    std::ofstream(path_, std::ios::binary | std::ios::app) << tail;
+    gxArchive in = gxArchive::fromFile(path_);
+    ProbeNode node;
+    in.load(node);
+    EXPECT_EQ(node.number, 6);
+    EXPECT_FALSE(in.atEnd());
+    try {
+      in.load(node);
+      FAIL();
+    } catch (const gxArchive::Errors& error) {
+      const bool isPart = tail[0] == '\x89';
+      EXPECT_EQ(error.errorNumber(),
+                isPart ? gxArchive::Truncated().errorNumber() : gxArchive::BadFormat().errorNumber());
+      EXPECT_EQ(error.byteOffset(), size);
+    }
+  }
+}
+
+TEST_F(ArchiveFile, CutAnywhereIsTruncated) {
+  write(6, 10000);
+  const auto size = fs::file_size(path_);
+  for (const std::uintmax_t left : {size - 1, size / 2, std::uintmax_t{21}, std::uintmax_t{20},
+                                    std::uintmax_t{19}, std::uintmax_t{1}}) {
+    fs::resize_file(path_, left);
+    EXPECT_THROW(read(), gxArchive::Truncated) << left;
+  }
 }
 
 TEST_F(ArchiveFile, ThatIsEmptyIsTruncated) {

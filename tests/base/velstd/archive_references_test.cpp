@@ -42,7 +42,72 @@ class Pair : public gxPersistent, public gxRepBase {
 };
 const gx_Instantiator pairIsKnown(typeid(Pair), &Pair::make);
 
+// Makes its parts while it is stored, one after the other, and lets go of each.
+class Unpacked : public gxPersistent, public gxRepBase {
+ public:
+  std::vector<long> numbers;
+  std::vector<gxPtrHandle<ProbeNode>> loaded;
+  int aliveBehindTheFirst = 0;
+  static gxPersistent* make() { return new Unpacked; }
+
+ protected:
+  void dispatchSerialize(gxArchive& archive) override {
+    unsigned long count = numbers.size();
+    archive || count;
+    if (archive.isLoading()) loaded.resize(count);
+    const int before = ProbeNode::alive();
+    for (unsigned long i = 0; i < count; ++i) {
+      gxPtrHandle<ProbeNode> part;
+      if (archive.isStoring()) {
+        part = gxPtrHandle<ProbeNode>(new ProbeNode);
+        part->number = numbers[i];
+      }
+      archive || part;
+      if (archive.isLoading()) loaded[i] = part;
+      part = nullptr;
+      if (i == 0) aliveBehindTheFirst = ProbeNode::alive() - before;
+    }
+  }
+};
+const gx_Instantiator unpackedIsKnown(typeid(Unpacked), &Unpacked::make);
+
 }  // namespace
+
+TEST(ArchiveReferences, PartsThatAreMadeWhileTheyAreStoredAreEachWritten) {
+  Unpacked object;
+  for (long i = 0; i < 50; ++i) object.numbers.push_back(i);
+  const int before = ProbeNode::alive();
+  gxArchive out;
+  out.store(object);
+  EXPECT_EQ(object.aliveBehindTheFirst, 1) << "the pass holds what it has written";
+  EXPECT_EQ(ProbeNode::alive(), before) << "and lets go when it ends";
+  Unpacked back;
+  gxArchive(out.bytes()).load(back);
+  ASSERT_EQ(back.loaded.size(), 50U);
+  for (long i = 0; i < 50; ++i) EXPECT_EQ(back.loaded[static_cast<std::size_t>(i)]->number, i);
+}
+
+TEST(ArchiveReferences, PartsOfAPassThatFailsAreLetGoOfToo) {
+  Pair pair;
+  const gxPtrHandle<ProbeNode> good(new ProbeNode);
+  const gxPtrHandle<ProbeNode> bad(new ProbeNode);
+  bad->onSerialize = [](gxArchive&) { throw 1; };
+  pair.nodes = {good, bad};
+  gxArchive out;
+  EXPECT_THROW(out.store(pair), int);
+  EXPECT_EQ(good->refCount(), 2);
+  EXPECT_EQ(bad->refCount(), 2);
+}
+
+TEST(ArchiveReferences, AnObjectThatNoHandleHoldsIsItsOwnersAfterwards) {
+  ProbeNode onTheStack;
+  gxArchive out;
+  out.store(onTheStack);
+  EXPECT_EQ(onTheStack.refCount(), 0);
+  const gxPtrHandle<ProbeNode> held(new ProbeNode);
+  out.store(*held);
+  EXPECT_EQ(held->refCount(), 1);
+}
 
 TEST(ArchiveReferences, SharedObjectsAreStoredOnceAndComeBackShared) {
   Pair pair;
@@ -176,7 +241,7 @@ TEST(ArchiveNesting, LimitCanBeSetUpToAThousand) {
   b.limits(limits);
   EXPECT_THROW(b.load(node), gxArchive::LimitExceeded);
 
-  limits.nesting = 1000000;
+  limits.nesting = gxArchive::kMostNesting;
   const Bytes thousand = chain(1000);
   const Bytes more = chain(1001);
   gxArchive c(thousand);

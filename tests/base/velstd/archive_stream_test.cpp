@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <velstd/archive.h>
 
+#include <algorithm>
+#include <new>
 #include <sstream>
 #include <streambuf>
 
@@ -37,6 +39,26 @@ class BrokenBuffer : public std::stringbuf {
  protected:
   int sync() override { return -1; }
   std::streamsize xsgetn(char*, std::streamsize) override { throw std::runtime_error("no"); }
+};
+
+// Runs out of memory, as a buffer that grows may.
+class HungryBuffer : public std::streambuf {
+ protected:
+  int_type overflow(int_type) override { throw std::bad_alloc(); }
+  int_type underflow() override { throw std::bad_alloc(); }
+};
+
+// Gives what it has, and knows the largest piece that it was asked for.
+class AskedBuffer : public std::stringbuf {
+ public:
+  using std::stringbuf::stringbuf;
+  std::streamsize most = 0;
+
+ protected:
+  std::streamsize xsgetn(char* to, std::streamsize size) override {
+    most = std::max(most, size);
+    return std::stringbuf::xsgetn(to, size);
+  }
 };
 
 std::string frameOf(const ProbeNode& node) {
@@ -155,10 +177,24 @@ TEST(ArchiveStream, ThatCannotBeFlushedOrReadIsAnError) {
   EXPECT_THROW(fromNothing.load(node), gxArchive::FileError);
 }
 
-TEST(ArchiveStream, AFalseLengthCostsNoMoreThanTheStreamHolds) {
-  std::string text("\x89GXA\r\n\x1a\n\x01\0\0\0\0\0\0\x70\0\0\0\0", 20);  // promises 1.8 GB
-  std::istringstream stream(text + std::string(1000, 'x'));
-  gxArchive in(stream);
+TEST(ArchiveStream, ThatRunsOutOfMemorySaysSo) {
   ProbeNode node;
-  EXPECT_THROW(in.load(node), gxArchive::Truncated);
+  HungryBuffer buffer;
+  std::iostream stream(&buffer);
+  gxArchive out(stream, gxArchive::Direction::eStoring);
+  EXPECT_THROW(out.store(node), std::bad_alloc);
+  gxArchive in(stream, gxArchive::Direction::eLoading);
+  EXPECT_THROW(in.load(node), std::bad_alloc);
+}
+
+TEST(ArchiveStream, IsAskedForNoMoreThanItsLengthSoFarSuggests) {
+  std::string text("\x89GXA\r\n\x1a\n\x01\0\0\0\0\0\0\x70\0\0\0\0", 20);  // promises 1.8 GB
+  for (const std::size_t behind : {std::size_t{1000}, std::size_t{1000000}}) {
+    AskedBuffer buffer(text + std::string(behind, 'x'));
+    std::istream stream(&buffer);
+    gxArchive in(stream);
+    ProbeNode node;
+    EXPECT_THROW(in.load(node), gxArchive::Truncated);
+    EXPECT_LE(buffer.most, static_cast<std::streamsize>(behind + 65536));
+  }
 }

@@ -228,7 +228,7 @@ TEST(ArchiveVersions, UnknownOnesCarryTheirPlace) {
                "gxArchive::UnknownVersion: unknown version, refused by tests/probe, 12 (at byte 53)");
 }
 
-TEST(ArchiveErrors, HaveNumbersOfTheirOwnAndCanBeRethrown) {
+TEST(ArchiveErrors, KeepTheNumbersThatAreDocumentedAndCanBeRethrown) {
   EXPECT_EQ(gxArchive::Truncated().errorNumber(), 0x10000121);
   EXPECT_EQ(gxArchive::BadFormat().errorNumber(), 0x10000122);
   EXPECT_EQ(gxArchive::BadChecksum().errorNumber(), 0x10000123);
@@ -277,10 +277,44 @@ TEST(ArchivePass, IsNeededForFields) {
   gxPersistent* found = nullptr;
   EXPECT_THROW(out || flag, gxArchive::BadFormat);
   EXPECT_THROW(gxPersistent::serializePointer(out, nullptr, found), gxArchive::BadFormat);
+  EXPECT_TRUE(out.bytes().empty());
+}
+
+// The bytes that stand there would do for any of these fields.
+TEST(ArchivePass, IsNeededForFieldsThatAreLoadedAndTheArchiveStaysWhereItIs) {
   const Bytes frame = filledRecord().frame();
   gxArchive in(frame);
+  bool flag = false;
+  unsigned char byte = 7;
+  unsigned short word = 7;
+  long number = 7;
+  unsigned long label = 7;
+  double value = 7;
+  gxVector<2> point(7, 7);
+  std::vector<gxVector<2>> points(7);
+  std::vector<unsigned char> bytes(7);
+  unsigned char raw[4] = {};
+  gxPtrHandle<ProbeNode> handle(new ProbeNode);
+  gxPersistent* found = nullptr;
   EXPECT_THROW(in || flag, gxArchive::BadFormat);
+  EXPECT_THROW(in || byte, gxArchive::BadFormat);
+  EXPECT_THROW(in || word, gxArchive::BadFormat);
+  EXPECT_THROW(in || number, gxArchive::BadFormat);
+  EXPECT_THROW(in || label, gxArchive::BadFormat);
+  EXPECT_THROW(in || value, gxArchive::BadFormat);
+  EXPECT_THROW(in || point, gxArchive::BadFormat);
+  EXPECT_THROW(in || points, gxArchive::BadFormat);
+  EXPECT_THROW(in || bytes, gxArchive::BadFormat);
+  EXPECT_THROW(in || handle, gxArchive::BadFormat);
+  EXPECT_THROW(in.transfer(raw, 4), gxArchive::BadFormat);
+  EXPECT_THROW(in.takeBytes(4), gxArchive::BadFormat);
+  EXPECT_THROW(in.sequence(0, 1), gxArchive::BadFormat);
   EXPECT_THROW(gxPersistent::serializePointer(in, nullptr, found), gxArchive::BadFormat);
+  EXPECT_TRUE(byte == 7 && word == 7 && number == 7 && label == 7 && value == 7);
+  EXPECT_TRUE(points.size() == 7 && bytes.size() == 7);
+  ProbeNode node;
+  in.load(node);
+  EXPECT_EQ(node.number, -2);
 }
 
 TEST(ArchivePass, CannotBeStartedInsideAnother) {
@@ -341,6 +375,49 @@ TEST(ArchiveLimits, AreTheDocumentedOnes) {
   EXPECT_EQ(archive.limits().nesting, 256U);
   EXPECT_EQ(archive.limits().objects, 1000000U);
   EXPECT_EQ(archive.limits().bytes, 0x7fffffffU);
+}
+
+TEST(ArchiveLimits, ThatCannotBeKeptAreRefusedWhenTheyAreSet) {
+  gxArchive::Limits limits;
+  limits.objects = 5;
+  limits.nesting = gxArchive::kMostNesting + 1;
+  gxArchive archive;
+  try {
+    archive.limits(limits);
+    FAIL();
+  } catch (const gxArchive::LimitExceeded& error) {
+    EXPECT_STREQ(error.what(),
+                 "gxArchive::LimitExceeded: a nesting of 1001 levels cannot be set, 1000 is the most");
+  }
+  EXPECT_EQ(archive.limits().nesting, 256U);
+  EXPECT_EQ(archive.limits().objects, 1000000U) << "none of them was set";
+  EXPECT_THROW(gxArchive::fromFile("/nowhere", limits), gxArchive::LimitExceeded);
+}
+
+TEST(ArchiveLimits, TakeAnyOtherValue) {
+  for (const std::uint32_t nesting : {0U, 1U, gxArchive::kMostNesting}) {
+    for (const std::uint64_t most : {std::uint64_t{0}, ~std::uint64_t{0}}) {
+      gxArchive::Limits limits;
+      limits.nesting = nesting;
+      limits.bytes = most;
+      limits.objects = static_cast<std::uint32_t>(most);
+      gxArchive archive;
+      archive.limits(limits);
+      EXPECT_EQ(archive.limits().nesting, nesting);
+      EXPECT_EQ(archive.limits().bytes, most);
+      EXPECT_EQ(archive.limits().objects, static_cast<std::uint32_t>(most));
+      const bool fits = nesting != 0 && most != 0;
+      ProbeNode node;
+      if (fits) {
+        archive.store(node);
+        gxArchive in(archive.bytes());
+        in.limits(limits);
+        in.load(node);
+      } else {
+        EXPECT_THROW(archive.store(node), gxArchive::LimitExceeded);
+      }
+    }
+  }
 }
 
 TEST(ArchiveLimits, ALengthBeyondThemIsRefusedBeforeAStreamIsRead) {

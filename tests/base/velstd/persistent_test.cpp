@@ -8,6 +8,9 @@
 #include <velstd/archive.h>
 #include <velstd/circle.h>
 #include <velstd/line.h>
+#include <velstd/line_seg.h>
+#include <velstd/rect.h>
+#include <velstd/xform_base.h>
 
 #include <thread>
 
@@ -40,6 +43,18 @@ class Holder : public gxPersistent {
     }
   }
 };
+// Two handles, which may share.
+class Two : public gxPersistent {
+ public:
+  gxPtrHandle<ProbeNode> first;
+  gxPtrHandle<ProbeNode> second;
+  static gxPersistent* make() { return new Two; }
+
+ protected:
+  void dispatchSerialize(gxArchive& archive) override { archive || first || second; }
+};
+const gx_Instantiator twoIsKnown(typeid(Two), &Two::make);
+
 const gx_Instantiator holderIsKnown(typeid(Holder), &Holder::make);
 
 }  // namespace
@@ -102,18 +117,51 @@ TEST(PersistentLoadSimple, ReadsAFrameThatHoldsOneObject) {
   EXPECT_TRUE(in.atEnd());
 }
 
-TEST(PersistentLoadSimple, KeepsNoReferences) {
+TEST(PersistentLoadSimple, ReadsNewObjectsAndRefusesReferencesToEarlierOnes) {
   RecordWriter w;
-  bareNode(w.object(1, 1, kProbeName));
-  bareNode(w.object(2, 1)).null();
-  Bytes frame = w.frame();
-  ProbeNode node;
-  gxArchive in(frame);
-  node.loadSimple(in);
-  EXPECT_FALSE(node.next.isNull()) << "new objects are read";
+  w.object(1, 1, "(anonymous namespace)::Two");
+  bareNode(w.object(2, 2, kProbeName)).null();
+  w.reference(2);
+  const Bytes shared = w.frame();
+  Two two;
+  gxArchive(shared).load(two);
+  EXPECT_FALSE(two.first.isNull());
+  EXPECT_EQ(two.first, two.second) << "with the bookkeeping of references";
+  gxArchive in(shared);
+  EXPECT_THROW(two.loadSimple(in), gxArchive::BadReference);
 
+  RecordWriter apart;
+  apart.object(1, 1, "(anonymous namespace)::Two");
+  bareNode(apart.object(2, 2, kProbeName)).null();
+  bareNode(apart.object(3, 2)).null();
+  const Bytes frame = apart.frame();
+  gxArchive again(frame);
+  two.loadSimple(again);
+  EXPECT_FALSE(two.second.isNull());
+  EXPECT_NE(two.first, two.second);
+}
+
+TEST(PersistentLoadSimple, IsRefusedByAnArchiveThatStores) {
+  ProbeNode node;
   gxArchive storing;
   EXPECT_THROW(node.loadSimple(storing), gxArchive::BadFormat);
+
+  // Inside a pass too, where the record would be written instead.
+  ProbeNode outer;
+  int refused = 0;
+  outer.onSerialize = [&](gxArchive& archive) {
+    try {
+      node.loadSimple(archive);
+    } catch (const gxArchive::BadFormat&) {
+      ++refused;
+    }
+  };
+  gxArchive plain;
+  plain.store(node);
+  gxArchive out;
+  out.store(outer);
+  EXPECT_EQ(refused, 1);
+  EXPECT_EQ(out.bytes().size(), plain.bytes().size());
 }
 
 TEST(PersistentLoadSimple, ReadsTheBareRecordInsideARunningPass) {
@@ -135,6 +183,31 @@ TEST(PersistentReInit, OfTheBaseClassDoesNothing) {
   object.trackChanges(true);
   object.reInit();
   EXPECT_EQ(object.changeCount(), 0U);
+}
+
+// The value shapes and the transforms alike.
+TEST(PersistentTracking, CountsAnAssignmentOfAValueAsAChange) {
+  const auto changes = [](auto& target, const auto& source) {
+    target.trackChanges(true);
+    target = source;
+    return target.changeCount();
+  };
+  gxLine line;
+  gxLineSeg seg;
+  gxRect rect;
+  gxCircle circle;
+  gx2XformLinear linear;
+  gx2Rigid rigid;
+  EXPECT_EQ(changes(line, gxLine()), 1U);
+  EXPECT_EQ(changes(seg, gxLineSeg()), 1U);
+  EXPECT_EQ(changes(rect, gxRect()), 1U);
+  EXPECT_EQ(changes(circle, gxCircle()), 1U);
+  EXPECT_EQ(changes(linear, gx2XformLinear(gxXform<2>(gxMatrix<2>(1, 2, 3, 4), gxVector<2>(5, 6)))), 1U);
+  EXPECT_EQ(linear.mapPoint(gxVector<2>(0, 0)), gxVector<2>(5, 6));
+  EXPECT_EQ(changes(rigid, gx2Rigid(gxDegree(90), gxVector<2>(1, 2))), 1U);
+  EXPECT_EQ(rigid.angle(), gxDegree(90));
+  const gx2Rigid copy(rigid);
+  EXPECT_FALSE(copy.isTrackingChanges());
 }
 
 TEST(PersistentTracking, CountsALoadAsAChange) {
