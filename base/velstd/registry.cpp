@@ -6,13 +6,16 @@
 //      those of a library that is linked statically, and their place in the order would be luck.
 //   3. It is never destroyed: instantiators and archives of other libraries may still use it while
 //      the process ends.
+//   4. It remembers who registered what, in order, also names that are there already: when a library is
+//      unloaded its factories point to nothing, and the next one of the name, if any, takes over.
 #include <velstd/internal/shape_records.h>
 #include <velstd/registry.h>
 
+#include <algorithm>
 #include <cstdlib>
-#include <map>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 #if defined(__GNUG__)
 #  include <cxxabi.h>
@@ -27,31 +30,60 @@ class Registry {
     return *registry;
   }
 
-  void add(const std::type_info& type, gx_Instantiator::Factory make) {
-    std::string name = gf_ClassName(type);
+  void add(const std::type_info& type, gx_Instantiator::Factory make, const gx_Instantiator* owner) {
+    const std::string name = gf_ClassName(type);
     const std::lock_guard<std::mutex> lock(mutex_);
-    if (factories_.emplace(name, make).second) names_.push_back(std::move(name));
+    const auto found = find_(name);
+    if (found == classes_.end()) {
+      classes_.push_back({name, {{make, owner}}});
+    } else {
+      found->registrations.push_back({make, owner});
+    }
+  }
+
+  void remove(const gx_Instantiator* owner) noexcept {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    for (Class& one : classes_) {
+      std::erase_if(one.registrations, [=](const Registration& r) { return r.owner == owner; });
+    }
+    std::erase_if(classes_, [](const Class& one) { return one.registrations.empty(); });
   }
 
   gx_Instantiator::Factory find(const std::string& name) {
     const std::lock_guard<std::mutex> lock(mutex_);
-    const auto found = factories_.find(name);
-    return found == factories_.end() ? nullptr : found->second;
+    const auto found = find_(name);
+    return found == classes_.end() ? nullptr : found->registrations.front().make;
   }
 
   std::vector<std::string> names() {
     const std::lock_guard<std::mutex> lock(mutex_);
-    return names_;
+    std::vector<std::string> names;
+    for (const Class& one : classes_) names.push_back(one.name);
+    return names;
   }
 
  private:
   Registry() {
-    for (const gx_ShapeClass& shape : gf_ShapeClasses()) add(*shape.type, shape.make);
+    for (const gx_ShapeClass& shape : gf_ShapeClasses()) add(*shape.type, shape.make, nullptr);
+  }
+
+  struct Registration {
+    gx_Instantiator::Factory make;
+    const gx_Instantiator* owner;  // null for velstd's own, which stay
+  };
+  struct Class {
+    std::string name;
+    std::vector<Registration> registrations;  // never empty while the lock is free
+  };
+
+  // A search from front to end: programs have some dozen classes, and a pass asks once for each.
+  std::vector<Class>::iterator find_(const std::string& name) {
+    return std::find_if(classes_.begin(), classes_.end(),
+                        [&](const Class& one) { return one.name == name; });
   }
 
   std::mutex mutex_;
-  std::map<std::string, gx_Instantiator::Factory> factories_;
-  std::vector<std::string> names_;
+  std::vector<Class> classes_;  // in the order of their first registration
 };
 
 }  // namespace
@@ -74,7 +106,11 @@ std::string gf_ClassName(const std::type_info& type) {
 }
 
 gx_Instantiator::gx_Instantiator(const std::type_info& type, Factory maker) {
-  Registry::instance().add(type, maker);
+  Registry::instance().add(type, maker, this);
+}
+
+gx_Instantiator::~gx_Instantiator() {
+  Registry::instance().remove(this);
 }
 
 gx_Instantiator::Factory gx_Instantiator::factory(const std::string& className) {

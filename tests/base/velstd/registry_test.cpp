@@ -1,5 +1,6 @@
 // The registry: names, order, factories.
 #include <gtest/gtest.h>
+#include <velstd/archive.h>
 #include <velstd/circle.h>
 #include <velstd/registry.h>
 #include <velstd/xform_base.h>
@@ -57,4 +58,42 @@ TEST(RegistryFactories, OfANameRegisteredAgainStayTheFirst) {
   EXPECT_EQ(gx_Instantiator::registeredClasses().size(), before + 1);
   EXPECT_EQ(gx_Instantiator::registeredClasses().back(), "(anonymous namespace)::First");
   EXPECT_EQ(gx_Instantiator::factory("(anonymous namespace)::First"), &First::make);
+}
+
+TEST(RegistryFactories, GoWithTheLibraryThatRegisteredThem) {
+  const std::vector<std::string> before = gx_Instantiator::registeredClasses();
+  const std::string name = "(anonymous namespace)::First";
+  gxArchive out;
+  {
+    const gx_Instantiator first(typeid(First), &First::make);
+    out.store(First());
+    EXPECT_NE(gxArchive(out.bytes()).loadNew(), nullptr);
+  }
+  EXPECT_EQ(gx_Instantiator::registeredClasses(), before);
+  EXPECT_EQ(gx_Instantiator::factory(name), nullptr);
+  gxArchive in(out.bytes());
+  EXPECT_THROW(in.loadNew(), gxArchive::UnknownClass);
+  const gx_Instantiator again(typeid(First), &makeAnother);
+  EXPECT_EQ(gx_Instantiator::factory(name), &makeAnother) << "loaded again, perhaps elsewhere";
+}
+
+TEST(RegistryFactories, ThatStandBehindOneThatWentTakeOver) {
+  const std::string name = "(anonymous namespace)::First";
+  auto first = std::make_unique<gx_Instantiator>(typeid(First), &First::make);
+  const gx_Instantiator other(typeid(Of<int>), &makeAnother);
+  auto second = std::make_unique<gx_Instantiator>(typeid(First), &makeAnother);
+  const std::vector<std::string> names = gx_Instantiator::registeredClasses();
+  first.reset();
+  EXPECT_EQ(gx_Instantiator::factory(name), &makeAnother);
+  EXPECT_EQ(gx_Instantiator::registeredClasses(), names) << "the name keeps its place";
+  first = std::make_unique<gx_Instantiator>(typeid(First), &First::make);
+  second.reset();
+  EXPECT_EQ(gx_Instantiator::factory(name), &First::make);
+}
+
+TEST(RegistryFactories, OfTheBaseLibraryStayWhoeverElseRegistersThem) {
+  const gx_Instantiator::Factory before = gx_Instantiator::factory("gxCircle");
+  { const gx_Instantiator another(typeid(gxCircle), &makeAnother); }
+  EXPECT_EQ(gx_Instantiator::factory("gxCircle"), before);
+  EXPECT_EQ(gx_Instantiator::registeredClasses()[3], "gxCircle");
 }
