@@ -1,5 +1,10 @@
 // Each thread has a number, kept in a plain thread-local integer, and a record, made when the thread
-// first sets a value or registers a function: its values by key, and the functions to run at its end.
+// first sets a value or registers a function: its values, and the functions to run at its end.
+//
+// An object's values lie at its slot, the same in every thread.  When the object dies, the next one takes
+// the slot: no other thread's record can be reached from there, so what was set stays until it is
+// overwritten, and a number beside it, which is the object's own, says whose it was.  (A key for each
+// object, never used again, kept the values of the dead until the thread ended.)
 //
 // The record lies on the heap behind a plain pointer, and an object whose destructor the language
 // runs at thread exit ends it: first the functions, newest first, while the values are still there,
@@ -10,14 +15,20 @@
 #include <velstd/thread_local.h>
 
 #include <atomic>
+#include <mutex>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 namespace {
 
+struct Value {
+  std::uint64_t owner = 0;
+  void* value = nullptr;
+};
+
 struct ThreadRecord {
-  std::unordered_map<std::uint64_t, void*> values;
+  std::unordered_map<std::size_t, Value> values;  // by slot
   std::vector<std::function<void()>> atExit;
   ThreadRecord* nextLate = nullptr;
 };
@@ -62,7 +73,38 @@ ThreadRecord& thisThread() {
   return *current;  // NOLINT(clang-analyzer-core.uninitialized.UndefReturn)
 }
 
-std::uint64_t nextKey() {
+/// The slots.  Never destroyed: static objects of other libraries may outlive those of this one.
+class Slots {
+ public:
+  static Slots& instance() {
+    static Slots* const slots = new Slots;
+    return *slots;
+  }
+
+  std::size_t take() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (free_.empty()) {
+      // So that giving back needs no memory.
+      if (free_.capacity() <= made_) free_.reserve(2 * (made_ + 1));
+      return made_++;
+    }
+    const std::size_t slot = free_.back();
+    free_.pop_back();
+    return slot;
+  }
+
+  void giveBack(std::size_t slot) noexcept {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    free_.push_back(slot);
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<std::size_t> free_;
+  std::size_t made_ = 0;
+};
+
+std::uint64_t nextNumber() {
   static std::atomic<std::uint64_t> last{0};
   return ++last;
 }
@@ -79,14 +121,19 @@ void gxThreadID::atexit(std::function<void()> function) {
   thisThread().atExit.push_back(std::move(function));
 }
 
-gx_ThreadLocal::gx_ThreadLocal() : key_(nextKey()) {}
+gx_ThreadLocal::gx_ThreadLocal() : slot_(Slots::instance().take()), number_(nextNumber()) {}
+
+gx_ThreadLocal::~gx_ThreadLocal() {
+  Slots::instance().giveBack(slot_);
+}
 
 void* gx_ThreadLocal::OSValue() const {
   if (current == nullptr) return nullptr;
-  const auto found = current->values.find(key_);
-  return found == current->values.end() ? nullptr : found->second;
+  const auto found = current->values.find(slot_);
+  return found == current->values.end() || found->second.owner != number_ ? nullptr
+                                                                          : found->second.value;
 }
 
 void gx_ThreadLocal::OSValue(void* value) {
-  thisThread().values[key_] = value;
+  thisThread().values[slot_] = {number_, value};
 }

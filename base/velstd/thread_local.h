@@ -3,6 +3,7 @@
 
 #include <velstd/export.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 
@@ -32,13 +33,14 @@ class VELSTD_API gxThreadID {
 VELSTD_API gxThreadID gfGetCurrentThreadID();
 
 /// A pointer of which every thread has its own value, null until the thread sets it.  The object
-/// does not own what the pointers refer to: `gxThreadID::atexit` is the place to free it.
+/// does not own what the pointers refer to: `gxThreadID::atexit` is the place to free it.  A thread
+/// keeps room for at most as many values as there are such objects at a time.
 class VELSTD_API gx_ThreadLocal {
  public:
   gx_ThreadLocal();
   gx_ThreadLocal(const gx_ThreadLocal&) = delete;
   gx_ThreadLocal& operator=(const gx_ThreadLocal&) = delete;
-  ~gx_ThreadLocal() = default;
+  ~gx_ThreadLocal();
 
   /// Returns the calling thread's value.
   void* OSValue() const;
@@ -46,5 +48,6 @@ class VELSTD_API gx_ThreadLocal {
   void OSValue(void* value);
 
  private:
-  std::uint64_t key_;  // never used again, so that a later object cannot see an earlier one's values
+  std::size_t slot_;      // the place of its values, which a later object takes over
+  std::uint64_t number_;  // never used again: a value of an earlier object in the place has another
 };

@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <stdexcept>
@@ -122,6 +124,66 @@ TEST(ThreadAtExit, WhatAFunctionThrowsIsDropped) {
     gxThreadID::atexit([] { throw std::runtime_error("dropped"); });
   }).join();
   EXPECT_TRUE(reached);
+}
+
+TEST(ThreadLocalLifetime, ALaterObjectNeverSeesAnEarlierOnesValues) {
+  int value = 0;
+  for (int i = 0; i < 1000; ++i) {
+    gx_ThreadLocal local;
+    ASSERT_EQ(local.OSValue(), nullptr) << i;
+    local.OSValue(&value);
+    ASSERT_EQ(local.OSValue(), &value) << i;
+  }
+}
+
+TEST(ThreadLocalLifetime, ALaterObjectSeesNothingOnAThreadThatKnewAnEarlierOne) {
+  auto local = std::make_unique<gx_ThreadLocal>();
+  int value = 0;
+  void* seen = &value;
+  std::mutex mutex;
+  std::condition_variable changed;
+  int step = 0;
+  std::thread other([&] {
+    std::unique_lock<std::mutex> lock(mutex);
+    local->OSValue(&value);
+    step = 1;
+    changed.notify_all();
+    changed.wait(lock, [&] { return step == 2; });
+    seen = local->OSValue();
+  });
+  {
+    std::unique_lock<std::mutex> lock(mutex);
+    changed.wait(lock, [&] { return step == 1; });
+    local.reset();
+    local = std::make_unique<gx_ThreadLocal>();  // takes the earlier one's place
+    int mine = 0;
+    local->OSValue(&mine);
+    EXPECT_EQ(local->OSValue(), &mine);
+    step = 2;
+  }
+  changed.notify_all();
+  other.join();
+  EXPECT_EQ(seen, nullptr);
+}
+
+TEST(ThreadLocalLifetime, LivingObjectsKeepApartWhicheverDied) {
+  std::vector<std::unique_ptr<gx_ThreadLocal>> locals(100);
+  std::vector<int> values(100);
+  for (std::size_t round = 0; round < 5; ++round) {
+    for (std::size_t i = round % 3; i < locals.size(); i += 1 + round % 3) {
+      locals[i] = std::make_unique<gx_ThreadLocal>();
+      EXPECT_EQ(locals[i]->OSValue(), nullptr);
+      locals[i]->OSValue(&values[i]);
+    }
+    for (std::size_t i = 0; i < locals.size(); ++i) EXPECT_EQ(locals[i]->OSValue(), &values[i]);
+    for (std::size_t i = 0; i < locals.size(); i += 2 + round) locals[i].reset();
+    for (std::size_t i = 0; i < locals.size(); ++i) {
+      if (locals[i] == nullptr) {
+        locals[i] = std::make_unique<gx_ThreadLocal>();
+        locals[i]->OSValue(&values[i]);
+      }
+    }
+  }
 }
 
 TEST(ThreadAtExit, ValuesAreStillThere) {
