@@ -28,7 +28,7 @@ class VELSTD_API gxCircleFitDefs {
 
   /// The parameters make no sense: an unknown mode, a held radius that is not a positive finite
   /// number, a limit that is negative or NaN.
-  class VELSTD_API BadParams final : public gx_ConcreteException<BadParams, Errors, 0x10000121> {
+  class VELSTD_API BadParams final : public gx_ConcreteException<BadParams, Errors, 0x10000141> {
    public:
     explicit BadParams(const wchar_t* message = L"");
     BadParams(const BadParams&) noexcept;
@@ -37,7 +37,7 @@ class VELSTD_API gxCircleFitDefs {
   };
 
   /// The points do not determine a circle: too few distinct ones, all on one line, not finite.
-  class VELSTD_API BadPoints final : public gx_ConcreteException<BadPoints, Errors, 0x10000122> {
+  class VELSTD_API BadPoints final : public gx_ConcreteException<BadPoints, Errors, 0x10000142> {
    public:
     explicit BadPoints(const wchar_t* message = L"");
     BadPoints(const BadPoints&) noexcept;

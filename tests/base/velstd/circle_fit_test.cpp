@@ -314,7 +314,7 @@ TEST(CircleFit, ExceptionsAreCaughtAsTheBaseClass) {
     gfCircleFit(kAll, {{0, 0}, {1, 1}, {2, 2}}, results);
   } catch (const gxException& error) {
     EXPECT_STREQ(error.what(), "gxCircleFitDefs::BadPoints: the points do not determine a circle");
-    EXPECT_EQ(error.errorNumber(), 0x10000122);
+    EXPECT_EQ(error.errorNumber(), 0x10000142);
   }
 }
 
