@@ -62,9 +62,11 @@ class VELSTD_API gxRect : public gxPersistent {
            corner_.y() >= o.origin_.y() && o.corner_.y() >= origin_.y();
   }
 
-  /// Is true when origins and sizes are equal, number by number (a NaN equals nothing).
+  /// Is true when origins, highest corners and sizes are equal, number by number (a NaN equals
+  /// nothing): equal rectangles answer every question alike.  A rectangle made between corners need
+  /// not be equal to one made of its origin and size, whose corner is rounded.
   friend bool operator==(const gxRect& a, const gxRect& b) {
-    return a.origin_ == b.origin_ && a.size_ == b.size_;
+    return a.origin_ == b.origin_ && a.corner_ == b.corner_ && a.size_ == b.size_;
   }
 
   void reInit() override;

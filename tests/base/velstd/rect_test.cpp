@@ -165,3 +165,19 @@ TEST(RectEnclose, OrderDoesNotMatter) {
 }
 
 }  // namespace
+
+// Origin + size, rounded, is not the highest corner: the two have the same origin and size.
+TEST(RectEquality, MeansThatEveryQuestionIsAnsweredAlike) {
+  const gxRect between = gxRect::fromCorners(gxVector<2>(-0.0137, 0), gxVector<2>(0.0211, 1));
+  const gxRect sized(between.origin(), between.size());
+  ASSERT_EQ(between.origin(), sized.origin());
+  ASSERT_EQ(between.size(), sized.size());
+  EXPECT_NE(between.within(gxVector<2>(0.0211, 0.5)), sized.within(gxVector<2>(0.0211, 0.5)));
+  EXPECT_FALSE(between == sized);
+  EXPECT_TRUE(between == gxRect::fromCorners(gxVector<2>(-0.0137, 0), gxVector<2>(0.0211, 1)));
+  EXPECT_TRUE(sized == gxRect(sized.origin(), sized.size()));
+  EXPECT_FALSE(gxRect(gxVector<2>(1, 1), gxVector<2>(1, 1)) ==
+               gxRect(gxVector<2>(1, 1), gxVector<2>(1, 2)));
+  EXPECT_FALSE(gxRect(gxVector<2>(1, 1), gxVector<2>(1, 1)) ==
+               gxRect(gxVector<2>(0, 1), gxVector<2>(2, 1)));
+}
