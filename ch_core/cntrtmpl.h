@@ -34,6 +34,10 @@ class GXSHAPE_API gxRegionT;
 /// construction is cloned first, so the caller's own is never held.  A transform cannot be replaced
 /// but by assigning a contour.
 ///
+/// Seen as a plain contour or region and assigned to, copied or moved, it makes the data anew from the
+/// points that came.  Without a transform it cannot: that throws `gxBadPointer` and changes nothing.
+/// When only its points are moved out, its edge points go and the transform stays.
+///
 /// Memory and threads.  As the contour's; the inverse is remembered too, and outlives every change.
 /// Copies share the transform object, which is only read.
 template <class T>
@@ -59,7 +63,7 @@ class GXSHAPE_API gxContourT : public virtual gxContour {
 
   /// Assigns as the copy constructor copies.  Self-assignment does nothing.
   gxContourT& operator=(const gxContourT& other);
-  gxContourT& operator=(gxContourT&& other) noexcept;
+  gxContourT& operator=(gxContourT&& other);
 
   /// Is true when the points are equal one by one and both hold the very same transform object (or
   /// none): a copy equals its original, two contours made of the same arguments are different.
@@ -113,7 +117,8 @@ class GXSHAPE_API gxContourT : public virtual gxContour {
   /// Makes the data anew after an assignment through the contour base, keeping what came along.
   void contourAssigned_() override;
   /// Follows an assignment that brought points and data together: a derived class drops what it
-  /// remembers itself.
+  /// remembers itself.  As with `contourAssigned_`: where it throws, it has changed nothing, and what it
+  /// throws after everything was moved away goes unheard.
   virtual void dataAssigned_();
 
   /// Assigns data and transform, not the points.
@@ -132,6 +137,8 @@ class GXSHAPE_API gxContourT : public virtual gxContour {
   static gx_Instantiator sExemplar;
 
   std::vector<T> dataOfPoints_() const;
+  void swapBoth_(gxContourT& other) noexcept;
+  void followDataMoved_() noexcept;
 
   Edges edges_;
 };
@@ -173,7 +180,7 @@ class GXSHAPE_API gxRegionT : public gxRegion, public gxContourT<T> {
   /// Assigns as the copy constructor copies; the source may be owned by this region (its hole).
   /// Self-assignment does nothing.
   gxRegionT& operator=(const gxRegionT& other);
-  gxRegionT& operator=(gxRegionT&& other) noexcept;
+  gxRegionT& operator=(gxRegionT&& other);
 
   /// Compares the outlines as edge-point contours: equal points, the very same transform.  Holes of
   /// either kind take no part.
@@ -270,7 +277,7 @@ class GXSHAPE_API gxRegionSetT : public gxRegionSet {
 
   /// Assigns as the copy constructor copies.  Self-assignment does nothing.
   gxRegionSetT& operator=(const gxRegionSetT& other);
-  gxRegionSetT& operator=(gxRegionSetT&& other) noexcept;
+  gxRegionSetT& operator=(gxRegionSetT&& other);
 
   /// Compares the regions as a region set does; the edge points take no part.
   bool operator==(const gxRegionSetT& other) const;

@@ -38,7 +38,7 @@ gxContourT<T>::gxContourT(gxContourT&& other) noexcept
   static_assert(std::is_nothrow_move_constructible_v<Edges> && std::is_nothrow_move_assignable_v<Edges>);
   assignContour_(std::move(other));
   assignData_(std::move(other));
-  other.dataAssigned_();  // the object may be more than a contour
+  other.followDataMoved_();  // the object may be more than a contour
 }
 
 template <class T>
@@ -47,21 +47,41 @@ gxContourT<T>::~gxContourT() = default;
 template <class T>
 gxContourT<T>& gxContourT<T>::operator=(const gxContourT& other) {
   if (this == &other) return *this;
-  Edges edges(other.edges_);
-  assignContour_(other);
-  std::swap(edges_, edges);
-  dataAssigned_();
+  gxContourT copy(other);
+  return *this = std::move(copy);
+}
+
+// Points and data come together, so that nothing has to be made anew.  What this contour held lives to
+// the end, and goes back where a derived class cannot follow.
+template <class T>
+gxContourT<T>& gxContourT<T>::operator=(gxContourT&& other) {
+  if (this == &other) return *this;
+  gxContourT old;
+  old.swapBoth_(*this);
+  swapBoth_(other);
+  try {
+    dataAssigned_();
+  } catch (...) {
+    swapBoth_(other);
+    old.swapBoth_(*this);
+    throw;
+  }
+  other.followDataMoved_();
   return *this;
 }
 
 template <class T>
-gxContourT<T>& gxContourT<T>::operator=(gxContourT&& other) noexcept {
-  if (this == &other) return *this;
-  assignContour_(std::move(other));
-  assignData_(std::move(other));
-  dataAssigned_();
-  other.dataAssigned_();
-  return *this;
+void gxContourT<T>::swapBoth_(gxContourT& other) noexcept {
+  swapContour_(other);
+  std::swap(edges_, other.edges_);
+}
+
+template <class T>
+void gxContourT<T>::followDataMoved_() noexcept {
+  try {
+    dataAssigned_();
+  } catch (...) {  // as `followEmptied_` of the contour
+  }
 }
 
 template <class T>

@@ -7,6 +7,12 @@
 // A remembered result holds for the points and for the closedness under which it was computed, and
 // the two sides of a copy need not agree on the latter: a region is always closed, whatever flag its
 // contour part carries.  Where they disagree the copy starts with an empty memory.
+//
+// Moving.  Either side may be more than a contour and has to follow.  The target is asked first; where it
+// cannot, both get back what they had.  Then the source, which has no points left to follow: what it
+// throws all the same is not heard, because by then the target has changed and cannot go back without a
+// loss.  The idea that failed was a move that never throws: where the target could not follow, nothing
+// was moved, and nobody was told.
 #include <cntr/contour.h>
 #include <cntr/region.h>
 #include <velstd/real_eq.h>
@@ -46,7 +52,7 @@ gxContour::gxContour(gxContour&& other) noexcept : gxPersistent(other), gxRepBas
   const bool closed = other.isClosed();
   state_ = std::exchange(other.state_, State());
   if (closed != state_.closed) state_.memory.drop();
-  other.contourAssigned_();  // the object may be more than a contour, and is without points now
+  other.followEmptied_();
 }
 
 gxContour::~gxContour() = default;
@@ -65,18 +71,27 @@ gxContour& gxContour::operator=(const gxContour& other) {
   return *this;
 }
 
-gxContour& gxContour::operator=(gxContour&& other) noexcept {
+gxContour& gxContour::operator=(gxContour&& other) {
   if (this == &other) return *this;
   const bool closed = other.isClosed();
   State old = std::exchange(state_, std::exchange(other.state_, State()));
   if (closed != isClosed()) state_.memory.drop();
   try {
     contourAssigned_();
-    other.contourAssigned_();
   } catch (...) {
     other.state_ = std::exchange(state_, std::move(old));
+    throw;
   }
+  other.followEmptied_();
   return *this;
+}
+
+// An object that is more than a contour follows the loss of its points.
+void gxContour::followEmptied_() noexcept {
+  try {
+    contourAssigned_();
+  } catch (...) {  // see above
+  }
 }
 
 // Once the copy is made nothing is asked of the source any more, which what is dropped may own.

@@ -64,8 +64,11 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// it has beside the contour in step (see `contourAssigned_`); when that fails, everything is as
   /// it was.  Reports no change to change tracking.
   gxContour& operator=(const gxContour& other);
-  /// Assigns by moving.  Where an object of a derived class cannot follow, nothing is moved.
-  gxContour& operator=(gxContour&& other) noexcept;
+  /// Assigns by moving: `other` is then closed, without points, and usable.  An object of a derived
+  /// class then follows as above.
+  /// Throws: what assigning a copy throws, where the object behind this contour cannot follow (an
+  /// edge-point shape without a transform); both are then as they were.
+  gxContour& operator=(gxContour&& other);
 
   /// Is true when both are closed or both open, the points are equal one by one (exactly), and
   /// `cachedVectorSize` is equal.  Labels and memories take no part.
@@ -259,8 +262,12 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   virtual void cleanCacheInfo();
   /// Follows an assignment that was made through the contour base: a derived class drops what it
   /// remembers itself and brings its own data in step with the new points.  The remembered results
-  /// of the contour, which came along, are kept.
+  /// of the contour, which came along, are kept.  Where it throws, it has changed nothing.
+  /// A contour whose points were moved away is called too, without points; what it throws then goes
+  /// unheard.
   virtual void contourAssigned_();
+  /// Calls `contourAssigned_` after the points were moved away.
+  void followEmptied_() noexcept;
 
   /// Replaces the points and drops the memory without asking for data to be brought in step: for
   /// derived classes whose data are in step already.

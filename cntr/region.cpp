@@ -32,7 +32,7 @@ gxRegion::gxRegion(const gxRegion& other) : gxPersistent(other), gxRepBase(other
 gxRegion::gxRegion(gxRegion&& other) noexcept : gxPersistent(other), gxRepBase(other), gxContour() {
   assignContour_(std::move(other));
   assignRegion_(std::move(other));
-  other.contourAssigned_();  // the object may be more than a region, and is without points now
+  other.followEmptied_();  // the object may be more than a region, and is without points now
 }
 
 gxRegion::~gxRegion() = default;
@@ -52,12 +52,8 @@ gxRegion& gxRegion::operator=(const gxRegion& other) {
   return *this;
 }
 
-gxRegion& gxRegion::operator=(gxRegion&& other) noexcept {
-  if (this == &other) return *this;
-  try {
-    takeOver_(other);
-  } catch (...) {  // an object of a derived class could not follow: nothing was moved
-  }
+gxRegion& gxRegion::operator=(gxRegion&& other) {
+  if (this != &other) takeOver_(other);
   return *this;
 }
 
@@ -76,7 +72,7 @@ void gxRegion::takeOver_(gxRegion& source) {
   }
   old.assignRegion_(std::move(*this));
   assignRegion_(std::move(source));
-  source.contourAssigned_();  // as in the constructor
+  source.followEmptied_();  // as in the constructor
 }
 
 void gxRegion::assignRegion_(const gxRegion& other) {

@@ -50,7 +50,10 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   /// Assigns as the copy constructor copies; the source may be owned by this region (its hole, its
   /// repaired form).  Self-assignment does nothing.
   gxRegion& operator=(const gxRegion& other);
-  gxRegion& operator=(gxRegion&& other) noexcept;
+  /// Assigns by moving: `other` is then without points and holes, and usable.
+  /// Throws: what assigning a copy throws, where the object behind this region cannot follow; both are
+  /// then as they were.
+  gxRegion& operator=(gxRegion&& other);
 
   /// Compares the outlines as contours; holes take no part.
   bool operator==(const gxRegion& other) const;

@@ -32,7 +32,7 @@ gxRegionSet::gxRegionSet(const gxRegionSet& other) = default;
 gxRegionSet::gxRegionSet(gxRegionSet&& other) noexcept : gxPersistent(other), gxRepBase(other) {
   static_assert(std::is_nothrow_move_constructible_v<State> && std::is_nothrow_move_assignable_v<State>);
   state_ = std::exchange(other.state_, State());
-  other.setAssigned_();  // the object may be more than a set, and is without regions now
+  other.followEmptied_();  // the object may be more than a set, and is without regions now
 }
 
 gxRegionSet::~gxRegionSet() = default;
@@ -50,16 +50,25 @@ gxRegionSet& gxRegionSet::operator=(const gxRegionSet& other) {
   return *this;
 }
 
-gxRegionSet& gxRegionSet::operator=(gxRegionSet&& other) noexcept {
+gxRegionSet& gxRegionSet::operator=(gxRegionSet&& other) {
   if (this == &other) return *this;
   State old = std::exchange(state_, std::exchange(other.state_, State()));
   try {
     setAssigned_();
-    other.setAssigned_();
   } catch (...) {
     other.state_ = std::exchange(state_, std::move(old));
+    throw;
   }
+  other.followEmptied_();
   return *this;
+}
+
+// As a contour follows, and for the same reasons.
+void gxRegionSet::followEmptied_() noexcept {
+  try {
+    setAssigned_();
+  } catch (...) {  // the target has changed, and cannot go back without a loss
+  }
 }
 
 void gxRegionSet::assignSet_(const gxRegionSet& other) {

@@ -56,8 +56,10 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   /// regions in step (see `setAssigned_`); when that fails, everything is as it was.  Reports no
   /// change to change tracking.
   gxRegionSet& operator=(const gxRegionSet& other);
-  /// Assigns by moving.  Where an object of a derived class cannot follow, nothing is moved.
-  gxRegionSet& operator=(gxRegionSet&& other) noexcept;
+  /// Assigns by moving: `other` is then without regions, and usable.
+  /// Throws: what assigning a copy throws, where the object behind this set cannot follow; both are
+  /// then as they were.
+  gxRegionSet& operator=(gxRegionSet&& other);
 
   /// Is true when both hold as many regions and these are equal one by one, in order; so the same
   /// regions in another order are not.  Memories and `cachedVectorSize` take no part.
@@ -188,7 +190,11 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   virtual void cleanCacheInfo();
   /// Follows an assignment that was made through this base: a derived class brings its own view in
   /// step with the new regions.  What the set remembers came along and is kept.
+  /// Where it throws, it has changed nothing.  A set whose regions were moved away is called too,
+  /// without regions; what it throws then goes unheard.
   virtual void setAssigned_();
+  /// Calls `setAssigned_` after the regions were moved away.
+  void followEmptied_() noexcept;
   /// Returns what puts a derived class's own view back as it is now, once and without throwing, for a
   /// change that fails after the view was brought in step; empty for a plain set.
   virtual std::function<void()> viewKeeper_();

@@ -87,7 +87,7 @@ std::vector<gxVector<2>> positions(const std::vector<gxEdgelet>& data) {
 }  // namespace
 
 static_assert(std::is_nothrow_move_constructible_v<Contour>);
-static_assert(std::is_nothrow_move_assignable_v<Contour>);
+static_assert(!std::is_nothrow_move_assignable_v<Contour>);  // a derived class may be unable to follow
 
 // ---- Construction -------------------------------------------------------------------------------
 
@@ -295,6 +295,10 @@ TEST(EdgeletContourEquality, OtherPointsAreUnequal) {
   Contour other(contour);
   other.points(pointsOf("0 0"));
   EXPECT_FALSE(other == contour);
+  other.points(contour.points());
+  EXPECT_TRUE(other == contour);
+  other.points(pointsOf("0 0, 4 0, 4 3.5"));
+  EXPECT_FALSE(other == contour) << "as many points, one of them another";
 }
 
 // ---- Copying and moving -------------------------------------------------------------------------
@@ -364,7 +368,9 @@ TEST(EdgeletContourMove, MovedFromIsLikeADefaultOne) {
 
 TEST(EdgeletContourReInit, BringsTheDefaultStateBack) {
   Contour contour(triangle());
+  contour.trackChanges(true);
   contour.reInit();
+  EXPECT_GE(contour.changeCount(), 1U);
   EXPECT_TRUE(contour == Contour());
   EXPECT_TRUE(contour.data().empty());
 }
@@ -404,13 +410,114 @@ TEST(EdgeletContourAsContour, AssignmentWithoutTransformFailsAndChangesNothing) 
   EXPECT_NO_THROW(base = gxContour());  // no points, nothing to map
 }
 
-TEST(EdgeletContourAsContour, MoveIntoItWithoutTransformMovesNothing) {
+TEST(EdgeletContourAsContour, MoveIntoItWithoutTransformThrowsAsACopyDoes) {
   Contour contour;
-  gxContour plain(pointsOf("1 1, 2 2"));
+  contour.label(3);
+  gxContour plain(pointsOf("1 1, 2 2"), false, 8);
   gxContour& base = contour;
-  base = std::move(plain);
+  EXPECT_THROW(base = std::move(plain), gxBadPointer);
   EXPECT_TRUE(contour.points().empty());
+  EXPECT_EQ(contour.label(), 3UL);
   EXPECT_EQ(plain.points().size(), 2U);  // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(plain.label(), 8UL);
+  EXPECT_THROW(base = gxContour(pointsOf("1 1, 2 2")), gxBadPointer)
+      << "a temporary is not lost in silence";
+  EXPECT_NO_THROW(base = gxContour());
+}
+
+TEST(EdgeletContourAsContour, MoveIntoItMakesTheData) {
+  Contour contour(triangle(), shiftBy5());
+  gxContour& base = contour;
+  base = gxContour(pointsOf("1 1, 2 2"));
+  EXPECT_EQ(positions(contour.data()), pointsOf("6 1, 7 2"));
+}
+
+// A contour with data of its own beside the edge points, which may be unable to follow.
+class Refusing : public Contour {
+ public:
+  using Contour::Contour;
+  using Contour::operator=;
+  bool refuses = false;
+  int followed = 0;
+
+ protected:
+  void dataAssigned_() override {
+    if (refuses) throw gxMathError::Singular();
+    ++followed;
+  }
+};
+
+TEST(EdgeletContourThatCannotFollow, KeepsEverythingWhenItIsAssignedTo) {
+  Refusing contour(triangle(), shiftBy5());
+  contour.label(3);
+  contour.cachedVectorSize(9);
+  const Xform xform = contour.dataFromPointsXform();
+  contour.refuses = true;
+  Contour other({edge(1, 1), edge(2, 2)});
+  other.label(4);
+  EXPECT_THROW(contour = other, gxMathError::Singular);
+  EXPECT_THROW(contour = std::move(other), gxMathError::Singular);
+  EXPECT_EQ(contour.data(), triangle());
+  EXPECT_EQ(contour.points(), pointsOf("-5 0, -1 0, -1 3"));
+  EXPECT_EQ(contour.dataFromPointsXform(), xform);
+  EXPECT_EQ(contour.label(), 3UL);
+  EXPECT_EQ(contour.cachedVectorSize(), 9);
+  EXPECT_EQ(other.data().size(), 2U);  // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(other.points().size(), 2U);
+  EXPECT_EQ(other.label(), 4UL);
+  contour.refuses = false;
+  contour = std::move(other);
+  EXPECT_EQ(contour.data().size(), 2U);
+  EXPECT_EQ(contour.followed, 1);
+  EXPECT_TRUE(other.data().empty());  // NOLINT(bugprone-use-after-move)
+  EXPECT_TRUE(other.dataFromPointsXform().isNull());
+}
+
+TEST(EdgeletContourThatCannotFollow, IsNotHeardWhenItIsMovedFrom) {
+  Refusing source(triangle());
+  source.refuses = true;
+  const Contour taken(std::move(static_cast<Contour&>(source)));
+  EXPECT_EQ(taken.data(), triangle());
+  EXPECT_TRUE(source.data().empty());
+  source.refuses = false;
+  EXPECT_THROW(source.data(triangle()), gxBadPointer) << "no transform is left";
+  source = Contour(triangle());
+  Contour target;
+  source.refuses = true;
+  target = std::move(static_cast<Contour&>(source));
+  EXPECT_EQ(target.data(), triangle());
+  EXPECT_TRUE(source.points().empty());
+}
+
+TEST(EdgeletContourHooks, EitherDropsTheMemory) {
+  ExposedEdges contour(triangle());
+  EXPECT_EQ(contour.length(), 12.0);
+  {
+    const Computed lengths(gx_Computation::eLength);
+    contour.makeDataConsistentWithPoints();
+    EXPECT_EQ(contour.length(), 12.0);
+    EXPECT_EQ(lengths.times(), 1);
+  }
+  const Computed lengths(gx_Computation::eLength);
+  contour.makePointsConsistentWithData();
+  EXPECT_EQ(contour.length(), 12.0);
+  EXPECT_EQ(lengths.times(), 1);
+}
+
+// Without a transform each throws after the memory is gone.
+TEST(EdgeletContourHooks, EitherReportsTheChangeAlsoWhereItFails) {
+  ExposedEdges contour(triangle());
+  contour.trackChanges(true);
+  contour.makeDataConsistentWithPoints();
+  EXPECT_EQ(contour.changeCount(), 1U);
+  contour.trackChanges(true);
+  contour.makePointsConsistentWithData();
+  EXPECT_GE(contour.changeCount(), 1U);
+  ExposedEdges without;
+  without.setPoints(pointsOf("0 0, 4 0, 4 3"));
+  without.trackChanges(true);
+  EXPECT_THROW(without.makeDataConsistentWithPoints(), gxBadPointer);
+  EXPECT_EQ(without.changeCount(), 1U);
 }
 
 TEST(EdgeletContourAsContour, MovingThePointsOutEmptiesTheData) {

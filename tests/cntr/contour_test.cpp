@@ -22,7 +22,8 @@ const Points kSquare = pointsOf("0 0, 1 0, 1 1, 0 1");
 // ---- What compiles --------------------------------------------------------------------------------
 
 static_assert(std::is_nothrow_move_constructible_v<gxContour>);
-static_assert(std::is_nothrow_move_assignable_v<gxContour>);
+static_assert(
+    !std::is_nothrow_move_assignable_v<gxContour>);  // what is behind it may be unable to follow
 static_assert(std::is_copy_constructible_v<gxContour> && std::is_copy_assignable_v<gxContour>);
 static_assert(std::is_base_of_v<gxPersistent, gxContour> && std::is_base_of_v<gxRepBase, gxContour>);
 static_assert(std::has_virtual_destructor_v<gxContour>);
@@ -232,7 +233,9 @@ TEST(ContourSetters, ANegativeCachedVectorSizeIsRefusedAndTheOldOneStays) {
 TEST(ContourSetters, ReInitBringsTheDefaultStateBack) {
   gxContour contour(kTriangle, false, 7);
   contour.cachedVectorSize(9);
+  contour.trackChanges(true);
   contour.reInit();
+  EXPECT_GE(contour.changeCount(), 1u);
   EXPECT_TRUE(contour == gxContour());
   EXPECT_EQ(contour.label(), 0u);
 }
@@ -421,6 +424,7 @@ class Stubborn : public gxContour {
   using gxContour::operator=;
   bool refuses = false;
   int followed = 0;
+  void setPointsOnly(const std::vector<gxVector<2>>& points) { setPoints(points); }
 
  protected:
   void makeDataConsistentWithPoints() override { follow_(); }
@@ -473,20 +477,60 @@ TEST(ContourThatCannotFollow, MovesNothingWhenAMoveAssignmentFails) {
   Stubborn contour(kTriangle, false, 7);
   contour.refuses = true;
   gxContour source(kSquare, true, 8);
-  contour = std::move(source);
+  EXPECT_THROW(contour = std::move(source), CannotFollow);
   EXPECT_EQ(contour.points(), kTriangle);
+  EXPECT_FALSE(contour.isClosed());
   EXPECT_EQ(contour.label(), 7u);
   EXPECT_EQ(source.points(), kSquare);  // NOLINT(bugprone-use-after-move)
   EXPECT_EQ(source.label(), 8u);
+  EXPECT_THROW(contour = gxContour(kSquare), CannotFollow);
+  EXPECT_EQ(contour.points(), kTriangle);
 }
 
-TEST(ContourThatCannotFollow, KeepsItsPointsWhenTheSourceOfAMoveCannotFollow) {
-  gxContour contour(kTriangle, false, 7);
+// By then the target has changed; a source without points has little to follow.
+TEST(ContourThatCannotFollow, IsNotHeardWhenItIsMovedFrom) {
+  Stubborn contour(kTriangle, false, 7);
   Stubborn source(kSquare, true, 8);
   source.refuses = true;
   contour = std::move(static_cast<gxContour&>(source));
-  EXPECT_EQ(contour.points(), kTriangle);
-  EXPECT_EQ(source.points(), kSquare);  // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(contour.points(), kSquare);
+  EXPECT_EQ(contour.followed, 1);
+  EXPECT_TRUE(source.points().empty());  // NOLINT(bugprone-use-after-move)
+  source.setPointsOnly(kSquare);
+  const gxContour made(std::move(static_cast<gxContour&>(source)));
+  EXPECT_EQ(made.points(), kSquare);
+  EXPECT_TRUE(source.points().empty());
+}
+
+// ---- Derived classes with a memory of their own -----------------------------------------------------
+
+// Counts how often it is told to forget.
+class Remembering : public ExposedContour {
+ public:
+  using ExposedContour::ExposedContour;
+  int forgot = 0;
+
+  void cleanCacheInfo() override {
+    ++forgot;
+    ExposedContour::cleanCacheInfo();
+  }
+};
+
+TEST(ContourWithAMemoryOfItsOwn, HearsOfEveryChangeOfPointsAndClosedFlag) {
+  Remembering contour(kTriangle);
+  const auto timesDuring = [&](const auto& change) {
+    const int before = contour.forgot;
+    change();
+    return contour.forgot - before;
+  };
+  EXPECT_EQ(timesDuring([&] { contour.points(kSquare); }), 2) << "the setter and its hook";
+  EXPECT_EQ(timesDuring([&] { contour.isClosed(false); }), 1);
+  EXPECT_EQ(timesDuring([&] { contour.isClosed(false); }), 1) << "also where the flag was so already";
+  EXPECT_EQ(timesDuring([&] { contour.setPoints(kTriangle); }), 1);
+  EXPECT_EQ(timesDuring([&] { contour.makeDataConsistentWithPoints(); }), 1);
+  EXPECT_EQ(timesDuring([&] { contour.makePointsConsistentWithData(); }), 1);
+  EXPECT_EQ(timesDuring([&] { contour.label(4); }), 0);
+  EXPECT_EQ(timesDuring([&] { contour.cachedVectorSize(4); }), 0);
 }
 
 // ---- Regions seen as their contour ------------------------------------------------------------------
