@@ -64,6 +64,12 @@ function(gxshape_library name)
     # A symbol that nothing defines is an error of the library, not of whoever links it. (The
     # sanitizers' own symbols are defined by the program.)
     target_link_options(${library} PRIVATE LINKER:--no-undefined)
+    if(UNIX AND NOT APPLE)
+      # (Sanitizers compare their own symbols across libraries, which this would hide from them.)
+      set(exports "${PROJECT_SOURCE_DIR}/cmake/exports.map")
+      target_link_options(${library} PRIVATE "LINKER:--version-script=${exports}")
+      set_target_properties(${library} PROPERTIES LINK_DEPENDS "${exports}")
+    endif()
   endif()
 endfunction()
 

@@ -63,5 +63,16 @@ if(TARGET gxshape_overlay_tests)
   target_link_libraries(gxshape_overlay_tests PRIVATE gxshape_cgal_judge ${GXSHAPE_GMP} ${GXSHAPE_MPFR})
 endif()
 
+# ---- What the libraries export, and what the headers say to an older compiler --------------------
+
+if(BUILD_SHARED_LIBS AND UNIX AND NOT APPLE AND NOT GXSHAPE_SANITIZE AND NOT GXSHAPE_COVERAGE)
+  add_test(NAME exports
+           COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DCOMPILER=${CMAKE_CXX_COMPILER}
+                   -DSOURCE=${PROJECT_SOURCE_DIR} -DRESULTS=${GXSHAPE_TEST_RESULTS}
+                   "-DLIBRARIES=$<TARGET_FILE:gxshape::velstd>,$<TARGET_FILE:gxshape::velip>,$<TARGET_FILE:gxshape::veldispc>,$<TARGET_FILE:gxshape::gxshape>"
+                   -P ${PROJECT_SOURCE_DIR}/cmake/CheckExports.cmake)
+  set_tests_properties(exports PROPERTIES TIMEOUT 300)
+endif()
+
 include(GxshapeConformance)
 include(GxshapeConsumer)

@@ -1,8 +1,10 @@
-// One counter a kind and thread.  They cost an addition beside a computation of at least a loop
-// over all points, so they are always on.
+// One counter a kind and thread, in builds with tests only: what a library that is installed for use
+// computes is nobody's business, and a counter would be state that all its shapes share.
 #include <cntr/internal/memory/probe.h>
 
-#include <array>
+#if defined(GXSHAPE_COUNTS_COMPUTATIONS)
+
+#  include <array>
 
 namespace {
 thread_local std::array<long, static_cast<std::size_t>(gx_Computation::eCount)> counts{};
@@ -15,3 +17,5 @@ void gx_countComputation(gx_Computation what) noexcept {
 long gx_computations(gx_Computation what) noexcept {
   return counts[static_cast<std::size_t>(what)];
 }
+
+#endif

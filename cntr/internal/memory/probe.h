@@ -34,8 +34,13 @@ enum class gx_Computation : int {
   eCount
 };
 
+#if defined(GXSHAPE_COUNTS_COMPUTATIONS)
 /// Counts one computation of the calling thread: a call at the place where a result is computed,
 /// not where it is remembered, lets a test see that a second question is answered from memory.
+/// Counts only in builds with tests; elsewhere it is nothing at all.
 GXSHAPE_API void gx_countComputation(gx_Computation what) noexcept;
 /// Returns how often the calling thread has computed it.
 GXSHAPE_API long gx_computations(gx_Computation what) noexcept;
+#else
+inline void gx_countComputation(gx_Computation /*what*/) noexcept {}
+#endif
