@@ -47,7 +47,7 @@ struct gxProblem {
 /// What counts, and how much of it is told.
 struct gxCheckOptions {
   /// The most problems that are told; the search ends there.
-  std::size_t atMost = std::numeric_limits<std::size_t>::max();
+  std::size_t atMost = (std::numeric_limits<std::size_t>::max)();
   /// Rings of one region may touch in single points as long as that parts no interior, and regions of a
   /// set may.  False: every such contact is told.  (The setter of holes refuses all of them.)
   bool ringsMayTouch = true;

@@ -4,6 +4,10 @@
 #include <velip/export.h>
 #include <velstd/exception.h>
 
+// X11 has a macro of this name, which is set aside here and put back below.
+#pragma push_macro("BadWindow")
+#undef BadWindow
+
 /// The scope of the exceptions of picture windows.
 class VELIP_API gxPel {
  public:
@@ -26,3 +30,5 @@ class VELIP_API gxPel {
     ~BadWindow() override;
   };
 };
+
+#pragma pop_macro("BadWindow")

@@ -30,7 +30,7 @@ class VELSTD_API gxStopped final
 /// read an atomic flag.
 class VELSTD_API gxBudget {
  public:
-  static constexpr std::uint64_t kUnlimited = std::numeric_limits<std::uint64_t>::max();
+  static constexpr std::uint64_t kUnlimited = (std::numeric_limits<std::uint64_t>::max)();
   /// So many steps pass from one question of `stop` to the next, at most a millisecond or so.
   static constexpr std::uint64_t kStepsBetweenQuestions = 4096;
 

@@ -29,7 +29,7 @@ inline int gx_Orientation(const gxVector<2>& a, const gxVector<2>& b, const gxVe
   const double right = (b.y() - a.y()) * (c.x() - a.x());
   const double det = left - right;
   const double error =
-      kBound * (std::fabs(left) + std::fabs(right)) + std::numeric_limits<double>::min();
+      kBound * (std::fabs(left) + std::fabs(right)) + (std::numeric_limits<double>::min)();
   if (det > error) return 1;
   if (-det > error) return -1;
   return gx_OrientationExact(a, b, c);

@@ -11,6 +11,7 @@
 #include <velstd/ellipse_fit.h>
 #include <velstd/exception.h>
 #include <velstd/handle.h>
+#include <velstd/language.h>
 #include <velstd/line.h>
 #include <velstd/line_seg.h>
 #include <velstd/matrix.h>

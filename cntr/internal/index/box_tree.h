@@ -46,7 +46,7 @@ class GXSHAPE_API gx_BoxTree {
       if (level == 0) {
         visit(order_[i]);
       } else {
-        walk_(level - 1, i * kFan, std::min((i + 1) * kFan, size_(level - 1)), box, visit);
+        walk_(level - 1, i * kFan, (std::min)((i + 1) * kFan, size_(level - 1)), box, visit);
       }
     }
   }
@@ -68,7 +68,8 @@ class GXSHAPE_API gx_BoxTree {
       if (level == 0) {
         visit(order_[i]);
       } else {
-        nearWalk_(level - 1, i * kFan, std::min((i + 1) * kFan, size_(level - 1)), point, tooFar, visit);
+        nearWalk_(level - 1, i * kFan, (std::min)((i + 1) * kFan, size_(level - 1)), point, tooFar,
+                  visit);
       }
     }
   }

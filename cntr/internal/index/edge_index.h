@@ -28,10 +28,10 @@ struct gx_Box {
     highY = p.y() > highY ? p.y() : highY;
   }
   void add(const gx_Box& o) {
-    lowX = std::min(lowX, o.lowX);
-    lowY = std::min(lowY, o.lowY);
-    highX = std::max(highX, o.highX);
-    highY = std::max(highY, o.highY);
+    lowX = (std::min)(lowX, o.lowX);
+    lowY = (std::min)(lowY, o.lowY);
+    highX = (std::max)(highX, o.highX);
+    highY = (std::max)(highY, o.highY);
   }
   /// Tells whether the boxes share a point, borders included.
   bool meets(const gx_Box& o) const {
@@ -44,8 +44,8 @@ struct gx_Box {
   /// Returns a bound below the square of the distance of any point of the box from `p`; exact but
   /// for rounding.
   double squareFrom(const gxVector<2>& p) const {
-    const double dx = std::max(std::max(lowX - p.x(), p.x() - highX), 0.0);
-    const double dy = std::max(std::max(lowY - p.y(), p.y() - highY), 0.0);
+    const double dx = (std::max)((std::max)(lowX - p.x(), p.x() - highX), 0.0);
+    const double dy = (std::max)((std::max)(lowY - p.y(), p.y() - highY), 0.0);
     return dx * dx + dy * dy;
   }
 };
@@ -123,9 +123,9 @@ class GXSHAPE_API gx_EdgeIndex {
       if (tooFar_(box(level, i), squares[nearest], limit)) continue;
       const std::size_t below = i * kFan;
       if (level == 0) {
-        visit(below, std::min(below + kFan, edges_));
+        visit(below, (std::min)(below + kFan, edges_));
       } else {
-        nearWalk_(level - 1, below, std::min(below + kFan, size(level - 1)), point, limit, visit);
+        nearWalk_(level - 1, below, (std::min)(below + kFan, size(level - 1)), point, limit, visit);
       }
     }
   }
@@ -137,8 +137,8 @@ class GXSHAPE_API gx_EdgeIndex {
       if (!meets(box(level, i))) continue;
       const std::size_t below = i * kFan;
       if (level == 0) {
-        if (visit(below, std::min(below + kFan, edges_))) return true;
-      } else if (walk_(level - 1, below, std::min(below + kFan, size(level - 1)), meets, visit)) {
+        if (visit(below, (std::min)(below + kFan, edges_))) return true;
+      } else if (walk_(level - 1, below, (std::min)(below + kFan, size(level - 1)), meets, visit)) {
         return true;
       }
     }

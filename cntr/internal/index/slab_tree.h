@@ -89,8 +89,8 @@ class gx_SlabSquares {
       const float dy = qy - node.y[i];
       const float along = std::abs(dx * node.alongX[i] + dy * node.alongY[i]) - node.halfAlong[i];
       const float across = std::abs(dy * node.alongX[i] - dx * node.alongY[i]) - node.halfAcross[i];
-      const float beyond = std::max(along, 0.0F);
-      const float beside = std::max(across, 0.0F);
+      const float beyond = (std::max)(along, 0.0F);
+      const float beside = (std::max)(across, 0.0F);
       squares_[i] = beyond * beyond + beside * beside;
     }
   }
@@ -161,7 +161,7 @@ class GXSHAPE_API gx_SlabTree {
       if (nearest == gx_SlabSquares::kNone) return;
       const std::size_t below = at * kFan + nearest;
       if (level == 0) {
-        visit(below * kFan, std::min((below + 1) * kFan, edges_));
+        visit(below * kFan, (std::min)((below + 1) * kFan, edges_));
       } else {
         walk_(level - 1, below, point, limit, visit);
       }
