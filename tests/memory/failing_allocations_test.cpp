@@ -1,0 +1,107 @@
+// The allocator of these tests: every global operator new of the program, the shared libraries included,
+// comes here.  It counts by thread, so that what other threads allocate disturbs nobody.
+#include <memory/failing_allocations.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+#include <string>
+#include <vector>
+
+namespace {
+
+thread_local long made = 0;
+thread_local long untilFailure = -1;  // -1: none fails
+thread_local bool failed = false;
+std::atomic<long> inUse{0};
+
+void* allocate(std::size_t size) {
+  ++made;
+  if (untilFailure == 0) {
+    untilFailure = -1;
+    failed = true;
+    throw std::bad_alloc();
+  }
+  if (untilFailure > 0) --untilFailure;
+  void* const block = std::malloc(size == 0 ? 1 : size);
+  if (block == nullptr) throw std::bad_alloc();
+  ++inUse;
+  return block;
+}
+
+void release(void* block) noexcept {
+  if (block == nullptr) return;
+  --inUse;
+  std::free(block);
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  return allocate(size);
+}
+void* operator new[](std::size_t size) {
+  return allocate(size);
+}
+void operator delete(void* block) noexcept {
+  release(block);
+}
+void operator delete[](void* block) noexcept {
+  release(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+  release(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+  release(block);
+}
+
+memory_test::FailingAllocation::FailingAllocation(long k) noexcept {
+  failed = false;
+  untilFailure = k;
+}
+memory_test::FailingAllocation::~FailingAllocation() {
+  untilFailure = -1;
+}
+bool memory_test::FailingAllocation::happened() noexcept {
+  return failed;
+}
+
+memory_test::Allocations::Allocations() noexcept : before_(made) {}
+long memory_test::Allocations::count() const noexcept {
+  return made - before_;
+}
+
+long memory_test::blocksInUse() noexcept {
+  return inUse;
+}
+
+TEST(FailingAllocation, FailsOnceAndOnlyAtItsNumber) {
+  for (long k = 0; k < 5; ++k) {
+    long survived = 0;
+    const long before = memory_test::blocksInUse();
+    {
+      std::vector<std::string*> strings(5);
+      const memory_test::FailingAllocation failing(k);
+      for (std::string*& string : strings) {
+        try {
+          string = new std::string;
+          ++survived;
+        } catch (const std::bad_alloc&) {
+          EXPECT_EQ(&string - strings.data(), k);
+        }
+      }
+      EXPECT_TRUE(failing.happened());
+      for (const std::string* string : strings) delete string;
+    }
+    EXPECT_EQ(survived, 4);
+    EXPECT_EQ(memory_test::blocksInUse(), before);
+  }
+  const memory_test::FailingAllocation never(1000);
+  const memory_test::Allocations allocations;
+  EXPECT_EQ(std::vector<int>(7).size(), 7U);
+  EXPECT_EQ(allocations.count(), 1);
+  EXPECT_FALSE(never.happened());
+}
