@@ -1,5 +1,7 @@
 #pragma once
 
+#include <velstd/language.h>
+
 /// Marks a class or function of the library gxshape as part of its binary interface. Everything else
 /// is hidden. The build defines GXSHAPE_BUILDING while it compiles the library itself. On a class
 /// the mark covers its members, its virtual table and its type information, so that exceptions and
