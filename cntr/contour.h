@@ -17,7 +17,6 @@
 #include <velstd/vector.h>
 #include <velstd/xform.h>
 
-#include <cstdint>
 #include <vector>
 
 class gxRegion;
@@ -147,7 +146,8 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// segment are left out.
   ///  - a segment of no length has no direction, is parallel to every edge, and meets nothing
   /// Throws: EmptyContour below 2 points.
-  /// Remembers: the edges, and the upright enclosing rectangle.
+  /// Cost: O(n) for a few points; then by the edges whose boxes come near the segment's.
+  /// Remembers: the upright rectangle of the points; of many points a tree over the edges.
   std::vector<gxVector<2>> intersections(const gxLineSeg& seg, bool countEndContacts) const;
 
   /// Returns the points where this contour meets the edges of `other`, edge by edge of `other` in
@@ -160,7 +160,7 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// Tells whether the contour crosses or touches itself: whether some edge meets another one that
   /// comes nowhere within 1e-6 of its ends.  Neighbours that overlap do not count.
   ///  - fewer than 2 points: false
-  /// Remembers: the answer.
+  /// Remembers: the answer; the upright rectangle of the points; of many points a tree over the edges.
   bool isSelfIntersecting() const;
 
   // ---- Extremes (contour_extremes.cpp) ----------------------------------------------------------
@@ -181,7 +181,8 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// Throws: EmptyContour below 2 points.
   /// Remembers: up to `cachedVectorSize` + 1 answers by transform.  Transforms that differ in yx
   /// alone count as one, so a shear along y may be answered by what was remembered for another;
-  /// transforms with a NaN in any other number are not remembered.
+  /// transforms with a NaN in any other number are not remembered.  No other question is answered
+  /// from this memory.
   gxRect encloseRect(const gxXform<2>& xform) const;
 
   // ---- Enclosing circle (contour_circle.cpp) ----------------------------------------------------
@@ -281,7 +282,8 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// Throws: EmptyContour below 2 points.
   void checkEmptyContour() const;
 
-  /// As the public form, with the number of the edge of each hit in `edges` (cleared first).
+  /// As the public form, with the number of the edge of each hit in `edges`, which keeps what it holds
+  /// when the call throws.
   std::vector<gxVector<2>> intersections(const gxLineSeg& seg, std::vector<int>& edges,
                                          bool countEndContacts) const;
   /// Returns the edges as segments, by edge number; an edge of no length is a default segment.
@@ -292,26 +294,25 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// NaN lengths count as the greatest.
   /// Throws: EmptyContour below 2 points.  Remembers: the median.
   double medianFeatureSize() const;
+  /// Makes the lists behind `lineSegs` and `validLine` where there are none.
+  void computeLineSegs() const;
 
   /// Tells whether the contour has so many points that the edge index is faster than a scan.
-  bool indexPays_() const { return state_.points.size() > kFewPoints; }
+  bool indexPays_() const { return state_.points.size() > gx_kFewEdges; }
   /// Returns the edge index, made first where there is none.  Remembers: the index.
   const gx_EdgeIndex& edgeIndex_() const;
-  /// Asks for the upright enclosing rectangle, as a query does, and tells whether the answer is the
-  /// true box of the points; it may be that of a shear, remembered under the same key.  `since`
-  /// keeps from one call to the next how it was known, 0 at first.
-  bool uprightBoxIsTrue_(std::uint64_t& since) const;
-  /// Returns the upright enclosing rectangle if it is remembered, else null.  Asks nothing.
-  const gxRect* rememberedUprightBox_() const;
+  /// Returns the smallest upright rectangle around the points, apart from the memory by transform.
+  /// Throws: EmptyContour below 2 points.  Remembers: the rectangle.
+  const gxRect& uprightBox_() const {
+    if (!state_.memory.uprightBoxValid) computeUprightBox_();
+    return state_.memory.uprightBox;
+  }
   /// Returns the edge index if there is one, else null.
   const gx_EdgeIndex* edgeIndexIfMade_() const { return state_.memory.edgeIndex.get(); }
-  /// Returns the watch over points and remembered rectangles, which a set of regions keeps.
+  /// Returns the watch over the points, which a set of regions keeps.
   gx_Watch& watch_() const { return state_.memory.watch; }
 
  private:
-  // Up to here a scan over the edge list is at least as fast as any tree.
-  static constexpr std::size_t kFewPoints = 64;
-
   // Everything a contour is made of, so that copying and moving are the language's own.
   struct State {
     unsigned long label = 0;
@@ -324,7 +325,7 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   static gxPersistent* make();
   static gx_Instantiator sExemplar;
 
-  void computeLineSegs() const;
+  void computeUprightBox_() const;
   bool treePays_(unsigned effort) const;
   void expectNearest_(std::size_t questions) const;
 

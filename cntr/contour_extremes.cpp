@@ -5,7 +5,9 @@
 // exact although cos(π/2) is not 0.  Scan from the most negative finite double, with a strict
 // comparison: the lowest index wins ties, and a contour without a usable score answers −1.
 //
-// Rectangle: the box of the mapped vertices, one after the other.
+// Rectangle: the box of the mapped vertices, one after the other.  The one of the points as they stand,
+// by which other operations reject, is remembered by itself: transforms share keys, and a shear's
+// rectangle in its place would make them answer wrong.
 //
 // Both remember a bounded number of answers; see `gx_BoundedMemo`.
 #include <cntr/contour.h>
@@ -128,23 +130,12 @@ gxRect gxContour::encloseRect(const gxXform<2>& xform) const {
   gx_countComputation(gx_Computation::eEncloseRect);
   const gxRect box = mappedBox(state_.points, xform);
   memo.insert(xform, box, state_.cachedVectorSize);
-  gx_Watch& watch = state_.memory.watch;
-  if (watch.isOn() && memo.find(gxXform<2>::I) == nullptr) watch.changed();
   return box;
 }
 
-const gxRect* gxContour::rememberedUprightBox_() const {
-  const auto* memo = state_.memory.encloseRects.get();
-  return memo == nullptr ? nullptr : memo->find(gxXform<2>::I);
-}
-
-bool gxContour::uprightBoxIsTrue_(std::uint64_t& since) const {
-  const auto& memo = state_.memory.encloseRects.made();
-  if (since != 0 && since == memo.changes()) return true;
-  const gxRect box = encloseRect(gxXform<2>::I);
-  const gx_Box& bounds = edgeIndex_().bounds();
-  const bool isTrue = box.origin() == gxVector<2>(bounds.lowX, bounds.lowY) &&
-                      box.corner() == gxVector<2>(bounds.highX, bounds.highY);
-  since = isTrue ? memo.changes() : 0;
-  return isTrue;
+void gxContour::computeUprightBox_() const {
+  checkEmptyContour();
+  gx_countComputation(gx_Computation::eUprightBox);
+  state_.memory.uprightBox = boxOf(state_.points, [](const gxVector<2>& p) { return p; });
+  state_.memory.uprightBoxValid = true;
 }

@@ -1,7 +1,7 @@
 // Crossings with a segment, with another contour, with itself.
 //
 // With a segment from p1 to p2, tolerance 1e-6:
-//   1. Where the upright box of the contour and the box of the segment do not touch, nothing.
+//   1. Where the upright box of the points and the box of the segment do not touch, nothing.
 //   2. For every edge in order, leave it out when it has no length, when its box does not touch the
 //      segment's, when it is parallel to the segment, or, where contacts at the segment's ends do not
 //      count, when it comes within the tolerance of either end.
@@ -11,14 +11,14 @@
 //   4. Order the hits along the segment.  Equal positions keep the order in which an exchange sort
 //      leaves them.
 //
-// With another contour: the same with each of its edges.  With itself: the same with each of the
-// contour's own edges and end contacts left out, which leaves out the edge itself and its
-// neighbours, until some edge has a hit.
+// With another contour: the same with each of its edges.  With itself: whether some edge of the contour's
+// own has a hit, end contacts left out, which leaves out the edge itself and its neighbours.
 //
-// Few edges are taken one after the other.  Of more, only those come to step 2 whose runs pass in the
-// edge index (internal/index/edge_index, internal/search/crossing): the edges are met in the same order, and each
-// is asked the same.  The contour's upright box is asked for once, not for every edge: it is remembered
-// by the first question and stays so.
+// With a segment, few edges are taken one after the other.  Of more, only those come to step 2 whose runs
+// pass in the edge index (internal/index/edge_index, internal/search/crossing): the edges are met in the
+// same order, and each is asked the same.  With another contour and with itself it is one walk over pairs
+// of edges whose boxes meet: through both indices, or, of few edges, through lists of boxes
+// (internal/search/edge_pairs, internal/search/self_crossing); the hits come in the same order.
 #include <cntr/contour.h>
 #include <cntr/internal/memory/probe.h>
 #include <cntr/internal/outline/edge_walk.h>
@@ -29,10 +29,12 @@
 std::vector<gxVector<2>> gxContour::intersections(const gxLineSeg& seg, std::vector<int>& edges,
                                                   bool countEndContacts) const {
   checkEmptyContour();
-  edges.clear();
   const gx_CrossingQuery query(seg, countEndContacts);
-  if (!query.reaches(encloseRect(gxXform<2>::I))) return {};
   std::vector<gx_Hit> hits;
+  if (!query.reaches(uprightBox_())) {
+    edges.clear();
+    return {};
+  }
   if (indexPays_()) {
     gx_findHits(edgeIndex_(), state_.points, isClosed(), query, hits);
   } else {
@@ -41,7 +43,10 @@ std::vector<gxVector<2>> gxContour::intersections(const gxLineSeg& seg, std::vec
       query.test(points[from], points[to], k, hits);
     });
   }
-  return gx_inOrderAlong(seg, hits, edges);
+  std::vector<int> found;
+  std::vector<gxVector<2>> points = gx_inOrderAlong(seg, hits, found);
+  edges.swap(found);  // nothing can fail any more
+  return points;
 }
 
 std::vector<gxVector<2>> gxContour::intersections(const gxLineSeg& seg, bool countEndContacts) const {
@@ -54,14 +59,14 @@ std::vector<gxVector<2>> gxContour::intersections(const gxContour& other) const 
   const std::vector<gxVector<2>>& theirs = other.state_.points;
   std::vector<gxVector<2>> result;
   if (other.indexPays_()) {
-    const gxRect& box = encloseRect(gxXform<2>::I);
+    const gxRect& box = uprightBox_();
     gx_findCrossings(edgeIndex_(), state_.points, isClosed(), box, other.edgeIndex_(), theirs,
                      other.isClosed(), result);
     return result;
   }
   if (!indexPays_()) {
     if (gx_edgeCount(theirs.size(), other.isClosed()) == 0) return result;
-    const gxRect box = encloseRect(gxXform<2>::I);
+    const gxRect& box = uprightBox_();
     gx_findCrossingsOfFew(state_.points, isClosed(), box, theirs, other.isClosed(), result);
     return result;
   }
@@ -80,7 +85,7 @@ bool gxContour::isSelfIntersecting() const {
   bool crosses = false;
   if (gx_hasEdgeOfLength(state_.points, isClosed())) {
     checkEmptyContour();
-    const gxRect box = encloseRect(gxXform<2>::I);
+    const gxRect& box = uprightBox_();
     crosses = indexPays_() ? gx_crossesItself(edgeIndex_(), state_.points, isClosed(), box)
                            : gx_fewCrossThemselves(state_.points, isClosed(), box);
   }

@@ -6,9 +6,9 @@
 // edge of no length), the end for t >= 1, else the projection on the edge's line.  The distance
 // chooses the edge, the formula gives the point; where rounding makes them disagree, that stands.
 //
-// Contours of more than a few points find the edge and the vertex through a tree over the edges
-// (internal/search/nearest), which gives the same edge and the same vertex, once the questions before have cost
-// about as much as making it.
+// Of more than a few points, the edge and the vertex are found through the edge index or a tree of slabs
+// (internal/search/nearest), which give the same edge and the same vertex, once the questions before have
+// cost about as much as making them.
 #include <cntr/contour.h>
 #include <cntr/internal/memory/probe.h>
 #include <cntr/internal/outline/edge_lengths.h>

@@ -136,7 +136,11 @@ void gxRegion::holes(const std::vector<HoleHandle>& holes) {
   std::vector<HoleHandle> copy(holes);
   cleanCacheInfo();
   checkHoles_(copy);
-  makeDataConsistentWithPoints();
+  if (typeid(*this) == typeid(gxRegion)) {  // there are no data, and what the check computed stays
+    mutating_();
+  } else {
+    makeDataConsistentWithPoints();
+  }
   holes_.swap(copy);
 }
 

@@ -65,7 +65,8 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
 
   /// Returns the holes in the order given.
   const std::vector<HoleHandle>& holes() const { return holes_; }
-  /// Replaces the holes.  Whatever comes of it, everything remembered is dropped first.
+  /// Replaces the holes.  Whatever comes of it, everything remembered is dropped first; what the check
+  /// for crossings then computes of the outline is remembered.
   /// Throws, with the old holes kept: gxBadPointer for a null handle; BadParams "holes cannot
   /// intersect region" where a hole's outline crosses or touches this one's; EmptyContour where
   /// this region has fewer than 2 points and the list is not empty.
@@ -132,7 +133,12 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   double distToPoint(const gxVector<2>& point, bool vertexOnly, bool considerHoles,
                      bool insideIsZero) const;
 
-  using gxContour::intersections;
+  std::vector<gxVector<2>> intersections(const gxLineSeg& seg, bool countEndContacts) const {
+    return gxContour::intersections(seg, countEndContacts);
+  }
+  std::vector<gxVector<2>> intersections(const gxContour& other) const {
+    return gxContour::intersections(other);
+  }
   /// Returns the crossings of the outline with `other`, then, with `considerHoles`, those of each
   /// hole's outline in order.  Nothing is sorted or merged across outlines.
   /// Throws: EmptyContour below 2 points, of a hole too; gxBadPointer for a null hole.
@@ -191,10 +197,23 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   /// Throws: EmptyContour below 3 points.
   void checkEmptyContour() const;
 
+  /// Returns how often a ray from the point crosses the outline; the smaller count of both ways along
+  /// the ray with `bothWays`.
+  ///  - within 1e-6 of a vertex: 1; outside the upright rectangle of the points, or farther from the
+  ///    first vertex than every other one: 0
+  /// Throws: EmptyContour below 2 points.
+  long insideCount(const gxVector<2>& point, bool bothWays) const;
+  /// Does what `outerHull` (with `hull`) and `regularize` do to an outline that crosses itself.
+  /// Throws: as these.
+  void outerHullRegularize(gxRegion& result, bool hull) const;
+  /// Makes one outline out of this one and another that crosses it, by a keyhole cut at their first
+  /// crossing.  Throws: BadParams "spliced regions do not intersect"; EmptyContour where `other` has
+  /// fewer than 2 points.
+  void splice(const gxRegion& other, gxRegion& result) const;
+
  private:
-  friend class gxRegionSet;       // splices and repairs its regions
-  friend class gx_RegionIndex;    // looks into their memories
-  friend struct gx_RegionInside;  // lets tests see the private operations
+  friend class gxRegionSet;     // splices and repairs its regions
+  friend class gx_RegionIndex;  // looks into their memories
 
   static gxPersistent* make();
   static gx_Instantiator sExemplar;
@@ -206,9 +225,6 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   bool isInOutline_(const gxVector<2>& point) const;
   bool isOutsideHoles_(const gxVector<2>& point) const;
   gxVector<2> rayFrom_(const gxVector<2>& point) const;
-  long insideCount(const gxVector<2>& point, bool bothWays) const;
-  void outerHullRegularize(gxRegion& result, bool hull) const;
-  void splice(const gxRegion& other, gxRegion& result) const;
 
   std::vector<HoleHandle> holes_;
   mutable gx_RegionMemory memory_;

@@ -107,7 +107,7 @@ gxVector<2> gxRegion::rayFrom_(const gxVector<2>& point) const {
 }
 
 long gxRegion::insideCount(const gxVector<2>& point, bool bothWays) const {
-  if (!encloseRect(gxXform<2>::I).within(point)) return 0;
+  if (!uprightBox_().within(point)) return 0;
   const bool onVertex = indexPays_() ? gx_isOnVertex(edgeIndex_(), points(), point, kOnVertex)
                                      : isOnVertex(points(), point);
   if (onVertex) return 1;
@@ -121,12 +121,10 @@ long gxRegion::insideCount(const gxVector<2>& point, bool bothWays) const {
   return bothWays ? std::min(ahead, crossings(point - ray)) : ahead;
 }
 
-// The grid, made if there is none and it pays; null where it may not be used.  It asks for the
-// upright rectangle, as the count does, and so is no other question to the memory.
+// The grid, made if there is none and it pays; null where it may not be used.
 const gx_ContainmentGrid* gxRegion::containment_() const {
   if (points().size() < 3) return nullptr;
   if (!memory_.containment && memory_.rayEffort < kGridEffort * points().size()) return nullptr;
-  if (!uprightBoxIsTrue_(memory_.rectangleTrueAt)) return nullptr;
   if (!memory_.containment) {
     memory_.containment.made(points(), edgeIndex_(), encloseCircle(gxContourDefs::eFirstPoint).radius());
   }
@@ -146,8 +144,7 @@ bool gxRegion::inside(const gxVector<2>& point, bool considerHoles) const {
   return isInOutline_(point) && (!considerHoles || holes_.empty() || isOutsideHoles_(point));
 }
 
-// The grid is looked for once: as long as it may be used, no question about this outline changes
-// what it remembers.
+// The grid is looked for until there is one.
 std::vector<bool> gxRegion::inside(const std::vector<gxVector<2>>& points, bool considerHoles) const {
   using Answer = gx_ContainmentGrid::Answer;
   const bool askHoles = considerHoles && !holes_.empty();

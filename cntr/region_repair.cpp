@@ -78,10 +78,7 @@ void gxRegion::outerHullRegularize(gxRegion& result, bool hull) const {
   checkEmptyContour();
   // Of many points, the walk's questions go to the edges nearby, where these give the same answers.
   std::optional<gx_LocalCrossings> local;
-  if (indexPays_() && gx_LocalCrossings::covers(edgeIndex_()) &&
-      uprightBoxIsTrue_(memory_.rectangleTrueAt)) {
-    local.emplace(edgeIndex_(), points());
-  }
+  if (indexPays_() && gx_LocalCrossings::covers(edgeIndex_())) local.emplace(edgeIndex_(), points());
   const gx_OutlineQuestions outline{
       [this, &local](const gxLineSeg& seg, std::size_t along, std::vector<int>& edges) {
         return local ? (*local)(seg, along, edges) : gxContour::intersections(seg, edges, false);
@@ -89,7 +86,7 @@ void gxRegion::outerHullRegularize(gxRegion& result, bool hull) const {
       [this](const gxLineSeg& seg) {
         if (!indexPays_()) return gxContour::intersections(seg, true).size();
         const gx_CrossingQuery query(seg, true);
-        if (!query.reaches(encloseRect(gxXform<2>::I))) return std::size_t{0};
+        if (!query.reaches(uprightBox_())) return std::size_t{0};
         return countHits(edgeIndex_(), points(), query);
       },
       [this](const gxVector<2>& point) { return insideCount(point, true); }};

@@ -209,9 +209,11 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   /// Throws: EmptyRegionSet without regions.
   void checkEmptyRegionSet() const;
 
- private:
-  friend struct gx_RegionSetInside;  // lets tests see the private operations
+  /// Does what `outerHull` (with `hull`) and `regularize` do to a set that intersects itself.
+  /// Throws: as these; EmptyRegionSet without regions.
+  void outerHullRegularize(gxRegionSet& result, bool hull) const;
 
+ private:
   // Everything a set is made of, so that copying and moving are the language's own.
   struct State {
     std::vector<RegionHandle> regions;
@@ -225,7 +227,6 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   void applyMode_(gxContourDefs::IntersectionMode mode);
   void regionsChanged_(gxContourDefs::IntersectionMode mode);
   bool computeSelfIntersecting_() const;
-  void outerHullRegularize(gxRegionSet& result, bool hull) const;
   gx_RegionIndex* index_() const;
   double distToPointOneByOne_(const gxVector<2>& point, bool vertexOnly, bool considerHoles,
                               bool insideIsZero) const;

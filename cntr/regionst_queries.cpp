@@ -2,16 +2,15 @@
 // region that fails is the one whose failure is seen.  No answer is remembered.
 //
 // Through the index.  A set that is asked often makes a tree over the regions' boxes
-// (internal/sets/region_index) as soon as every region remembers its own, so that leaving out a region is
-// seen nowhere.  Containment then asks, in order, those whose box holds the point.  For the distance
-// the regions that could fail or remember something new are asked in order, as before; of the others
-// only the smallest distance matters, and it is found from the nearest box outwards.  Where the
-// point may be inside a region its box holds the point, so that region is among the nearest.
+// (internal/sets/region_index).  Containment then asks, in order, those whose box holds the point.  For the
+// distance the regions that could fail are asked in order, as before; of the others only the smallest
+// distance matters, and it is found from the nearest box outwards.  Where the point may be inside a region
+// its box holds the point, so that region is among the nearest.
 //
 // One by one.  A region of many points whose box is farther away than the smallest distance so far
-// need not be asked for its own: it cannot be smaller, and such a region cannot fail either (it has
-// points enough, and no holes).  Whether it holds the point is asked all the same, where that counts,
-// because the question is answered with a box that the region remembers, which may be another's.
+// need not be asked for its own: it cannot be smaller, it does not hold the point, and such a region
+// cannot fail either (it has points enough, and no holes).
+#include <cntr/internal/memory/probe.h>
 #include <cntr/regionst.h>
 
 #include <algorithm>
@@ -26,8 +25,8 @@ constexpr std::size_t kIndexPays = 16;
 
 }  // namespace
 
-// The index, made if it is time to try; null while there is none.  Every failure doubles the number
-// of questions up to the next try, so that trying costs no more than asking.
+// The index, made if it is time to; null while there is none.  Every time that a region changes doubles
+// the number of questions up to the next index, so that making it costs no more than asking.
 gx_RegionIndex* gxRegionSet::index_() const {
   if (state_.regions.size() < kIndexPays) return nullptr;
   gx_RegionSetMemory& memory = state_.memory;
@@ -38,9 +37,8 @@ gx_RegionIndex* gxRegionSet::index_() const {
   }
   if (memory.questions < memory.nextTry) return nullptr;
   memory.nextTry = memory.questions + std::max(memory.questions, gx_RegionSetMemory::kFirstTry);
-  const auto made = std::make_shared<gx_RegionIndex>(state_.regions);
-  if (!made->holds(state_.regions)) return nullptr;
-  memory.index = made;
+  gx_countComputation(gx_Computation::eSetIndex);
+  memory.index = std::make_shared<gx_RegionIndex>(state_.regions);
   return memory.index.get();
 }
 
@@ -88,12 +86,9 @@ double gxRegionSet::distToPointOneByOne_(const gxVector<2>& point, bool vertexOn
   for (const RegionHandle& handle : state_.regions) {
     const gxRegion& region = *handle;
     const bool isPlain = region.indexPays_() && region.holes().empty() && !region.edgeIndex_().hasNaN();
-    double distance = 0.0;
-    if (!isPlain || !gx_RegionIndex::surelyFarther(region.edgeIndex_().bounds(), point, smallest)) {
-      distance = region.distToPoint(point, vertexOnly, considerHoles, insideIsZero);
-    } else if (!insideIsZero || !region.inside(point, considerHoles)) {
+    if (isPlain && gx_RegionIndex::surelyFarther(region.edgeIndex_().bounds(), point, smallest))
       continue;
-    }
+    const double distance = region.distToPoint(point, vertexOnly, considerHoles, insideIsZero);
     if (smallest > distance) smallest = distance;  // never by a NaN
   }
   return smallest;

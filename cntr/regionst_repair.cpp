@@ -13,12 +13,10 @@
 //      have its results on file.)
 //   3. Regularize every region that is left, or take its outer hull, by itself.
 //
-// Which pairs are looked at.  Outlines can only meet where the box of one, as the region remembers
-// it, touches the box of the other: that is the first thing their crossing asks.  So of many regions
-// only those come up, in their order, whose boxes touch, found in a tree over the boxes
-// (internal/index/box_tree); the others would answer that they do not meet.  Every region is still asked
-// for its remembered box where the plain pass would have it asked, because asking may fail, and may
-// cost the region another remembered box.
+// Which pairs are looked at.  Outlines can only meet where the box of one touches the box of the other:
+// that is the first thing their crossing asks.  So of many regions only those come up, in their order,
+// whose boxes touch, found in a tree over the boxes (internal/index/box_tree); the others would answer
+// that they do not meet.  A region of too few points meets all, so that asking it fails as it would.
 //
 // The result is remembered; the flag is set only after the computation returned, and the assignment
 // holds a handle of its own to the result, because the target may be this set.
@@ -37,21 +35,10 @@ using Handle = gxPtrHandle_const<gxRegion>;
 // From so many regions on, the tree pays.
 constexpr std::size_t kTreePays = 16;
 
-// What a region remembers of its box, either null where it does not.
-struct Remembered {
-  const gx_EdgeIndex* edges;
-  const gxRect* rect;
-};
-
-gx_Box boxOf(const gxRegion& region, const Remembered& remembered) {
-  if (remembered.edges != nullptr) return remembered.edges->bounds();
+gx_Box boxOf(const gxRegion& region) {
   gx_Box box;
   for (const gxVector<2>& point : region.points()) box.add(point);
   return box;
-}
-
-gx_Box boxOf(const gxRect& rect) {
-  return {rect.origin().x(), rect.origin().y(), rect.corner().x(), rect.corner().y()};
 }
 
 // Tells, for slot i = 0, 1, 2 … of a list of regions, which of those after it may meet the one that
@@ -59,46 +46,25 @@ gx_Box boxOf(const gxRect& rect) {
 // that the list began with.
 class Neighbours {
  public:
-  // `remembered` tells of a region what it remembers, without asking for anything.
-  template <class LookInto>
-  Neighbours(const std::vector<Handle>& regions, const LookInto& remembered) : regions_(regions) {
+  explicit Neighbours(const std::vector<Handle>& regions) : regions_(regions) {
     if (regions.size() < kTreePays || std::any_of(regions.begin(), regions.end(), isNull)) return;
-    std::vector<gx_Box> boxes(regions.size());
-    own_.resize(regions.size());
     for (std::size_t k = 0; k < regions.size(); ++k) {
-      const gxRegion& region = *regions[k];
       slots_.push_back(k);
       ids_.push_back(k);
-      const Remembered of = remembered(region);
-      boxes[k] = boxOf(region, of);
-      const std::size_t points = region.points().size();
-      own_[k].hasEdge = points > 0;
-      if (points < 2 || of.rect == nullptr) continue;
-      own_[k].isKnown = true;
-      own_[k].box = boxOf(*of.rect);
+      boxes_.push_back(boxOf(*regions[k]));
     }
-    tree_.emplace(boxes);
+    tree_.emplace(boxes_);
   }
 
   // Begins with those after slot `after` that may meet the region in slot i.
   void begin(std::size_t i, std::size_t after) {
     found_.clear();
     next_ = 0;
-    if (!tree_) {
+    if (!tree_ || regions_[i]->points().size() < 2) {  // all; of too few points the first fails
       for (std::size_t j = after + 1; j < regions_.size(); ++j) found_.push_back(j);
       return;
     }
-    const Own& own = own_[ids_[i]];
-    if (!own.isKnown && regions_[i]->points().size() < 2) {  // all, and the first fails
-      for (std::size_t j = after + 1; j < regions_.size(); ++j) found_.push_back(j);
-      return;
-    }
-    // A region is asked for its box by the edges of the others.
-    bool isAsked = false;
-    for (std::size_t j = after + 1; j < ids_.size() && !isAsked; ++j) isAsked = own_[ids_[j]].hasEdge;
-    if (!isAsked) return;
-    const gx_Box box = own.isKnown ? own.box : boxOf(regions_[i]->encloseRect(gxXform<2>::I));
-    tree_->forEachMeeting(box, [&](std::size_t id) {
+    tree_->forEachMeeting(boxes_[ids_[i]], [&](std::size_t id) {
       if (slots_[id] != kGone && slots_[id] > after) found_.push_back(slots_[id]);
     });
     std::sort(found_.begin(), found_.end());
@@ -106,7 +72,7 @@ class Neighbours {
 
   // The region in slot i has become another one.
   void replaced(std::size_t i) {
-    if (tree_) own_[ids_[i]].isKnown = false;
+    if (tree_) boxes_[ids_[i]] = boxOf(*regions_[i]);
   }
 
   // Gives the next slot; false when there is none.
@@ -130,21 +96,13 @@ class Neighbours {
  private:
   static constexpr std::size_t kGone = static_cast<std::size_t>(-1);
 
-  // What is known of a region without going to it again.  A remembered rectangle stays while the
-  // pairs are asked: no question here is one for another.
-  struct Own {
-    bool hasEdge = false;
-    bool isKnown = false;
-    gx_Box box;
-  };
-
   static bool isNull(const Handle& region) { return region.isNull(); }
 
   const std::vector<Handle>& regions_;
   std::vector<std::size_t> slots_;  // by the region's first slot: where it stands now
   std::vector<std::size_t> ids_;    // by slot: the first slot of the region that stands there
-  std::vector<Own> own_;            // by the first slot
-  std::optional<gx_BoxTree> tree_;
+  std::vector<gx_Box> boxes_;       // by the first slot
+  std::optional<gx_BoxTree> tree_;  // over the regions that the list began with
   std::vector<std::size_t> found_;
   std::size_t next_ = 0;
 };
@@ -170,9 +128,7 @@ bool gxRegionSet::computeSelfIntersecting_() const {
   for (const RegionHandle& region : regions) {
     if (region->isSelfIntersecting()) crossing = true;
   }
-  Neighbours neighbours(regions, [](const gxRegion& region) {
-    return Remembered{region.edgeIndexIfMade_(), region.rememberedUprightBox_()};
-  });
+  Neighbours neighbours(regions);
   for (std::size_t i = 0; i + 1 < regions.size(); ++i) {
     neighbours.begin(i, i);
     for (std::size_t j = 0; neighbours.next(j);) {
@@ -234,9 +190,7 @@ void gxRegionSet::outerHullRegularize(gxRegionSet& result, bool hull) const {
 }
 
 void gxRegionSet::mergeWhereTheyMeet_(std::vector<RegionHandle>& work) {
-  Neighbours neighbours(work, [](const gxRegion& region) {
-    return Remembered{region.edgeIndexIfMade_(), region.rememberedUprightBox_()};
-  });
+  Neighbours neighbours(work);
   for (std::size_t i = 0; i + 1 < work.size(); ++i) {
     neighbours.begin(i, i);
     for (std::size_t j = 0; neighbours.next(j);) {

@@ -4,8 +4,10 @@
 // cross product of two differences.  The centre of a triangle is where two of its medians meet; the
 // centres are added up with those weights (internal/sums/centroid_sum).
 //
-// Moments.  A fan of triangles around the centre of mass (internal/sums/triangle_moments).
-// The records are added in three passes, the triangles above the mean area first, then those that
+// Moments.  A fan of triangles around the centre of mass (internal/sums/triangle_moments), or around the
+// first point where the outline has too little area for a centre; a fan around the origin would lose
+// all digits of a small outline far from it.  Everything is seen from there, and the centre moved back at
+// the end, so that no digit goes to the distance from the origin.  The records are added in three passes, the triangles above the mean area first, then those that
 // are not nearly empty, then the rest, so that small ones are not lost one by one in a big sum.
 //
 // Of many triangles the moments are summed as polynomials instead, wherever that comes to the same
@@ -48,12 +50,14 @@ struct Fan {
   double area = 0.0;
 };
 
+// The triangles that the edges make with the apex, seen from the apex.
 Fan fanAround(const gxVector<2>& apex, const Points& points) {
   Fan fan;
   fan.triangles.reserve(points.size());
-  gxVector<2> previous = points.back();
-  for (const gxVector<2>& current : points) {
-    fan.triangles.push_back(gx_triangleMoments(apex, previous, current));
+  gxVector<2> previous = points.back() - apex;
+  for (const gxVector<2>& point : points) {
+    const gxVector<2> current = point - apex;
+    fan.triangles.push_back(gx_triangleMoments(gxVector<2>(), previous, current));
     fan.area += fan.triangles.back().area();
     previous = current;
   }
@@ -81,8 +85,14 @@ gx_InertiaData sumOf(const Fan& fan) {
   return sum;
 }
 
-// The moments about the centre of mass, from those about the apex of the fan, which is the centre of
-// mass but for rounding.
+// Moves back what was seen from the apex; a centre at (0, 0) for want of area stays there.
+gx_InertiaData movedBack(const gx_InertiaData& sum, const gxVector<2>& apex, double sign) {
+  const bool hasCentre = std::abs(sum.area()) > kEmptySum || !(sum.centerOfMass() == gxVector<2>());
+  const gxVector<2> centre = hasCentre ? sum.centerOfMass() + apex : gxVector<2>();
+  return {sign * sum.area(), centre, sum.inertiaMatrix()};
+}
+
+// The moments about the centre of mass, from those about the apex of the fan.
 gx_InertiaData aboutCentre(const gx_MomentSum& sum, const gxVector<2>& apex) {
   const gxVector<2> shift(sum.x / sum.area, sum.y / sum.area);
   const double sign = sum.area < 0.0 ? -1.0 : 1.0;
@@ -95,7 +105,7 @@ gx_InertiaData aboutCentre(const gx_MomentSum& sum, const gxVector<2>& apex) {
 }  // namespace
 
 double gf_Area(const std::vector<gxVector<2>>& points) {
-  if (points.empty()) return 0.0;
+  if (points.size() <= 2) return 0.0;  // whatever the coordinates: differences may overflow
   const gxVector<2> origin = points.front();
   gxVector<2> previous = points.back() - origin;
   double sum = 0.0;
@@ -108,7 +118,7 @@ double gf_Area(const std::vector<gxVector<2>>& points) {
 }
 
 double gf_Area(const std::vector<gxEdgelet>& edgelets) {
-  return edgelets.size() <= 2 ? 0.0 : gf_Area(positions(edgelets));
+  return gf_Area(positions(edgelets));
 }
 
 gxVector<2> gnContour::centerOfMass(const std::vector<gxVector<2>>& points) {
@@ -155,11 +165,11 @@ gx_InertiaData gx_InertiaData::operator+(const gx_InertiaData& other) const {
 
 gx_InertiaData gf_InertiaDataPolygon(const std::vector<gxVector<2>>& points) {
   if (points.size() < 3) return {};
-  const gxVector<2> apex = gnContour::centerOfMass(points);
+  const gx_CentreAndArea middle = gx_centreAndArea(points);
+  const gxVector<2> apex = middle.hasCentre ? middle.centre : points.front();
   gx_MomentSum sum;
   if (points.size() > kFew && gx_sumMoments(points, apex, sum)) return aboutCentre(sum, apex);
   const Fan fan = fanAround(apex, points);
-  if (!(fan.area < 0.0)) return sumOf(fan);
-  const gx_InertiaData forward = sumOf(fanAround(apex, Points(points.rbegin(), points.rend())));
-  return {-forward.area(), forward.centerOfMass(), forward.inertiaMatrix()};
+  if (!(fan.area < 0.0)) return movedBack(sumOf(fan), apex, 1.0);
+  return movedBack(sumOf(fanAround(apex, Points(points.rbegin(), points.rend()))), apex, -1.0);
 }

@@ -42,7 +42,8 @@ class GXSHAPE_API gx_InertiaData {
 /// Returns the area of the closed polygon, 0 or more, whatever its direction: half the magnitude
 /// of Σ (previous.x · current.y − current.x · previous.y), the shoelace formula, on coordinates
 /// relative to the first point, so that a shape far from the origin loses no digits.
-///  - fewer than 3 points: 0
+///  - fewer than 3 points: 0, whatever their coordinates
+///  - a NaN coordinate: NaN
 /// Cost: O(n).
 GXSHAPE_API double gf_Area(const std::vector<gxVector<2>>& points);
 /// The same of the edge points' positions.
@@ -52,7 +53,9 @@ namespace gnContour {
 /// Returns the centre of mass of the closed polygon: the centres of the triangles from the first
 /// point to each edge, weighted with their signed areas.
 ///  - fewer than 3 points, or twice the area at most 1e-6 in magnitude: (0, 0)
-///  - triangles of twice the area at most 1e-15 are passed over
+///  - triangles of twice the area at most 1e-15 are passed over, and those with a NaN: a NaN vertex
+///    leaves a finite centre that is not the shape's, where `gf_Area` is NaN; of the first vertex,
+///    which all triangles share, (0, 0)
 /// Cost: O(n).
 GXSHAPE_API gxVector<2> centerOfMass(const std::vector<gxVector<2>>& points);
 }  // namespace gnContour
@@ -63,9 +66,13 @@ GXSHAPE_API gxVector<2> gf_CenterOfMass(const std::vector<gxVector<2>>& points);
 GXSHAPE_API gxVector<2> gf_CenterOfMass(const std::vector<gxEdgelet>& edgelets);
 
 /// Returns the moments of the closed polygon: a fan of triangles around its centre of mass, each
-/// computed in a frame of its own and added up, the large ones first.
+/// computed in a frame of its own and added up, the large ones first.  Where `gf_CenterOfMass` is (0, 0)
+/// for want of area the fan starts at the first point, and small shapes have their moments all the
+/// same, down to a side of some 1e-7.
 ///  - fewer than 3 points: an all-zero record
 ///  - a polygon without area: area 0 or what rounding leaves of it
+///  - a NaN vertex: its two triangles are passed over, so the record is finite and not the shape's,
+///    where `gf_Area` is NaN; of the first vertex, where the fan starts there, all NaN
 /// Cost: O(n).
 GXSHAPE_API gx_InertiaData gf_InertiaDataPolygon(const std::vector<gxVector<2>>& points);
 

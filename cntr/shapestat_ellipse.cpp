@@ -1,6 +1,7 @@
 // Ellipses: the one with a shape's second moments, and the one fitted to points.
 //
-// Equal moments.  The direction of the larger moment is half the angle of (m00 − m11, 2 m01).  In
+// Equal moments.  The direction of the larger moment is half the angle of (m00 − m11, 2 m01), and of its
+// two angles that in (−π/2, π/2]: an upright shape taller than wide has m01 = 0 but for the sign.  In
 // the frame turned by it the moments d0, d1 are those of an ellipse with semi-axes r0, r1:
 // d0 = π r0³ r1 / 4, d1 = π r0 r1³ / 4, hence r0⁸ = 16 d0³ / (π² d1), and r1 likewise; an eighth
 // root is three square roots.
@@ -19,6 +20,7 @@ namespace {
 
 // Principal moments below this are no area to speak of.
 constexpr double kNoMoment = 1e-12;
+constexpr double kHalfPi = 1.5707963267948966;
 constexpr double kPiSquared = 9.869604401089358;
 
 double eighthRoot(double value) {
@@ -61,7 +63,8 @@ bool fitsCircle(const std::vector<gxVector<2>>& points, gxEllipse& ellipse, doub
 
 gxEllipse gf_EllipseFromInertiaData(const gx_InertiaData& inertia) {
   const gxMatrix<2>& m = inertia.inertiaMatrix();
-  const gxRadian theta(0.5 * std::atan2(2.0 * m.m01(), m.m00() - m.m11()));
+  const double half = 0.5 * std::atan2(2.0 * m.m01(), m.m00() - m.m11());
+  const gxRadian theta(half > -kHalfPi ? half : kHalfPi);
   const gxMatrix<2> there(theta, theta, 1.0, 1.0);
   const gxMatrix<2> back(-theta, -theta, 1.0, 1.0);
   const gxMatrix<2> principal = (back * m) * there;

@@ -1,4 +1,5 @@
 #include <cntr/contour.h>
+#include <cntr/regionst.h>
 
 #include <support/computed.h>
 #include <support/shape_text.h>
@@ -19,6 +20,7 @@
 namespace {
 
 using V = gxVector<2>;
+using Points = std::vector<V>;
 
 constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -47,13 +49,13 @@ TEST(ContourExtremalVertex, AlongAnAxisBareCoordinatesAreCompared) {
   EXPECT_EQ(contour.extremalVertexIndex(gxRadian(kPi / 2)), 0);
   const gxContour wide(pointsOf("0 5, 1e17 5, 0 0"));
   EXPECT_EQ(wide.extremalVertexIndex(gxRadian(kPi / 2)), 0);
-  EXPECT_EQ(wide.extremalVertexIndex(gxRadian(kPi / 2 + 4e-16)), 0) << "within 1e-15 of the axis";
+  EXPECT_EQ(wide.extremalVertexIndex(gxRadian(kPi / 2 - 4e-16)), 0) << "within 1e-15 of the axis";
   EXPECT_EQ(wide.extremalVertexIndex(gxRadian(kPi / 2 - 3e-15)), 1) << "farther than that";
 }
 
 TEST(ContourExtremalVertex, EachAxisDirectionIsExact) {
   // In each direction vertices 0 and 1 tie; the sine or cosine that ought to be 0 would prefer 1.
-  EXPECT_EQ(gxContour(pointsOf("5 0, 5 1e17, 0 0")).extremalVertexIndex(gxRadian(2 * kPi + 1e-16)), 0);
+  EXPECT_EQ(gxContour(pointsOf("5 0, 5 -1e17, 0 0")).extremalVertexIndex(gxRadian(2 * kPi + 1e-16)), 0);
   EXPECT_EQ(gxContour(pointsOf("-5 0, -5 1e17, 0 0")).extremalVertexIndex(gxRadian(kPi)), 0);
   EXPECT_EQ(gxContour(pointsOf("-5 0, -5 -1e17, 0 0")).extremalVertexIndex(gxRadian(-kPi)), 0);
   EXPECT_EQ(gxContour(pointsOf("0 5, 1e17 5, 0 0")).extremalVertexIndex(gxRadian(kPi / 2)), 0);
@@ -287,6 +289,43 @@ TEST(ContourExtremesMemory, AShearAlongYIsAnsweredFromTheIdentitysEntry) {
   const gxContour fresh = square();
   EXPECT_EQ(fresh.encloseRect(shear), gxRect(V(0, 0), V(1, 2)));
   EXPECT_EQ(fresh.encloseRect(gxXform<2>()), gxRect(V(0, 0), V(1, 2)));
+}
+
+// A shear's rectangle under the identity's key is told by `encloseRect` alone.
+TEST(ContourExtremesMemory, AShearAskedBeforeChangesNoOtherAnswer) {
+  const gxXform<2> shear(gxMatrix<2>(1, 0, 1, 1), V(0, 0));
+  const Points points = pointsOf("10 0, 11 0, 11 1, 10 1");
+  const Points bow = pointsOf("10 0, 12 2, 12 0, 10 2");
+  const gxRegion asked(points);
+  EXPECT_EQ(asked.encloseRect(shear), gxRect(V(10, 10), V(1, 2)));
+  EXPECT_EQ(asked.encloseRect(gxXform<2>()), gxRect(V(10, 10), V(1, 2)));
+  EXPECT_EQ(asked.intersections(gxLineSeg(V(9, 0.5), V(12, 0.5)), true).size(), 2U);
+  EXPECT_EQ(asked.intersections(gxContour(bow)).size(),
+            gxRegion(points).intersections(gxContour(bow)).size());
+  EXPECT_TRUE(asked.inside(V(10.5, 0.5), false));
+  EXPECT_FALSE(asked.inside(V(10.5, 10.5), false));
+  gxRegion crossed(bow);
+  EXPECT_EQ(crossed.encloseRect(shear).origin(), V(10, 10));
+  EXPECT_TRUE(crossed.isSelfIntersecting());
+  gxRegion repaired;
+  crossed.regularize(repaired);
+  EXPECT_FALSE(gxRegion(repaired.points()).isSelfIntersecting());
+  EXPECT_TRUE(gxRegionSet({gxPtrHandle_const<gxRegion>(new gxRegion(asked)),
+                           gxPtrHandle_const<gxRegion>(new gxRegion(bow))})
+                  .isSelfIntersecting());
+}
+
+TEST(ContourExtremesMemory, OtherQuestionsNeitherFillNorUseIt) {
+  const gxRegion region(pointsOf("0 0, 4 0, 4 4, 0 4"));
+  const Computed rects(gx_Computation::eEncloseRect);
+  const Computed boxes(gx_Computation::eUprightBox);
+  EXPECT_TRUE(region.inside(V(1, 1), false));
+  EXPECT_FALSE(region.isSelfIntersecting());
+  EXPECT_EQ(region.intersections(gxLineSeg(V(-1, 1), V(9, 1)), true).size(), 2U);
+  EXPECT_EQ(rects.times(), 0);
+  EXPECT_EQ(boxes.times(), 1);
+  const gxXform<2> shear(gxMatrix<2>(1, 0, 1, 1), V(0, 0));
+  EXPECT_EQ(region.encloseRect(shear), gxRect(V(0, 0), V(4, 8))) << "the identity's entry is still free";
 }
 
 TEST(ContourExtremesMemory, TransformsThatDifferElsewhereAreDifferentQuestions) {

@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <limits>
+#include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -610,6 +612,39 @@ TEST(ContourMoving, AnOutlineExchangedWithAnOpenContourLeavesTheOpenLengthBehind
   EXPECT_EQ(region.length(), 12.0);  // came in as the poly-line of length 7
   EXPECT_TRUE(open.isClosed());
   EXPECT_EQ(open.length(), 12.0);
+}
+
+// ---- What a derived class hears -------------------------------------------------------------------
+
+// A contour with a memory of its own.
+class Remembering : public gxContour {
+ public:
+  using gxContour::gxContour;
+  using gxContour::makeDataConsistentWithPoints;
+  using gxContour::makePointsConsistentWithData;
+  using gxContour::setPoints;
+  int cleaned = 0;
+
+ protected:
+  void cleanCacheInfo() override {
+    gxContour::cleanCacheInfo();
+    ++cleaned;
+  }
+};
+
+TEST(DerivedContour, HearsOfEveryCallThatDropsTheMemory) {
+  const std::vector<std::pair<std::string, std::function<void(Remembering&)>>> changes = {
+      {"points", [](Remembering& c) { c.points(pointsOf("0 0, 1 1")); }},
+      {"isClosed", [](Remembering& c) { c.isClosed(false); }},
+      {"setPoints", [](Remembering& c) { c.setPoints(pointsOf("0 0, 1 1")); }},
+      {"makeDataConsistentWithPoints", [](Remembering& c) { c.makeDataConsistentWithPoints(); }},
+      {"makePointsConsistentWithData", [](Remembering& c) { c.makePointsConsistentWithData(); }},
+  };
+  for (const auto& [name, change] : changes) {
+    Remembering contour(pointsOf("0 0, 4 0, 4 4"));
+    change(contour);
+    EXPECT_GE(contour.cleaned, 1) << name;
+  }
 }
 
 }  // namespace

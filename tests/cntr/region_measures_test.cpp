@@ -259,4 +259,19 @@ TEST(RegionMeasures, OfHugeAndTinyOutlinesGiveAnAnswer) {
   EXPECT_EQ(tiny.inertiaMatrix(false).m00(), 0.0);
 }
 
+TEST(RegionCenter, WithHolesIsTheSumTimesTheReciprocalOfTheRemainingArea) {
+  int told = 0;  // where a division would have other bits
+  for (int i = 1; i < 40; ++i) {
+    const gxRegion region = regionOf(square(0, 0, 10), {square(1, 2, 0.1 * i)});
+    const gxRegion outline(square(0, 0, 10));
+    const gxRegion hole(square(1, 2, 0.1 * i));
+    const V sum =
+        outline.centerOfMass(false) * outline.area(false) - hole.centerOfMass(false) * hole.area(false);
+    const double remaining = outline.area(false) - hole.area(false);
+    EXPECT_EQ(region.centerOfMass(true), sum * (1.0 / remaining));
+    told += sum / remaining != sum * (1.0 / remaining) ? 1 : 0;
+  }
+  EXPECT_GT(told, 0);
+}
+
 }  // namespace

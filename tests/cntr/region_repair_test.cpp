@@ -89,6 +89,16 @@ TEST(Regularize, ABowTieRunsAroundBothLobesThroughTheCrossing) {
   EXPECT_EQ(regularized(bowTie()), pointsOf("4 0, 2 2, 0 0, 0 4, 2 2, 4 4"));
 }
 
+TEST(Regularize, TheStartEdgeIsProbedAHundredthOfTheMedianEdgeAway) {
+  // Twice around, the inner turn half a unit inside of the outer one; median edge length 9.5.  Edge 0 is
+  // the lower side of the inner turn: a probe of 0.1 stays inside on both sides of it, one of 1 does not.
+  const gxRegion region(pointsOf("9.5 0.5, 9.5 9.5, 0.5 9.5, 0 0, 10 0, 10 10, 0 10, 0.5 0.5"));
+  gxRegion result;
+  region.regularize(result);
+  EXPECT_NEAR(result.area(false), 97.5, 2.5);
+  EXPECT_EQ(result.closestPoint(V(5, -1), false), V(5, 0));
+}
+
 TEST(Regularize, ABowTiesAreaIsThatOfBothLobes) {
   gxRegion result;
   gxRegion(bowTie()).regularize(result);

@@ -46,10 +46,11 @@ TEST(Splice, APointEndsAtItsEdgeAlsoWhereTheEdgeHasNoLength) {
 }
 
 TEST(Splice, AnEdgeWithoutLengthIsNotAsked) {
-  // A repeated first point of A lies on B, but the first edge with a length decides.
-  const Points walk = spliced(pointsOf("0 0, 0 0, 4 0, 4 4"), pointsOf("-1 -1, 1 -1, 1 1, -1 1"));
-  EXPECT_EQ(walk.size(), 4u + 4u + 2u);
-  EXPECT_EQ(walk.front(), V(1, 1)) << "edge 0, (4, 4) to (0, 0), meets B's corner";
+  // Edge 0 of A runs along B's lower side and meets nothing.  Edge 1 is shorter than 1e-15: between its
+  // points, which differ, a line could be drawn that meets that side.  Edge 2 is the first that counts.
+  const Points walk = spliced(pointsOf("0 0, 0 5e-16, 2 -3, 5 0"), pointsOf("-1 0, 9 0, 9 4, -1 4"));
+  ASSERT_EQ(walk.size(), 4u + 4u + 2u);
+  EXPECT_EQ(walk[1], V(2, -3)) << "the end of edge 2";
 }
 
 TEST(Splice, AContactAtAnEndCounts) {

@@ -355,26 +355,92 @@ TEST(RegionClosedness, OpeningItThroughItsContourIsRefusedToo) {
 // ---- Holes ----------------------------------------------------------------------------------------
 
 // What a region remembers is gone when the next questions compute it anew.
+Points circleOf100() {
+  Points points;
+  for (int i = 0; i < 100; ++i) points.emplace_back(10.0, gxRadian(0.0628318530717958 * i));
+  return points;
+}
+
+// Every question whose answer a region remembers, holes or not.
+void askAll(const gxRegion& region) {
+  for (const bool holes : {false, true}) {
+    static_cast<void>(region.area(holes));
+    static_cast<void>(region.centerOfMass(holes));
+  }
+  static_cast<void>(region.inertiaMatrix(false));
+  static_cast<void>(region.length());
+  static_cast<void>(region.meanPosition());
+  static_cast<void>(region.extremalVertexIndex(gxRadian(0.7)));
+  static_cast<void>(region.encloseRect(gxXform<2>(gxMatrix<2>(2, 0, 0, 1), V(0, 0))));
+  static_cast<void>(region.encloseCircle(gxContourDefs::eAllPairs));
+  static_cast<void>(region.encloseCircle(gxContourDefs::eFirstPoint));
+  gxRegion result;
+  region.convexHull(result);
+  gxEllipse ellipse;
+  double residual = 0.0;
+  region.fitEllipse(ellipse, residual);
+  for (int i = 0; i < 17; ++i) static_cast<void>(region.vertexIndex(V(1, 1), 2.0));
+  static_cast<void>(region.isSelfIntersecting());
+}
+
+constexpr gx_Computation kRemembered[] = {
+    gx_Computation::eArea,          gx_Computation::eAreaWithHoles,
+    gx_Computation::eCenterOfMass,  gx_Computation::eCenterOfMassWithHoles,
+    gx_Computation::eInertiaMatrix, gx_Computation::eLength,
+    gx_Computation::eMeanPosition,  gx_Computation::eExtremalVertex,
+    gx_Computation::eEncloseRect,   gx_Computation::eEncloseCircle,
+    gx_Computation::eConvexHull,    gx_Computation::eFitEllipse,
+    gx_Computation::eVertexGrid,    gx_Computation::eSelfIntersection};
+
+// Holes of the region are asked for their area too, and remember it: what they compute is left aside.
 void expectNothingRemembered(const gxRegion& region) {
-  const Computed area(gx_Computation::eArea);
-  const Computed center(gx_Computation::eCenterOfMass);
-  const Computed inertia(gx_Computation::eInertiaMatrix);
-  const Computed length(gx_Computation::eLength);
-  region.area(false);
-  region.centerOfMass(false);
-  region.inertiaMatrix(false);
-  region.length();
-  EXPECT_EQ(area.times(), 1);
-  EXPECT_EQ(center.times(), 1);
-  EXPECT_EQ(inertia.times(), 1);
-  EXPECT_EQ(length.times(), 1);
+  for (const Handle& hole : region.holes()) {
+    static_cast<void>(hole->area(false));
+    static_cast<void>(hole->centerOfMass(false));
+  }
+  std::vector<Computed> computed;
+  for (const gx_Computation what : kRemembered) computed.emplace_back(what);
+  askAll(region);
+  for (std::size_t i = 0; i < computed.size(); ++i) {
+    EXPECT_GE(computed[i].times(), 1) << "computation number " << static_cast<int>(kRemembered[i]);
+  }
 }
 
 void remember(const gxRegion& region) {
-  region.area(false);
-  region.centerOfMass(false);
-  region.inertiaMatrix(false);
-  region.length();
+  askAll(region);
+  std::vector<Computed> computed;
+  for (const gx_Computation what : kRemembered) computed.emplace_back(what);
+  askAll(region);
+  for (const Computed& c : computed) ASSERT_EQ(c.times(), 0);
+}
+
+TEST(RegionHoles, ThatAreRefusedLeaveNoRepairedFormEither) {
+  gxRegion region(pointsOf("0 0, 10 10, 10 0, 0 10"));  // a bow tie
+  const Computed walks(gx_Computation::eRegularize);
+  const Computed hulls(gx_Computation::eOuterHull);
+  gxRegion result;
+  region.regularize(result);
+  region.outerHull(result);
+  const Handle crossing = shared(gxRegion(square(8, 8, 4)));
+  EXPECT_EQ(messageOfBadParams([&] { region.holes({crossing}); }), L"holes cannot intersect region");
+  region.regularize(result);
+  region.outerHull(result);
+  EXPECT_EQ(walks.times(), 2);
+  EXPECT_EQ(hulls.times(), 2);
+}
+
+TEST(RegionHoles, WhatTheCheckComputesStaysRemembered) {
+  gxRegion region(circleOf100());
+  const Computed indices(gx_Computation::eEdgeIndex);
+  const Computed boxes(gx_Computation::eUprightBox);
+  region.holes({shared(gxRegion(square(-0.1, -0.1, 0.2)))});
+  EXPECT_EQ(boxes.times(), 1);
+  const long made = indices.times();
+  EXPECT_TRUE(region.inside(V(1, 0.5), true));
+  static_cast<void>(region.intersections(gxLineSeg(V(0, 0), V(20, 1)), true, false));
+  EXPECT_EQ(boxes.times(), 1);
+  EXPECT_EQ(indices.times(), made);
+  EXPECT_EQ(made, 1);
 }
 
 TEST(RegionHoles, AreKeptInOrder) {

@@ -146,6 +146,17 @@ TEST(RegionSetCenter, TotalAreaUpToTheThresholdIsTheOrigin) {
   const Handle tiny = square(0, 0, 1e-8);
   ASSERT_NEAR(tiny->area(false), 1e-16, 1e-20);
   EXPECT_EQ(gxRegionSet({tiny}).centerOfMass(false), gxVector<2>(0, 0));
+  // The unit square less a hole of nearly its size: of its area some units of 2⁻⁵³ are left, exactly.
+  const auto left = [](int units) {
+    const gxPtrHandle<gxRegion> region(new gxRegion(box(0, 0, 1)));
+    const double w = 1.0 - units * 0x1p-53;
+    region->holes({Handle(new gxRegion(std::vector<gxVector<2>>{{0, 5}, {w, 5}, {w, 6}, {0, 6}}))});
+    return gxRegionSet({Handle(region)});
+  };
+  ASSERT_NEAR(left(8).area(true), 0.89e-15, 1e-17);
+  EXPECT_EQ(left(8).centerOfMass(true), gxVector<2>(0, 0));
+  ASSERT_NEAR(left(10).area(true), 1.11e-15, 1e-17);
+  EXPECT_NE(left(10).centerOfMass(true), gxVector<2>(0, 0));
 }
 
 TEST(RegionSetCenter, AreasThatCancelGiveTheOrigin) {

@@ -535,6 +535,19 @@ TEST(RegionSetLifetime, ReleasesItsRegions) {
   EXPECT_EQ(region->refCount(), 1);
 }
 
+TEST(RegionSetAdd, ThatFailsForgetsTheVerdictOfTheRefusedList) {
+  const Handle square(new gxRegion(std::vector<gxVector<2>>{{0, 0}, {1, 0}, {1, 1}, {0, 1}}));
+  std::vector<gxVector<2>> star;
+  for (int i = 0; i < 5; ++i) star.emplace_back(5.0, gxRadian(2.513274122871834 * i));
+  const Handle pentagram(new gxRegion(star));
+  gxRegionSet set({square});
+  EXPECT_THROW(set.add(pentagram, gxContourDefs::eOuterHull), gxContourDefs::BadParams);
+  EXPECT_FALSE(set.isSelfIntersecting());
+  EXPECT_THROW(set.regions({pentagram}, gxContourDefs::eOuterHull), gxContourDefs::BadParams);
+  EXPECT_FALSE(set.isSelfIntersecting());
+  EXPECT_EQ(set.regions().size(), 1U);
+}
+
 TEST(RegionSetLifetime, RegionsOfTenThousandNestedHolesAreCopiedAskedAndDestroyed) {
   Handle level = square(0, 0);
   for (int depth = 1; depth < 10000; ++depth) {

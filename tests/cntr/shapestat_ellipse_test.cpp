@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -52,6 +54,31 @@ TEST(EllipseFromMoments, TheFirstRadiusLiesAlongTheLargerMoment) {
   const gxEllipse::gxEllipseGeom tall = ellipseOf(1, 0, 4).geom();
   EXPECT_NEAR(tall.rotation.toDouble(), kPi / 2, 1e-15);
   EXPECT_GT(tall.radii.x(), tall.radii.y());
+}
+
+TEST(EllipseFromMoments, OfUprightTallShapesAreTurnedByAQuarterNeverByMinusOne) {
+  for (const double off : {0.0, -0.0, 1e-17, -1e-17, -1e-300}) {
+    SCOPED_TRACE(off);
+    EXPECT_EQ(ellipseOf(1, off, 4).geom().rotation.toDouble(), kPi / 2);
+    EXPECT_NEAR(ellipseOf(4, off, 1).geom().rotation.toDouble(), off / 3, 1e-30);
+  }
+  for (int first = 0; first < 4; ++first) {
+    Points corners = pointsOf("0 0, 1 0, 1 2, 0 2");
+    std::rotate(corners.begin(), corners.begin() + first, corners.end());
+    for (const double x : {0.0, 0.3, 1e3}) {
+      Points moved = corners;
+      for (V& p : moved) p += V(x, x);
+      const gxEllipse ellipse = gf_EllipseFromInertiaData(gf_InertiaDataPolygon(moved));
+      EXPECT_GT(ellipse.geom().rotation.toDouble(), -kPi / 2);
+      EXPECT_NEAR(std::abs(ellipse.geom().rotation.toDouble()), kPi / 2, 1e-9);
+    }
+  }
+}
+
+TEST(EllipseFromMoments, HasNeitherFlag) {
+  const gxEllipse::gxEllipseGeom geom = ellipseOf(4, 0.5, 1).geom();
+  EXPECT_FALSE(geom.clockwise);
+  EXPECT_FALSE(geom.inverted);
 }
 
 TEST(EllipseFromMoments, TheAreaTakesNoPart) {

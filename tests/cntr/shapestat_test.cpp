@@ -136,6 +136,24 @@ TEST(Area, OfTwoPointsOrFewerIsZero) {
   EXPECT_EQ(gf_Area(edgeletsAt(pointsOf("3 4, 5 1"))), 0.0);
 }
 
+TEST(Area, OfTwoPointsOrFewerIsZeroWhateverTheyAre) {
+  EXPECT_EQ(gf_Area(pointsOf("nan 0")), 0.0);
+  EXPECT_EQ(gf_Area(pointsOf("inf 0")), 0.0);
+  EXPECT_EQ(gf_Area(pointsOf("1e308 0, -1e308 0")), 0.0);
+  EXPECT_EQ(gf_Area(pointsOf("nan 0, 1 1")), 0.0);
+}
+
+TEST(Measures, OfAnOutlineWithANaNTellOnlyInTheArea) {
+  const Points points = pointsOf("0 0, 1 0, nan nan, 1 1, 0 1");
+  EXPECT_TRUE(std::isnan(gf_Area(points)));
+  EXPECT_NEAR(gf_CenterOfMass(points).x(), 1.0 / 3.0, 1e-15);
+  EXPECT_NEAR(gf_InertiaDataPolygon(points).area(), 2.0 / 3.0, 1e-15);
+  const Points first = pointsOf("nan 0, 1 0, 1 1, 0 1");
+  EXPECT_TRUE(std::isnan(gf_Area(first)));
+  EXPECT_EQ(gf_CenterOfMass(first), V(0, 0));
+  EXPECT_TRUE(std::isnan(gf_InertiaDataPolygon(first).area()));
+}
+
 TEST(Area, OfEdgePointsIsThatOfTheirPositions) {
   for (const Points& points : {square(0, 0, 3), pointsOf("0 0, 4 0, 0 3"), pentagram()}) {
     EXPECT_EQ(gf_Area(edgeletsAt(points)), gf_Area(points));
@@ -173,6 +191,8 @@ TEST(CenterOfMass, HalfAMillionthOfAreaIsNoneALittleMoreIsSome) {
   EXPECT_EQ(gf_CenterOfMass(pointsOf("2 2, 2.0009 2, 2.0009 2.001")), V(0, 0))
       << "twice the area is 0.9e-6";
   EXPECT_NE(gf_CenterOfMass(pointsOf("2 2, 2.0011 2, 2.0011 2.001")), V(0, 0));
+  EXPECT_EQ(gf_CenterOfMass(pointsOf("0 0, 0.00099 0, 0.00099 0.001")), V(0, 0)) << "0.99e-6";
+  EXPECT_NE(gf_CenterOfMass(pointsOf("0 0, 0.00101 0, 0.00101 0.001")), V(0, 0)) << "1.01e-6";
 }
 
 TEST(CenterOfMass, FarFromTheOriginKeepsItsDigits) {

@@ -93,6 +93,39 @@ TEST(SlowTruthStats, MomentsOfManyPoints) {
   }
 }
 
+// Of outlines that do not cross themselves the moments are those of the area inside, in any unit.
+TEST(SlowTruthStats, MomentsOfSimpleOutlinesInUnitsFromAMillionthToAMillion) {
+  RandomShapes random("moments in any unit", 2000);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const double unit = std::pow(10.0, random.uniform(-6.0, 6.0));
+    slow::Points points = random.outline(random.chance(0.8) ? OutlineKind::eStar : OutlineKind::eComb,
+                                         random.integer(3, 60));
+    for (gxVector<2>& p : points) p = p * (0.1 * unit);
+    if (random.chance(0.5)) points = reversed(points);
+    const slow::Moments want = slow::momentsByGreen(points);
+    const gxMatrix<2> got = gf_InertiaDataPolygon(points).inertiaMatrix();
+    const double limit = 1e-12 * (want.matrix.m00() + want.matrix.m11());
+    EXPECT_NEAR(got.m00(), want.matrix.m00(), limit);
+    EXPECT_NEAR(got.m01(), want.matrix.m01(), limit);
+    EXPECT_NEAR(got.m11(), want.matrix.m11(), limit);
+  }
+}
+
+TEST(SlowTruthStats, MomentsOfASmallOutlineFarFromTheOriginKeepTheirSign) {
+  for (const double far : {0.0, 1.0, 100.0, 1000.0, 1e5}) {
+    SCOPED_TRACE(far);
+    const double s = 0.0005;
+    const slow::Points square = {{far, far}, {far + s, far}, {far + s, far + s}, {far, far + s}};
+    const slow::Moments want = slow::momentsByGreen(square);
+    const gx_InertiaData got = gf_InertiaDataPolygon(square);
+    EXPECT_NEAR(got.inertiaMatrix().m00(), want.matrix.m00(), 1e-9 * want.matrix.m00());
+    EXPECT_NEAR(got.area(), want.area, 1e-12 * want.area);
+    EXPECT_NEAR(got.centerOfMass().x(), want.center.x(), 1e-15 * far + 1e-15);
+    EXPECT_EQ(gf_CenterOfMass(square), gxVector<2>(0, 0)) << "too little area";
+  }
+}
+
 TEST(SlowTruthStats, SumsOfRecords) {
   RandomShapes random("sums of records", 3000);
   while (random.next()) {

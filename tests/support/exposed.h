@@ -1,4 +1,4 @@
-/// The protected and private operations of shapes, for tests that look inside.
+/// The protected operations of shapes, for tests that look inside.
 #pragma once
 
 #include <cntr/contour.h>
@@ -35,7 +35,6 @@ class ExposedRegion : public gxRegion {
                          gxContourDefs::IntersectionMode mode = gxContourDefs::eNone)
       : ExposedRegion(gxRegion(points, mode)) {}
 
-  using gxContour::intersections;
   using gxContour::lineSegs;
   using gxContour::makeDataConsistentWithPoints;
   using gxContour::makePointsConsistentWithData;
@@ -45,18 +44,28 @@ class ExposedRegion : public gxRegion {
   using gxRegion::checkEmptyContour;
   using gxRegion::cleanCacheInfo;
   using gxRegion::intersections;
+  std::vector<gxVector<2>> intersections(const gxLineSeg& seg, std::vector<int>& edges,
+                                         bool countEndContacts) const {
+    return gxContour::intersections(seg, edges, countEndContacts);
+  }
 };
 
-/// The private operations of regions.
+/// The operations that regions keep for derived classes, of any region.
+class ProtectedOfRegions : public gxRegion {
+ public:
+  using gxRegion::insideCount;
+  using gxRegion::outerHullRegularize;
+  using gxRegion::splice;
+};
 struct gx_RegionInside {
   static long insideCount(const gxRegion& region, const gxVector<2>& point, bool bothWays) {
-    return region.insideCount(point, bothWays);
+    return (region.*(&ProtectedOfRegions::insideCount))(point, bothWays);
   }
   static void outerHullRegularize(const gxRegion& region, gxRegion& result, bool hull) {
-    region.outerHullRegularize(result, hull);
+    (region.*(&ProtectedOfRegions::outerHullRegularize))(result, hull);
   }
   static void splice(const gxRegion& region, const gxRegion& other, gxRegion& result) {
-    region.splice(other, result);
+    (region.*(&ProtectedOfRegions::splice))(other, result);
   }
 };
 
@@ -70,12 +79,13 @@ class ExposedRegionSet : public gxRegionSet {
   using gxRegionSet::cleanCacheInfo;
   using gxRegionSet::makeDataConsistentWithPoints;
   using gxRegionSet::makePointsConsistentWithData;
+  using gxRegionSet::outerHullRegularize;
   using gxRegionSet::setRegions;
 };
 
-/// The private operations of region sets.
+/// The operations that sets keep for derived classes, of any set.
 struct gx_RegionSetInside {
   static void outerHullRegularize(const gxRegionSet& set, gxRegionSet& result, bool hull) {
-    set.outerHullRegularize(result, hull);
+    (set.*(&ExposedRegionSet::outerHullRegularize))(result, hull);
   }
 };

@@ -85,13 +85,11 @@ struct RememberingContour {
   long limit = 3;
   RectMemo rects;
   Memo<double, long> extremes;
-  std::optional<bool> crossing;
   long computed = 0;
 
   void forget() {
     rects.clear();
     extremes.clear();
-    crossing.reset();
   }
   gxRect encloseRect(const gxXform<2>& xform, Evictions& evictions) {
     checkContour(outline.points);
@@ -109,21 +107,6 @@ struct RememberingContour {
     const long index = slow::extremalVertexIndex(outline.points, angle);
     if (!std::isnan(angle)) extremes.remember(angle, index, limit, evictions);
     return index;
-  }
-  Hits intersections(const gxLineSeg& seg, bool countEndContacts, Evictions& evictions) {
-    checkContour(outline.points);
-    return slow::intersections(outline, encloseRect(gxXform<2>(), evictions), seg, countEndContacts);
-  }
-  bool isSelfIntersecting(Evictions& evictions) {
-    if (outline.points.size() < 2) return false;
-    if (crossing) return *crossing;
-    bool anyEdge = false;
-    for (const Edge& edge : lineSegs(outline)) anyEdge = anyEdge || edge.valid;
-    crossing = anyEdge && slow::isSelfIntersecting(outline, encloseRect(gxXform<2>(), evictions));
-    return *crossing;
-  }
-  long insideCount(const gxVector<2>& point, bool bothWays, Evictions& evictions) {
-    return slow::insideCount(outline.points, encloseRect(gxXform<2>(), evictions), point, bothWays);
   }
 };
 

@@ -1,4 +1,5 @@
 // Moments and spread, the slow and plain way.
+#include <support/quad.h>
 #include <support/slow_truth_stats.h>
 #include <velstd/circle_fit.h>
 #include <velstd/ellipse_fit.h>
@@ -33,10 +34,11 @@ gxVector<2> triangleCentroid(const gxVector<2>& o, const gxVector<2>& p, const g
   return first.line().intersect(second.line());
 }
 
+// Seen from the apex.
 std::vector<Moments> fan(const Points& points, const gxVector<2>& apex) {
   std::vector<Moments> triangles;
   for (const auto& [from, to] : edges({points, true})) {
-    triangles.push_back(triangleMoments(apex, points[from], points[to]));
+    triangles.push_back(triangleMoments({0.0, 0.0}, points[from] - apex, points[to] - apex));
   }
   return triangles;
 }
@@ -77,7 +79,7 @@ double eighthRoot(double value) {
 }  // namespace
 
 double area(const Points& points) {
-  if (points.empty()) return 0.0;
+  if (points.size() < 3) return 0.0;
   const Points local = relative(points);
   double sum = 0.0;
   for (const auto& [from, to] : edges({local, true})) sum += twiceArea(local[from], local[to]);
@@ -85,7 +87,11 @@ double area(const Points& points) {
 }
 
 gxVector<2> centerOfMass(const Points& points) {
-  if (points.size() <= 2) return {0.0, 0.0};
+  return centerIfAny(points).value_or(gxVector<2>(0.0, 0.0));
+}
+
+std::optional<gxVector<2>> centerIfAny(const Points& points) {
+  if (points.size() <= 2) return std::nullopt;
   const Points local = relative(points);
   double total = 0.0;
   double sumX = 0.0;
@@ -98,7 +104,7 @@ gxVector<2> centerOfMass(const Points& points) {
     sumX += g.x() * w;
     sumY += g.y() * w;
   }
-  if (!(std::abs(total) > 1e-6)) return {0.0, 0.0};
+  if (!(std::abs(total) > 1e-6)) return std::nullopt;
   return gxVector<2>((1.0 / total) * sumX, (1.0 / total) * sumY) + points[0];
 }
 
@@ -116,8 +122,11 @@ Moments triangleMoments(const gxVector<2>& corner0, const gxVector<2>& corner1,
     q = first;
   }
   const gxVector<2> foot = gxLineSeg(c, p).line().proj(q);
-  const double a = foot.distance(c);
-  const double b = foot.distance(p);
+  // The corners of the base at −a and b from the foot, along the base.
+  const bool beforeBase = (p - c) * (foot - c) < 0;
+  const bool behindBase = (c - p) * (foot - p) < 0;
+  const double a = beforeBase ? -foot.distance(c) : foot.distance(c);
+  const double b = behindBase ? -foot.distance(p) : foot.distance(p);
   const double h = foot.distance(q);
 
   double size = (a + b) * h * 0.5;
@@ -175,20 +184,56 @@ Moments add(const Moments& first, const Moments& second) {
 
 Moments polygonMoments(const Points& points) {
   if (points.size() < 3) return {};
-  const gxVector<2> apex = centerOfMass(points);
+  const gxVector<2> apex = centerIfAny(points).value_or(points[0]);
   const std::vector<Moments> triangles = fan(points, apex);
-  if (!(sumOfAreas(triangles) < 0)) return addedUp(triangles);
+  const bool isClockwise = sumOfAreas(triangles) < 0;
   Points back = points;
   std::reverse(back.begin(), back.end());
-  Moments moments = addedUp(fan(back, apex));
-  moments.area = -moments.area;
+  Moments moments = addedUp(isClockwise ? fan(back, apex) : triangles);
+  const bool isNowhere = std::abs(moments.area) <= 1e-16 && moments.center == gxVector<2>(0.0, 0.0);
+  if (!isNowhere) moments.center = moments.center + apex;
+  if (isClockwise) moments.area = -moments.area;
   return moments;
+}
+
+Moments momentsByGreen(const Points& points) {
+  Quad area = 0;
+  Quad x = 0;
+  Quad y = 0;
+  Quad xx = 0;
+  Quad xy = 0;
+  Quad yy = 0;
+  const Quad ox = points[0].x();
+  const Quad oy = points[0].y();
+  for (const auto& [from, to] : edges({points, true})) {
+    const Quad ax = points[from].x() - ox;
+    const Quad ay = points[from].y() - oy;
+    const Quad bx = points[to].x() - ox;
+    const Quad by = points[to].y() - oy;
+    const Quad w = ax * by - bx * ay;
+    area += w / 2;
+    x += w * (ax + bx) / 6;
+    y += w * (ay + by) / 6;
+    xx += w * (ax * ax + ax * bx + bx * bx) / 12;
+    yy += w * (ay * ay + ay * by + by * by) / 12;
+    xy += w * (2 * ax * ay + ax * by + bx * ay + 2 * bx * by) / 24;
+  }
+  x /= area;
+  y /= area;
+  const Quad sign = area < 0 ? -1 : 1;
+  const auto m00 = static_cast<double>(sign * (xx - area * x * x));
+  const auto m01 = static_cast<double>(sign * (xy - area * x * y));
+  const auto m11 = static_cast<double>(sign * (yy - area * y * y));
+  return {static_cast<double>(area),
+          {static_cast<double>(x + ox), static_cast<double>(y + oy)},
+          gxMatrix<2>(m00, m01, m01, m11)};
 }
 
 gxEllipse ellipseOf(const Moments& moments) {
   constexpr double kPiSquared = 9.869604401089358;
   const gxMatrix<2>& m = moments.matrix;
-  const double theta = 0.5 * std::atan2(2.0 * m.m01(), m.m00() - m.m11());
+  double theta = 0.5 * std::atan2(2.0 * m.m01(), m.m00() - m.m11());
+  if (theta == -1.5707963267948966) theta = -theta;  // the same axis
   const gxMatrix<2> turned = (rotation(-theta) * m) * rotation(theta);
   const double d0 = std::abs(turned.m00());
   const double d1 = std::abs(turned.m11());

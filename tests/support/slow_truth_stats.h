@@ -5,6 +5,8 @@
 #include <velstd/ellipse.h>
 #include <velstd/matrix.h>
 
+#include <optional>
+
 namespace slow {
 
 /// Signed area, centre of mass, second moments about it.
@@ -16,9 +18,14 @@ struct Moments {
 
 double area(const Points& points);
 gxVector<2> centerOfMass(const Points& points);
+/// Nothing where it is (0, 0) for want of area or points.
+std::optional<gxVector<2>> centerIfAny(const Points& points);
 Moments triangleMoments(const gxVector<2>& c, const gxVector<2>& p, const gxVector<2>& q);
 Moments add(const Moments& first, const Moments& second);
 Moments polygonMoments(const Points& points);
+/// The moments of an outline that does not cross itself, by its corners alone, good to the last digit: sums
+/// over the edges in 113-bit arithmetic.  What the triangles have to add up to.
+Moments momentsByGreen(const Points& points);
 gxEllipse ellipseOf(const Moments& moments);
 void fitEllipse(const Points& points, gxEllipse& ellipse, double& residual);
 double standardDeviation(const std::vector<double>& values);

@@ -95,14 +95,16 @@ gx_ContainmentGrid::gx_ContainmentGrid(const Points& points, const gx_EdgeIndex&
   fill_(points, homes);
 }
 
+// The cell of a coordinate, the first or last where it lies outside, and the first for NaN: on a slope of
+// a denormal rise it may be infinite, which only as a double can be held against the number of cells.
 std::uint32_t gx_ContainmentGrid::column_(double x) const {
   const double at = (x - lowX_) * perX_;
-  return at >= 0.0 ? std::min(static_cast<std::uint32_t>(at), columns_ - 1) : 0;
+  return at >= 0.0 ? static_cast<std::uint32_t>(std::min(at, columns_ - 1.0)) : 0;
 }
 
 std::uint32_t gx_ContainmentGrid::row_(double y) const {
   const double at = (y - lowY_) * perY_;
-  return at >= 0.0 ? std::min(static_cast<std::uint32_t>(at), rows_ - 1) : 0;
+  return at >= 0.0 ? static_cast<std::uint32_t>(std::min(at, rows_ - 1.0)) : 0;
 }
 
 gxVector<2> gx_ContainmentGrid::centre_(std::uint32_t column, std::uint32_t row) const {

@@ -50,6 +50,10 @@ struct gx_Box {
   }
 };
 
+/// Up to so many edges a scan is at least as fast as any tree.  What is laid out for few edges has room
+/// for as many, and contours keep to it (`gxContour::indexPays_`).
+inline constexpr std::size_t gx_kFewEdges = 64;
+
 /// A tree of boxes over the edges of a contour, in edge order.
 ///
 /// The edges of a contour come in an order that keeps neighbours together, so nothing is sorted: a

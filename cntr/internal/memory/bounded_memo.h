@@ -5,7 +5,6 @@
 #include <velstd/xform.h>
 
 #include <cmath>
-#include <cstdint>
 #include <map>
 
 /// The order of angles as keys: their numbers.  A NaN is no key.
@@ -51,7 +50,6 @@ class gx_BoundedMemo {
   /// Remembers an answer that `find` did not know.
   void insert(const Key& key, const Value& value, long limit) {
     if (!Order::usable(key)) return;
-    ++changes_;
     const long size = static_cast<long>(entries_.size());
     if (size <= limit) {
       entries_.insert_or_assign(key, value);
@@ -70,10 +68,6 @@ class gx_BoundedMemo {
 
   long size() const { return static_cast<long>(entries_.size()); }
 
-  /// Returns how often an answer was inserted: while it stays the same, so does every entry.
-  std::uint64_t changes() const { return changes_; }
-
  private:
-  std::uint64_t changes_ = 0;
   std::map<Key, Value, Order> entries_;
 };

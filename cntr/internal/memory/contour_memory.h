@@ -9,7 +9,6 @@
 #include <velstd/circle.h>
 #include <velstd/ellipse.h>
 #include <velstd/handle.h>
-#include <velstd/line.h>
 #include <velstd/line_seg.h>
 #include <velstd/rect.h>
 #include <velstd/vector.h>
@@ -36,6 +35,12 @@ struct gx_ContourMemory {
   bool convexHullValid = false;
   gxPtrHandle_const<gxRegion> convexHull;
 
+  // The upright rectangle of the points themselves, by which crossings and containment reject.  It
+  // stands apart from the answers by transform, one of which may be that of a shear under the
+  // identity's key.
+  bool uprightBoxValid = false;
+  gxRect uprightBox;
+
   gx_DeepPtr<gx_BoundedMemo<gxXform<2>, gxRect, gx_XformKey>> encloseRects;
 
   // One slot per diameter mode.  Dropping clears the flags and leaves the circles: a contour
@@ -52,13 +57,9 @@ struct gx_ContourMemory {
   bool selfIntersecting = false;
   bool selfIntersectingValid = false;
 
-  // The edges, indexed by edge number: all four lists have the same length once valid.
+  // The edges, by edge number, for derived classes that ask for them.
   bool segmentsValid = false;
   std::vector<gxLineSeg> segments;
-  bool linesValid = false;
-  std::vector<gxLine> lines;
-  bool segmentBoundsValid = false;
-  std::vector<gxRect> segmentBounds;
   std::vector<bool> validLine;  // false for an edge of no length
 
   // The tree of boxes over the edges, made by the first question that it pays for.
@@ -74,13 +75,14 @@ struct gx_ContourMemory {
   // What is known of each tolerance that vertices were looked up with, in the order of first use.
   std::vector<gx_VertexLookup> vertexLookups;
 
-  // Whether somebody relies on the points and on the remembered upright rectangle, and is to hear
-  // when either changes or is forgotten.  Does not go along with a copy or a move.
+  // Whether somebody relies on the points, and is to hear when they change.  Does not go along with a
+  // copy or a move.
   gx_Watch watch;
 
   /// Forgets every result.
   void drop() noexcept {
     watch.changed();
+    uprightBoxValid = false;
     encloseRects.reset();
     extremalVertices.reset();
     std::vector<gx_VertexLookup>().swap(vertexLookups);
@@ -95,8 +97,6 @@ struct gx_ContourMemory {
     ellipseResidual = 0.0;
     selfIntersectingValid = false;
     segmentsValid = false;
-    linesValid = false;
-    segmentBoundsValid = false;
     medianFeatureSizeValid = false;
     medianFeatureSize = 0.0;
   }

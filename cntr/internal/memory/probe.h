@@ -10,6 +10,7 @@ enum class gx_Computation : int {
   eSelfIntersection,
   eExtremalVertex,
   eEncloseRect,
+  eUprightBox,
   eEncloseCircle,
   eConvexHull,
   eMeanPosition,
@@ -31,6 +32,7 @@ enum class gx_Computation : int {
   eSetSelfIntersection,
   eSetRegularize,
   eSetOuterHull,
+  eSetIndex,
   eCount
 };
 

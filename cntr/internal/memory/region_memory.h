@@ -24,9 +24,6 @@ struct gx_RegionMemory {
   bool areaNoHolesValid = false;
   double areaNoHoles = 0.0;
 
-  // Kept for the moments of a region with holes, which nothing computes yet: the call throws.
-  bool inertiaWithHolesValid = false;
-  gxMatrix<2> inertiaWithHoles;
   bool inertiaNoHolesValid = false;
   gxMatrix<2> inertiaNoHoles;
 
@@ -37,11 +34,8 @@ struct gx_RegionMemory {
   bool outerHullValid = false;
   gxPtrHandle_const<gxRegion> outerHull;
 
-  // The grid that answers most containment queries, made when rays have cost as much.  It stands
-  // for the ray only while the remembered upright rectangle of the outline is the true one, which is
-  // known to be so at this count of changes of that memory.
+  // The grid that answers most containment queries, made when rays have cost as much.
   gx_DeepPtr<gx_ContainmentGrid> containment;
-  std::uint64_t rectangleTrueAt = 0;
   std::uint64_t rayEffort = 0;  // what rays have cost, about, in nanoseconds
 
   /// Forgets every result.
@@ -49,10 +43,9 @@ struct gx_RegionMemory {
     centerWithHolesValid = centerNoHolesValid = false;
     areaWithHolesValid = areaNoHolesValid = false;
     areaWithHoles = areaNoHoles = 0.0;
-    inertiaWithHolesValid = inertiaNoHolesValid = false;
+    inertiaNoHolesValid = false;
     regularizedValid = outerHullValid = false;
     containment.reset();
-    rectangleTrueAt = 0;
     rayEffort = 0;
   }
 };

@@ -88,7 +88,6 @@ GXSHAPE_API void gx_findCrossings(const gx_EdgeIndex& index, const std::vector<g
 GXSHAPE_API void gx_findCrossingsOfFew(const std::vector<gxVector<2>>& ours, bool closed,
                                        const gxRect& box, const std::vector<gxVector<2>>& theirs,
                                        bool theirsClosed, std::vector<gxVector<2>>& result);
-constexpr std::size_t gx_kFewEdges = 64;
 
 /// Tells whether some edge has a length.
 GXSHAPE_API bool gx_hasEdgeOfLength(const std::vector<gxVector<2>>& points, bool closed);

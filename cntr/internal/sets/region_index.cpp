@@ -1,9 +1,11 @@
 // Making the index:
-//   1. Of every region take the remembered rectangle, without asking for it, and the box of its points.
-//   2. Where they are the same the box goes into the tree for containment, and of a region without
-//      holes into that for distances; else the region goes on a list.
+//   1. Take the box of each region's points, from its edge index where there is one.
+//   2. The box goes into the tree for containment, and of a region without holes into that for
+//      distances; a region without a box that holds all of it goes on a list.
 //   3. Watch every region.  The index holds until a watched region has changed; what changed
 //      elsewhere makes every index look at its own regions once.
+//
+// No region is asked anything that it would remember, so a set may make its index whenever it likes.
 #include <cntr/internal/sets/region_index.h>
 #include <cntr/region.h>
 
@@ -13,9 +15,15 @@
 
 namespace {
 
-// Returns the box of the points; empty where a coordinate is NaN.
+// Whether a box holds all of the region, so that outside of it there is nothing to ask.
+bool hasBox(const gx_Box& box) {
+  return box.highX >= box.lowX && box.highY >= box.lowY;
+}
+
+// Returns the box of the points; none where there are too few to be asked, or a coordinate is NaN.
 gx_Box boxOf(const std::vector<gxVector<2>>& points) {
   gx_Box box;
+  if (points.size() < 2) return box;
   for (const gxVector<2>& p : points) {
     if (p.x() != p.x() || p.y() != p.y()) return {};
     box.add(p);
@@ -30,45 +38,48 @@ gx_RegionIndex::gx_RegionIndex(const std::vector<Handle>& regions)
   std::vector<gx_Box> insideBoxes;
   std::vector<gx_Box> nearBoxes;
   for (std::size_t i = 0; i < regions.size(); ++i) {
-    if (regions[i].isNull() || regions[i]->points().size() < 2) return;
+    if (regions[i].isNull()) {
+      withoutBox_.push_back(i);
+      alwaysAsked_.push_back(i);
+      continue;
+    }
     const gxRegion& region = *regions[i];
-    const gxRect* rect = region.rememberedUprightBox_();
-    if (rect == nullptr) return;
     const gx_EdgeIndex* edges = region.edgeIndexIfMade_();
     const gx_Box box = edges != nullptr && !edges->hasNaN() ? edges->bounds() : boxOf(region.points());
-    if (rect->origin() == gxVector<2>(box.lowX, box.lowY) &&
-        rect->corner() == gxVector<2>(box.highX, box.highY)) {
+    if (hasBox(box)) {
       insideNumbers_.push_back(i);
       insideBoxes.push_back(box);
-      if (region.holes().empty()) {
-        nearNumbers_.push_back(i);
-        nearBoxes.push_back(box);
-        continue;
-      }
     } else {
-      notTrue_.push_back(i);
+      withoutBox_.push_back(i);
     }
-    alwaysAsked_.push_back(i);
+    if (hasBox(box) && region.holes().empty()) {
+      nearNumbers_.push_back(i);
+      nearBoxes.push_back(box);
+    } else {
+      alwaysAsked_.push_back(i);
+    }
   }
   inside_ = gx_BoxTree(insideBoxes);
   near_ = gx_BoxTree(nearBoxes);
-  for (const Handle& region : regions) region->watch_().begin();
+  for (const Handle& region : regions) {
+    if (!region.isNull()) region->watch_().begin();
+  }
   madeAt_ = checkedAt_ = gx_Watch::epoch();
 }
 
 bool gx_RegionIndex::holds(const std::vector<Handle>& regions) {
-  if (madeAt_ == 0 || regions.size() != count_) return false;
+  if (regions.size() != count_) return false;
   const std::uint64_t now = gx_Watch::epoch();
   if (checkedAt_ == now) return true;
   const bool same = std::all_of(regions.begin(), regions.end(), [this](const Handle& region) {
-    return !region.isNull() && region->watch_().sameSince(madeAt_);
+    return region.isNull() || region->watch_().sameSince(madeAt_);
   });
   if (same) checkedAt_ = now;
   return same;
 }
 
 const std::vector<std::size_t>& gx_RegionIndex::thatMayHold(const gxVector<2>& point) {
-  found_.assign(notTrue_.begin(), notTrue_.end());
+  found_.assign(withoutBox_.begin(), withoutBox_.end());
   inside_.forEachMeeting({point.x(), point.y(), point.x(), point.y()},
                          [&](std::size_t i) { found_.push_back(insideNumbers_[i]); });
   std::sort(found_.begin(), found_.end());

@@ -15,17 +15,14 @@ class gxRegion;
 /// Which regions of a list a point may lie in, and which may come nearer to it than some distance,
 /// without asking all of them.
 ///
-/// It stands for asking a region only where asking shows nowhere: where the region remembers its
-/// upright rectangle, so that asking it adds no memory and evicts none, and has the 2 points below
-/// which it would throw.  A region whose remembered rectangle is not the true box of its points (a
-/// shear's, under the same key, or a point that is no number) is always to be asked; for distances so
-/// is a region with holes, because these lie where they like and may throw.
+/// It stands for asking a region only where asking shows nowhere.  A null handle, a region of fewer than
+/// the 2 points below which it throws, and one with a point that is no number are always to be asked; for
+/// distances so is a region with holes, because these lie where they like and may throw.
 class GXSHAPE_API gx_RegionIndex {
  public:
   using Handle = gxPtrHandle_const<gxRegion>;
 
-  /// Makes the index and watches the regions; it holds (`holds`) unless some region does not
-  /// remember its rectangle, is null, or has fewer than 2 points.
+  /// Makes the index and watches the regions.
   explicit gx_RegionIndex(const std::vector<Handle>& regions);
 
   /// Tells whether every region still is what it was when the index was made.
@@ -51,11 +48,11 @@ class GXSHAPE_API gx_RegionIndex {
   static bool surelyFarther(const gx_Box& box, const gxVector<2>& point, double limit);
 
  private:
-  std::uint64_t madeAt_ = 0;     // epochs of the watch; 0 when it does not hold
+  std::uint64_t madeAt_ = 0;     // epochs of the watch
   std::uint64_t checkedAt_ = 0;  // and nothing had changed then
   std::size_t count_ = 0;
   std::vector<std::size_t> insideNumbers_;  // the regions of the boxes in `inside_`
-  std::vector<std::size_t> notTrue_;        // the others
+  std::vector<std::size_t> withoutBox_;     // the others
   std::vector<std::size_t> nearNumbers_;    // the same for `near_`
   std::vector<std::size_t> alwaysAsked_;
   gx_BoxTree inside_;

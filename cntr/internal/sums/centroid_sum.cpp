@@ -211,6 +211,7 @@ gx_CentreAndArea gx_centreAndArea(const Points& points) {
   result.areaIsKnown = sum.whole;
   if (!(std::abs(sum.weight) > kEmptyPolygon)) return result;
   const double share = 1.0 / sum.weight;
+  result.hasCentre = true;
   result.centre = points.front() + gxVector<2>(share * sum.x, share * sum.y);
   return result;
 }

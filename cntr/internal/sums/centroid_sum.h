@@ -23,6 +23,7 @@ GXSHAPE_API gx_CentroidSum gx_sumCentroids(const std::vector<gxVector<2>>& point
 /// gives it, bit for bit `gf_Area`.
 struct gx_CentreAndArea {
   gxVector<2> centre;
+  bool hasCentre = false;  // false where it is (0, 0) for want of area or points
   double area = 0.0;
   bool areaIsKnown = false;
 };

@@ -19,8 +19,8 @@ struct gx_MomentSum {
 
 /// Adds up the moments of the triangles that `apex` makes with the edges of the closed polygon of at
 /// least 1 point.  Returns false where the sum may not stand for adding the triangles as records one
-/// by one, in three passes by size: where the running area of those passes comes near 0, or is so
-/// small that records lose their common centre, or a number overflows.  Not `wide`: without the widest
-/// registers of the machine; the bits are the same.
+/// by one, in three passes by size: where less than a hundredth of their areas is left of them, where
+/// the mean area is so small (1e-15) that records lose their common centre, or a number is not finite.
+/// Not `wide`: without the widest registers of the machine; the bits are the same.
 GXSHAPE_API bool gx_sumMoments(const std::vector<gxVector<2>>& points, const gxVector<2>& apex,
                                gx_MomentSum& sum, bool wide = true);

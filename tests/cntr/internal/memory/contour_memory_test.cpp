@@ -87,6 +87,11 @@ const std::vector<Question> kQuestions = {
      [](const ExposedContour& c) { return std::vector<double>{c.isSelfIntersecting() ? 1.0 : 0.0}; }},
     {"ExtremalVertex", gx_Computation::eExtremalVertex,
      [](const ExposedContour& c) { return numbers(c.extremalVertexPosition(gxRadian(0.7))); }},
+    {"UprightBox", gx_Computation::eUprightBox,
+     [](const ExposedContour& c) {
+       const auto hits = c.gxContour::intersections(gxLineSeg(V(-100, 7), V(100, 8)), true);
+       return hits.empty() ? std::vector<double>() : numbers(hits.front());
+     }},
     {"EncloseRect", gx_Computation::eEncloseRect,
      [](const ExposedContour& c) { return numbers(c.encloseRect(kTurned)); }},
     {"CircleOfFarthestPair", gx_Computation::eEncloseCircle,

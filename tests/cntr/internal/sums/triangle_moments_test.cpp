@@ -61,4 +61,40 @@ TEST(TriangleMoments, AreThoseOfTheSlowTruthBitForBit) {
   }
 }
 
+TEST(TriangleMoments, OfAFootBeyondItsEndWithinTheSlackAreExact) {
+  // Seen from its long side, the foot of the altitude of 1e-3 lies 1e-7 before the first corner, and by
+  // 5e-12 the side is farther than its line.
+  const gxVector<2> c(0, 0);
+  const gxVector<2> p(4, 0);
+  const gxVector<2> q(-1e-7, 1e-3);
+  const slow::Moments want = slow::momentsByGreen({c, p, q});
+  const gx_InertiaData got = gx_triangleMoments(c, p, q);
+  EXPECT_NEAR(got.area(), want.area, 1e-17);
+  EXPECT_NEAR(got.centerOfMass().x(), want.center.x(), 1e-15);
+  EXPECT_NEAR(got.inertiaMatrix().m00(), want.matrix.m00(), 1e-17);
+  const gx_InertiaData behind = gx_triangleMoments(c, p, {4 + 1e-7, 1e-3});
+  EXPECT_NEAR(behind.inertiaMatrix().m00(), slow::momentsByGreen({c, p, {4 + 1e-7, 1e-3}}).matrix.m00(),
+              1e-17);
+}
+
+TEST(TriangleMoments, AreExactAtEveryScale) {
+  RandomShapes random("triangles at every scale", 3000);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const double unit = std::pow(10.0, random.uniform(-12.0, 6.0));
+    const auto corner = [&] {
+      return gxVector<2>(random.uniform(-unit, unit), random.uniform(-unit, unit));
+    };
+    const gxVector<2> c = corner();
+    const gxVector<2> p = corner();
+    const gxVector<2> q = random.chance(0.5) ? corner() : c + (p - c) * 1e-7 + corner() * 1e-3;
+    const slow::Moments want = slow::momentsByGreen({c, p, q});
+    const gxMatrix<2> got = gx_triangleMoments(c, p, q).inertiaMatrix();
+    const double limit = 1e-13 * (want.matrix.m00() + want.matrix.m11()) + 1e-28 * std::pow(unit, 4);
+    EXPECT_NEAR(got.m00(), want.matrix.m00(), limit);
+    EXPECT_NEAR(got.m01(), want.matrix.m01(), limit);
+    EXPECT_NEAR(got.m11(), want.matrix.m11(), limit);
+  }
+}
+
 }  // namespace
