@@ -127,7 +127,7 @@ Moments triangleMoments(const gxVector<2>& corner0, const gxVector<2>& corner1,
   const bool behindBase = (c - p) * (foot - p) < 0;
   const double a = beforeBase ? -foot.distance(c) : foot.distance(c);
   const double b = behindBase ? -foot.distance(p) : foot.distance(p);
-  const double h = foot.distance(q);
+  const double h = gxLineSeg(c, p).line().distToPoint(q);
 
   double size = (a + b) * h * 0.5;
   const double x = (b - a) * (1.0 / 3.0);

@@ -49,10 +49,11 @@ gx_InertiaData gx_triangleMoments(gxVector<2> c, gxVector<2> p, gxVector<2> q) {
     p = q;
     q = first;
   }
-  const gxVector<2> foot = gxLineSeg(c, p).line().proj(q);
+  const gxLine line = gxLineSeg(c, p).line();
+  const gxVector<2> foot = line.proj(q);
   const double a = part(foot, c, p);
   const double b = part(foot, p, c);
-  const double h = foot.distance(q);
+  const double h = line.distToPoint(q);  // a foot is rounded, which a thin triangle would show
   double area = (a + b) * h * 0.5;
   const double x = (b - a) * (1.0 / 3.0);
   double y = h * (1.0 / 3.0);
