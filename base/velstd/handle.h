@@ -174,3 +174,10 @@ class gxPtrHandle_const : public gxPtrHandleBase_const {
 
   const T* object_ = nullptr;
 };
+
+/// Makes an object on the heap from these arguments and returns the handle that owns it.
+/// Throws: what the constructor of the object throws.
+template <class T, class... Arguments>
+gxPtrHandle<T> gfMakeHandle(Arguments&&... arguments) {
+  return gxPtrHandle<T>(new T(std::forward<Arguments>(arguments)...));
+}

@@ -69,6 +69,11 @@ class VELSTD_API gxVector<2> {
 static_assert(sizeof(gxVector<2>) == 16 && std::is_trivially_copyable_v<gxVector<2>> &&
               std::is_standard_layout_v<gxVector<2>>);
 
+/// Returns the product of a number and a vector, component by component.
+constexpr gxVector<2> operator*(double factor, const gxVector<2>& vector) {
+  return vector * factor;
+}
+
 /// Returns a·d − b·c with an error of at most 1.5 units in the last place, however much the two
 /// products cancel (Kahan's difference of products, by fused multiply-add; Jeannerod, Louvet and
 /// Muller, Math. Comp. 82, 2013).  Products beyond the double range give infinities or NaN, and

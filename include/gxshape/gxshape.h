@@ -15,11 +15,13 @@
 #include <velstd/line.h>
 #include <velstd/line_seg.h>
 #include <velstd/matrix.h>
+#include <velstd/number_text.h>
 #include <velstd/orientation.h>
 #include <velstd/pair.h>
 #include <velstd/persistent.h>
 #include <velstd/point.h>
 #include <velstd/polygon.h>
+#include <velstd/print.h>
 #include <velstd/random.h>
 #include <velstd/real_eq.h>
 #include <velstd/rect.h>

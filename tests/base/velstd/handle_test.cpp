@@ -326,4 +326,19 @@ TEST(HandleThreads, WhoeverLetsGoLastDestroysOnce) {
   }
 }
 
+// ---- Making -------------------------------------------------------------------------------------
+
+struct Made : gxRepBase {
+  Made(int a, std::unique_ptr<int> b) : sum(a + *b) {}
+  int sum;
+};
+
+TEST(HandleMaking, HandsItsArgumentsOnToTheConstructor) {
+  const gxPtrHandle<Made> made = gfMakeHandle<Made>(2, std::make_unique<int>(3));
+  EXPECT_EQ(made->sum, 5);
+  EXPECT_EQ(made->refCount(), 1);
+  const gxPtrHandle_const<Made> read = made;
+  EXPECT_EQ(made->refCount(), 2);
+}
+
 }  // namespace

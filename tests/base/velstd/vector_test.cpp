@@ -204,4 +204,9 @@ TEST(DifferenceOfProducts, IsZeroExactlyForEqualProducts) {
   EXPECT_EQ(gf_DifferenceOfProducts(a, a, 1.0 + 0x1p-29, 1.0), 0x1p-60);
 }
 
+TEST(Vector, TimesANumberFromEitherSide) {
+  EXPECT_EQ(2.0 * gxVector<2>(1, -3), gxVector<2>(2, -6));
+  static_assert(0.5 * gxVector<2>(2, 4) == gxVector<2>(1, 2));
+}
+
 }  // namespace
