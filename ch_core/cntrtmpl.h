@@ -197,6 +197,7 @@ class GXSHAPE_API gxRegionT : public gxRegion, public gxContourT<T> {
   /// points and no transform; the holes are then as they were.
   void holes(const std::vector<HoleHandle>& holes);
   void holes(const std::vector<gxPtrHandle<gxRegion>>& holes);
+  void holes(const std::vector<gxRegion>& holes) { gxRegion::holes(holes); }
   // A template, so that a list that fits both goes to the edge-point holes.
   template <class = void>
   void holes(std::initializer_list<HoleHandle> holes) {

@@ -17,9 +17,19 @@
 #include <velstd/vector.h>
 #include <velstd/xform.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <type_traits>
 #include <vector>
 
 class gxRegion;
+
+/// An ellipse fitted to points, and its residual: the root mean square of the orthogonal distances.
+struct gxFittedEllipse {
+  gxEllipse ellipse;
+  double residual = 0.0;
+};
 
 /// An ordered list of points of the plane, either closed (an outline: the last point joins the
 /// first, which is not repeated) or open (a poly-line), with a label that is the caller's.
@@ -245,6 +255,28 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// Draws every edge as a segment, in edge order, edges of no length too; every mode draws alike.
   virtual void draw(gxUITablet& tablet, gxContourDefs::DrawMode mode, const gxColor& colour,
                     const gxUITablet::Layers& layer) const;
+
+  // ---- Results by value, and the points as a range (contour_values.cpp) ---------------------------
+
+  /// Makes a contour of these points, in this order; for whoever has them in memory of his own.
+  /// A template, so that lists in braces go to the constructors above.
+  template <class Span, class = std::enable_if_t<std::is_same_v<Span, std::span<const gxVector<2>>>>>
+  explicit gxContour(Span points, bool closed = true, unsigned long label = 0)
+      : gxContour(std::vector<gxVector<2>>(points.begin(), points.end()), closed, label) {}
+
+  /// Return the upright enclosing rectangle, the convex hull, the fitted ellipse with its residual,
+  /// and the mapped contour, as the forms above give them.  Throws: as those.
+  gxRect encloseRect() const { return encloseRect(gxXform<2>::I); }
+  gxRegion convexHull() const;
+  gxFittedEllipse fitEllipse() const;
+  gxContour mapped(const gxXform<2>& xform) const;
+
+  /// The points as a range, in their order.  A change of the points ends the validity of iterators.
+  std::size_t size() const { return state_.points.size(); }
+  auto begin() const { return state_.points.begin(); }
+  auto end() const { return state_.points.end(); }
+  /// Returns the point at that index, which must be below `size()`.
+  const gxVector<2>& operator[](std::size_t index) const { return state_.points[index]; }
 
   // ---- Archive (contour_archive.cpp) ------------------------------------------------------------
 

@@ -179,6 +179,34 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   /// touching loops joined.
   void outerHull(gxRegion& result) const;
 
+  // ---- Holes and results by value (region_values.cpp) -------------------------------------------
+
+  /// Makes a region of this outline with holes of these outlines, in their order.
+  /// Throws: as setting the holes does.
+  gxRegion(const std::vector<gxVector<2>>& outline, const std::vector<std::vector<gxVector<2>>>& holes);
+
+  /// Replaces the holes by these regions, which are copied.  Throws: as with handles.
+  void holes(const std::vector<gxRegion>& holes);
+  /// Adds one hole behind the others.
+  /// Throws, with the holes as they were: as setting the holes does.
+  /// Cost: as setting all holes anew, since all are checked: give many holes at once.
+  void addHole(const gxRegion& hole);
+  void addHole(const std::vector<gxVector<2>>& outline);
+
+  using gxContour::encloseRect;
+  /// Return the repaired region, as `regularize` and `outerHull` give it.  Throws: as those.
+  gxRegion regularized() const;
+  gxRegion outerHull() const;
+
+  /// Returns the region with its holes, and theirs, mapped through `xform`, with its label and
+  /// `cachedVectorSize`.  What is a hole of several regions is mapped once and stays shared.  The
+  /// mapped holes are not checked against their outlines: rounding may bring them to touch.
+  /// Throws: gxBadPointer for a null hole; BadParams "holes nest too deeply" for a cycle of holes.
+  gxRegion mapped(const gxXform<2>& xform) const;
+  /// Returns a copy that shares nothing with this region, neither holes nor anything remembered.
+  /// Throws: as `mapped`.
+  gxRegion unshared() const;
+
   // ---- Archive (region_archive.cpp) -------------------------------------------------------------
 
  protected:
@@ -225,6 +253,8 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   bool isInOutline_(const gxVector<2>& point) const;
   bool isOutsideHoles_(const gxVector<2>& point) const;
   gxVector<2> rayFrom_(const gxVector<2>& point) const;
+  template <class Outline>
+  gxRegion rebuilt_(const Outline& outline) const;
 
   std::vector<HoleHandle> holes_;
   mutable gx_RegionMemory memory_;
