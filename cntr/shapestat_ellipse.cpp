@@ -64,7 +64,7 @@ bool fitsCircle(const std::vector<gxVector<2>>& points, gxEllipse& ellipse, doub
 gxEllipse gf_EllipseFromInertiaData(const gx_InertiaData& inertia) {
   const gxMatrix<2>& m = inertia.inertiaMatrix();
   const double half = 0.5 * std::atan2(2.0 * m.m01(), m.m00() - m.m11());
-  const gxRadian theta(half > -kHalfPi ? half : kHalfPi);
+  const gxRadian theta(half == -kHalfPi ? kHalfPi : half);
   const gxMatrix<2> there(theta, theta, 1.0, 1.0);
   const gxMatrix<2> back(-theta, -theta, 1.0, 1.0);
   const gxMatrix<2> principal = (back * m) * there;

@@ -614,37 +614,4 @@ TEST(ContourMoving, AnOutlineExchangedWithAnOpenContourLeavesTheOpenLengthBehind
   EXPECT_EQ(open.length(), 12.0);
 }
 
-// ---- What a derived class hears -------------------------------------------------------------------
-
-// A contour with a memory of its own.
-class Remembering : public gxContour {
- public:
-  using gxContour::gxContour;
-  using gxContour::makeDataConsistentWithPoints;
-  using gxContour::makePointsConsistentWithData;
-  using gxContour::setPoints;
-  int cleaned = 0;
-
- protected:
-  void cleanCacheInfo() override {
-    gxContour::cleanCacheInfo();
-    ++cleaned;
-  }
-};
-
-TEST(DerivedContour, HearsOfEveryCallThatDropsTheMemory) {
-  const std::vector<std::pair<std::string, std::function<void(Remembering&)>>> changes = {
-      {"points", [](Remembering& c) { c.points(pointsOf("0 0, 1 1")); }},
-      {"isClosed", [](Remembering& c) { c.isClosed(false); }},
-      {"setPoints", [](Remembering& c) { c.setPoints(pointsOf("0 0, 1 1")); }},
-      {"makeDataConsistentWithPoints", [](Remembering& c) { c.makeDataConsistentWithPoints(); }},
-      {"makePointsConsistentWithData", [](Remembering& c) { c.makePointsConsistentWithData(); }},
-  };
-  for (const auto& [name, change] : changes) {
-    Remembering contour(pointsOf("0 0, 4 0, 4 4"));
-    change(contour);
-    EXPECT_GE(contour.cleaned, 1) << name;
-  }
-}
-
 }  // namespace

@@ -21,7 +21,7 @@ TEST(ContourValues, AreWhatTheFormsWithAnArgumentGive) {
   gxRegion hull;
   kite.convexHull(hull);
   EXPECT_EQ(kite.convexHull().points(), hull.points());
-  EXPECT_EQ(hull.points().size(), 4U);
+  EXPECT_EQ(hull.points().size(), 3U) << "one lies on the edge between two others";
   EXPECT_EQ(kite.encloseRect(), kite.encloseRect(gxXform<2>::I));
 
   const gxContour many({V(3, 0), V(2, 2), V(0, 3), V(-2, 2), V(-3, 0), V(0, -3), V(2, -2)});

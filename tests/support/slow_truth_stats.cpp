@@ -190,7 +190,7 @@ Moments polygonMoments(const Points& points) {
   Points back = points;
   std::reverse(back.begin(), back.end());
   Moments moments = addedUp(isClockwise ? fan(back, apex) : triangles);
-  const bool isNowhere = std::abs(moments.area) <= 1e-16 && moments.center == gxVector<2>(0.0, 0.0);
+  const bool isNowhere = !(std::abs(moments.area) > 1e-16) && moments.center == gxVector<2>(0.0, 0.0);
   if (!isNowhere) moments.center = moments.center + apex;
   if (isClockwise) moments.area = -moments.area;
   return moments;

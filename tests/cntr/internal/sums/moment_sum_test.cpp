@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -67,7 +66,6 @@ std::vector<gxVector<2>> eightOfSquares(double side) {
   edge({0, -side}, {-side, -side});
   edge({-side, -side}, {-side, 0});
   edge({-side, 0}, {0, 0});
-  std::reverse(points.begin() + 40, points.end());
   return points;
 }
 

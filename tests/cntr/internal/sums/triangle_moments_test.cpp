@@ -90,7 +90,7 @@ TEST(TriangleMoments, AreExactAtEveryScale) {
     const gxVector<2> q = random.chance(0.5) ? corner() : c + (p - c) * 1e-7 + corner() * 1e-3;
     const slow::Moments want = slow::momentsByGreen({c, p, q});
     const gxMatrix<2> got = gx_triangleMoments(c, p, q).inertiaMatrix();
-    const double limit = 1e-13 * (want.matrix.m00() + want.matrix.m11()) + 1e-28 * std::pow(unit, 4);
+    const double limit = 1e-13 * (want.matrix.m00() + want.matrix.m11()) + 1e-14 * std::pow(unit, 4);
     EXPECT_NEAR(got.m00(), want.matrix.m00(), limit);
     EXPECT_NEAR(got.m01(), want.matrix.m01(), limit);
     EXPECT_NEAR(got.m11(), want.matrix.m11(), limit);
