@@ -52,7 +52,7 @@ gxArchive& gxArchive::operator||(bool& value) {
   unsigned char byte = value ? 1 : 0;
   transfer(&byte, 1);
   if (byte > 1) throw BadFormat(L"a flag that is neither 0 nor 1");
-  value = byte != 0;
+  if (isLoading()) value = byte != 0;
   return *this;
 }
 
@@ -82,14 +82,14 @@ void gxArchive::tooLarge_(const char* name) const {
 gxArchive& operator||(gxArchive& archive, unsigned short& value) {
   std::uint16_t bits = value;
   gf_TransferLittle(archive, bits);
-  value = bits;
+  if (archive.isLoading()) value = bits;
   return archive;
 }
 
 gxArchive& operator||(gxArchive& archive, double& value) {
   auto bits = std::bit_cast<std::uint64_t>(value);
   gf_TransferLittle(archive, bits);
-  value = std::bit_cast<double>(bits);
+  if (archive.isLoading()) value = std::bit_cast<double>(bits);
   return archive;
 }
 
@@ -97,7 +97,7 @@ gxArchive& operator||(gxArchive& archive, gxVector<2>& value) {
   double x = value.x();
   double y = value.y();
   archive || x || y;
-  value = gxVector<2>(x, y);
+  if (archive.isLoading()) value = gxVector<2>(x, y);
   return archive;
 }
 

@@ -5,6 +5,13 @@
 #include <velstd/internal/archive_pass.h>
 #include <velstd/persistent.h>
 
+void gxPersistent::count_() const noexcept {
+  std::uint32_t now = tracking_.load(std::memory_order_relaxed);
+  while ((now & kMostChanges) != kMostChanges &&
+         !tracking_.compare_exchange_weak(now, now + 1, std::memory_order_relaxed)) {
+  }
+}
+
 gxPersistent::~gxPersistent() = default;
 
 bool gxPersistent::haveVisited(const void* object, std::uint64_t passAndLevel) {

@@ -3,6 +3,7 @@
 
 #include <velstd/export.h>
 
+#include <atomic>
 #include <cstdint>
 
 class gxArchive;
@@ -27,18 +28,21 @@ class VELSTD_API gxPersistent {
   /// Reports a change of the object.  Counts only while tracking is on; saturates instead of
   /// wrapping around.  Const, because memories are filled and dropped by const members too.
   void mutating_() const noexcept {
-    if (tracking_ && changes_ != kMostChanges) ++changes_;
+    if (isTrackingChanges()) count_();
   }
 
   /// Turns change tracking on or off; either way the count starts again at 0.
   void trackChanges(bool on) const noexcept {
-    tracking_ = on;
-    changes_ = 0;
+    tracking_.store(on ? kOn : 0, std::memory_order_relaxed);
   }
   /// Tells whether changes are being counted.
-  bool isTrackingChanges() const noexcept { return tracking_; }
+  bool isTrackingChanges() const noexcept {
+    return (tracking_.load(std::memory_order_relaxed) & kOn) != 0;
+  }
   /// Returns the number of changes reported since tracking was turned on; 0 while it is off.
-  std::uint32_t changeCount() const noexcept { return changes_; }
+  std::uint32_t changeCount() const noexcept {
+    return tracking_.load(std::memory_order_relaxed) & kMostChanges;
+  }
 
   /// Tells whether the record of `object` on the class level named by `passAndLevel` was already
   /// handled in that archive pass (see `gxArchive`).
@@ -66,6 +70,11 @@ class VELSTD_API gxPersistent {
 
   static constexpr std::uint32_t kMostChanges = 0x7fffffff;
 
-  mutable std::uint32_t tracking_ : 1 = 0;
-  mutable std::uint32_t changes_ : 31 = 0;
+  static constexpr std::uint32_t kOn = 0x80000000;
+
+  void count_() const noexcept;
+
+  // The top bit tells whether changes are counted, the others count them: several threads may fill
+  // memories, which report changes, at the same time.
+  mutable std::atomic<std::uint32_t> tracking_{0};
 };

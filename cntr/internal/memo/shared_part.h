@@ -1,0 +1,140 @@
+/// Large parts of a shape that are made on demand and never changed: lists and indexes.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <utility>
+
+/// Owns an object that any number of threads may make and read, or nothing.  Once made it is never
+/// changed, so copies of the shape share it, each with a count.
+///
+/// `drop`, assignment and destruction belong to operations that have the object to themselves.
+template <class T>
+class gx_Shared {
+ public:
+  gx_Shared() noexcept = default;
+  gx_Shared(const gx_Shared& o) noexcept : node_(o.counted_()) {}
+  gx_Shared(gx_Shared&& o) noexcept : node_(o.released_()) {}
+  gx_Shared& operator=(const gx_Shared& o) noexcept {
+    if (this != &o) put_(o.counted_());
+    return *this;
+  }
+  gx_Shared& operator=(gx_Shared&& o) noexcept {
+    if (this != &o) put_(o.released_());
+    return *this;
+  }
+  ~gx_Shared() { drop(); }
+
+  /// Returns the object, null where there is none yet.
+  const T* get() const noexcept {
+    Node* const node = node_.load(std::memory_order_acquire);
+    return isReal(node) ? &node->value : nullptr;
+  }
+
+  /// Returns the object, made by `make()` where there is none.  Threads that ask at the same time may
+  /// each make one; one of these is kept.
+  template <class Make>
+  const T& made(const Make& make) const {
+    if (const T* value = get()) return *value;
+    return publish_(new Node(make()), nullptr)->value;
+  }
+
+  /// Returns the object, made by `make()` where there is none and nobody is making it; null while
+  /// another thread does.  Where `make` throws, nobody is making it any more.
+  template <class Make>
+  const T* madeUnlessBusy(const Make& make) const {
+    if (const T* value = get()) return value;
+    Node* expected = nullptr;
+    if (!node_.compare_exchange_strong(expected, claim(), std::memory_order_acquire)) {
+      return isReal(expected) ? &expected->value : nullptr;
+    }
+    struct Guard {
+      ~Guard() {
+        Node* claimed = claim();
+        if (active) node.compare_exchange_strong(claimed, nullptr, std::memory_order_release);
+      }
+      std::atomic<Node*>& node;
+      bool active;
+    } guard{node_, true};
+    Node* const node = new Node(make());
+    guard.active = false;
+    return &publish_(node, claim())->value;
+  }
+
+  void drop() noexcept { put_(nullptr); }
+
+ private:
+  struct Node {
+    explicit Node(T&& made) : value(std::move(made)) {}
+
+    std::atomic<std::uint32_t> count{1};
+    T value;
+  };
+
+  // Stands in the place of the object while one thread makes it.  A number, not the address of
+  // something: it has to be the same in every library that this header is compiled into.
+  static Node* claim() noexcept {
+    return reinterpret_cast<Node*>(std::uintptr_t{1});  // NOLINT(performance-no-int-to-ptr)
+  }
+  static bool isReal(const Node* node) noexcept { return node != nullptr && node != claim(); }
+
+  // Puts the node in the place of nothing or of a claim, or drops it where a node has come before it.
+  Node* publish_(Node* node, Node* expected) const noexcept {
+    while (!node_.compare_exchange_weak(expected, node, std::memory_order_acq_rel,
+                                        std::memory_order_acquire)) {
+      if (isReal(expected)) {
+        delete node;
+        return expected;
+      }
+    }
+    return node;
+  }
+  Node* counted_() const noexcept {
+    Node* const node = node_.load(std::memory_order_acquire);
+    if (!isReal(node)) return nullptr;
+    node->count.fetch_add(1, std::memory_order_relaxed);
+    return node;
+  }
+  Node* released_() noexcept { return node_.exchange(nullptr, std::memory_order_relaxed); }
+  void put_(Node* node) noexcept {
+    Node* const old = node_.exchange(node, std::memory_order_relaxed);
+    if (isReal(old) && old->count.fetch_sub(1, std::memory_order_acq_rel) == 1) delete old;
+  }
+
+  mutable std::atomic<Node*> node_{nullptr};
+};
+
+/// Owns an object that guards itself, made by the first question and copied with the shape, or nothing.
+template <class T>
+class gx_Copied {
+ public:
+  gx_Copied() noexcept = default;
+  gx_Copied(const gx_Copied& o) : object_(o.get() == nullptr ? nullptr : new T(*o.get())) {}
+  gx_Copied(gx_Copied&& o) noexcept : object_(o.object_.exchange(nullptr, std::memory_order_relaxed)) {}
+  gx_Copied& operator=(gx_Copied o) noexcept {
+    T* const mine =
+        object_.exchange(o.object_.load(std::memory_order_relaxed), std::memory_order_relaxed);
+    o.object_.store(mine, std::memory_order_relaxed);
+    return *this;
+  }
+  ~gx_Copied() { drop(); }
+
+  /// Returns the object, null where there is none yet.
+  T* get() const noexcept { return object_.load(std::memory_order_acquire); }
+  /// Returns the object, made first where there is none.
+  T& made() const {
+    if (T* object = get()) return *object;
+    T* const mine = new T();
+    T* theirs = nullptr;
+    if (object_.compare_exchange_strong(theirs, mine, std::memory_order_acq_rel,
+                                        std::memory_order_acquire)) {
+      return *mine;
+    }
+    delete mine;
+    return *theirs;
+  }
+  void drop() noexcept { delete object_.exchange(nullptr, std::memory_order_relaxed); }
+
+ private:
+  mutable std::atomic<T*> object_{nullptr};
+};
