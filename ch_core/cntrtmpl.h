@@ -6,6 +6,7 @@
 
 #include <cntr/contour.h>
 #include <cntr/export.h>
+#include <cntr/internal/memo/published.h>
 #include <cntr/region.h>
 #include <cntr/regionst.h>
 #include <velip/edgelet.h>
@@ -130,8 +131,7 @@ class GXSHAPE_API gxContourT : public virtual gxContour {
     gxPtrHandle<gx2XformBase> dataFromPoints;  // null after default construction and moving from
     std::vector<T> data;                       // one for each point
     // The inverse, made when it is first needed; only loading another transform drops it.
-    mutable bool pointsFromDataValid = false;
-    mutable gxPtrHandle<gx2XformBase> pointsFromData;
+    gx_Once<gxPtrHandle_const<gx2XformBase>> pointsFromData;
   };
 
   static gx_Instantiator sExemplar;

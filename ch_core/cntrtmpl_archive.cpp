@@ -43,8 +43,7 @@ template <class T>
 void gxContourT<T>::serialize_(gxArchive& archive, unsigned char version) {
   if (version > kContourVersion) kEdgeletContourVersions.raise();
   if (archive.isLoading()) {
-    edges_.pointsFromDataValid = false;
-    edges_.pointsFromData = nullptr;
+    edges_.pointsFromData.drop();
     edges_.data.clear();
   }
   gxContour::dispatchSerialize(archive);

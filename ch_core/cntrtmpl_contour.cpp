@@ -132,11 +132,10 @@ T gxContourT<T>::datum(const gxVector<2>& point) const {
 
 template <class T>
 gxVector<2> gxContourT<T>::point(const T& edgelet) const {
-  if (!edges_.pointsFromDataValid) {
-    edges_.pointsFromData = edges_.dataFromPoints->inverseBase();
-    edges_.pointsFromDataValid = true;
-  }
-  return edges_.pointsFromData->mapPoint(edgelet.position());
+  if (const auto* inverse = edges_.pointsFromData.get()) return (*inverse)->mapPoint(edgelet.position());
+  const gxPtrHandle_const<gx2XformBase> inverse = edges_.dataFromPoints->inverseBase();
+  edges_.pointsFromData.publish(inverse);
+  return inverse->mapPoint(edgelet.position());
 }
 
 template <class T>

@@ -27,7 +27,13 @@ list(REMOVE_DUPLICATES rooms)
 
 foreach(room IN LISTS rooms)
   set(program gxshape_${room}_tests)
-  add_executable(${program} ${tests_of_${room}})
+  # What the tests of a folder share lies beside them; of support/, it is a library.
+  set(helpers)
+  if(NOT room STREQUAL "support")
+    file(GLOB helpers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/${room}/*.cpp")
+    list(FILTER helpers EXCLUDE REGEX "_test\\.cpp$|cgal_judge\\.cpp$")
+  endif()
+  add_executable(${program} ${tests_of_${room}} ${helpers})
   target_compile_options(${program} PRIVATE ${GXSHAPE_WARNINGS})
   target_link_libraries(${program} PRIVATE gxshape_test_support GTest::gtest_main)
   add_test(NAME ${room}

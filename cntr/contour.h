@@ -335,14 +335,13 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   const gx_EdgeIndex& edgeIndex_() const;
   /// Returns the smallest upright rectangle around the points, apart from the memory by transform.
   /// Throws: EmptyContour below 2 points.  Remembers: the rectangle.
-  const gxRect& uprightBox_() const {
-    if (!state_.memory.uprightBoxValid) computeUprightBox_();
-    return state_.memory.uprightBox;
-  }
+  gxRect uprightBox_() const;
+  /// Returns the radius of `encloseCircle(eFirstPoint)`, without the circle around it.
+  double radiusAroundFirst_() const;
   /// Returns the edge index if there is one, else null.
   const gx_EdgeIndex* edgeIndexIfMade_() const { return state_.memory.edgeIndex.get(); }
   /// Returns the watch over the points, which a set of regions keeps.
-  gx_Watch& watch_() const { return state_.memory.watch; }
+  const gx_Watch& watch_() const { return state_.memory.watch; }
 
  private:
   // Everything a contour is made of, so that copying and moving are the language's own.
@@ -351,13 +350,13 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
     bool closed = true;
     std::vector<gxVector<2>> points;
     long cachedVectorSize = 3;
-    mutable gx_ContourMemory memory;
+    gx_ContourMemory memory;
   };
 
   static gxPersistent* make();
   static gx_Instantiator sExemplar;
 
-  void computeUprightBox_() const;
+  const gx_EdgeList& edgeList_() const;
   bool treePays_(unsigned effort) const;
   void expectNearest_(std::size_t questions) const;
 

@@ -46,28 +46,35 @@ void circleAroundFirst(const std::vector<gxVector<2>>& points, gxCircle& circle)
 }  // namespace
 
 gxCircle gxContour::encloseCircle(gxContourDefs::DiameterMode mode) const {
-  gx_ContourMemory& memory = state_.memory;
+  const gx_ContourMemory& memory = state_.memory;
   const auto slot = static_cast<unsigned>(mode);
   if (slot >= memory.encloseCircles.size()) {
     throw gxContourDefs::BadParams(L"diameterMode is not one of the valid enums");
   }
-  if (!memory.encloseCircleValid[slot]) {
-    gx_countComputation(gx_Computation::eEncloseCircle);
-    gxCircle& circle = memory.encloseCircles[slot];
-    const std::vector<gxVector<2>>& points = state_.points;
-    if (mode == gxContourDefs::eAllPairs && indexPays_()) {
-      circleOf(points, gx_farthestPair(edgeIndex_(), points, isClosed()), circle);
-    } else if (mode == gxContourDefs::eAllPairs && points.size() <= kPairsPay) {
-      circleOf(points, farthestOfFew(points), circle);
-    } else if (mode == gxContourDefs::eAllPairs) {
-      // Of few points, an index is made faster than kept.
-      circleOf(points, gx_farthestPair(gx_EdgeIndex(points, isClosed()), points, isClosed()), circle);
-    } else {
-      circleAroundFirst(state_.points, circle);
-    }
-    memory.encloseCircleValid[slot] = true;
+  gx_ContourMemory::Circle known{};
+  if (memory.encloseCircles[slot].get(known)) return gxCircle({known[0], known[1]}, known[2]);
+  gx_countComputation(gx_Computation::eEncloseCircle);
+  const gx_ContourMemory::Circle& before = memory.circlesBefore[slot];
+  gxCircle circle({before[0], before[1]}, before[2]);
+  const std::vector<gxVector<2>>& points = state_.points;
+  if (mode == gxContourDefs::eAllPairs && indexPays_()) {
+    circleOf(points, gx_farthestPair(edgeIndex_(), points, isClosed()), circle);
+  } else if (mode == gxContourDefs::eAllPairs && points.size() <= kPairsPay) {
+    circleOf(points, farthestOfFew(points), circle);
+  } else if (mode == gxContourDefs::eAllPairs) {
+    // Of few points, an index is made faster than kept.
+    circleOf(points, gx_farthestPair(gx_EdgeIndex(points, isClosed()), points, isClosed()), circle);
+  } else {
+    circleAroundFirst(points, circle);
   }
-  return memory.encloseCircles[slot];
+  memory.encloseCircles[slot].set({circle.center().x(), circle.center().y(), circle.radius()});
+  return circle;
+}
+
+double gxContour::radiusAroundFirst_() const {
+  double radius = 0.0;
+  if (state_.memory.encloseCircles[gxContourDefs::eFirstPoint].get<2>(radius)) return radius;
+  return encloseCircle(gxContourDefs::eFirstPoint).radius();
 }
 
 double gxContour::diameter(gxContourDefs::DiameterMode mode) const {

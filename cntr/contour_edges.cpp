@@ -19,48 +19,43 @@ namespace {
 // Closer points coincide.
 constexpr double kCoincide = 1e-15;
 
+gx_EdgeList edgesOf(const std::vector<gxVector<2>>& points, bool closed) {
+  const std::size_t count = gx_edgeCount(points.size(), closed);
+  gx_EdgeList edges;
+  edges.segments.reserve(count);
+  edges.valid.resize(count);
+  gx_forEachEdge(points.size(), closed, [&](std::size_t from, std::size_t to, std::size_t k) {
+    const bool hasLength = !gfRealEq(points[from], points[to], kCoincide);
+    edges.segments.push_back(hasLength ? gxLineSeg(points[from], points[to]) : gxLineSeg());
+    edges.valid[k] = hasLength;
+  });
+  return edges;
+}
+
 }  // namespace
 
 void gxContour::computeLineSegs() const {
-  gx_ContourMemory& memory = state_.memory;
-  if (memory.segmentsValid) return;
-  gx_countComputation(gx_Computation::eEdges);
-
-  const std::vector<gxVector<2>>& points = state_.points;
-  const bool closed = isClosed();
-  const std::size_t count = gx_edgeCount(points.size(), closed);
-  std::vector<gxLineSeg> segments;
-  std::vector<bool> valid(count);
-  segments.reserve(count);
-  gx_forEachEdge(points.size(), closed, [&](std::size_t from, std::size_t to, std::size_t k) {
-    if (gfRealEq(points[from], points[to], kCoincide)) {
-      segments.emplace_back();
-      return;
-    }
-    segments.emplace_back(points[from], points[to]);
-    valid[k] = true;
-  });
-
-  memory.segments = std::move(segments);
-  memory.validLine = std::move(valid);
-  memory.segmentsValid = true;
+  lineSegs();
 }
 
 const std::vector<gxLineSeg>& gxContour::lineSegs() const {
-  computeLineSegs();
-  return state_.memory.segments;
+  return edgeList_().segments;
 }
 
 const std::vector<bool>& gxContour::validLine() const {
-  computeLineSegs();
-  return state_.memory.validLine;
+  return edgeList_().valid;
+}
+
+const gx_EdgeList& gxContour::edgeList_() const {
+  return state_.memory.edges.made([this] {
+    gx_countComputation(gx_Computation::eEdges);
+    return edgesOf(state_.points, isClosed());
+  });
 }
 
 const gx_EdgeIndex& gxContour::edgeIndex_() const {
-  auto& index = state_.memory.edgeIndex;
-  if (!index) {
+  return state_.memory.edgeIndex.made([this] {
     gx_countComputation(gx_Computation::eEdgeIndex);
-    index.made(state_.points, isClosed());
-  }
-  return *index.get();
+    return gx_EdgeIndex(state_.points, isClosed());
+  });
 }

@@ -9,11 +9,12 @@
 // by which other operations reject, is remembered by itself: transforms share keys, and a shear's
 // rectangle in its place would make them answer wrong.
 //
-// Both remember a bounded number of answers; see `gx_BoundedMemo`.
+// Both remember a bounded number of answers; see `gx_KeyedMemo`.
 #include <cntr/contour.h>
 #include <cntr/internal/memory/probe.h>
 #include <velstd/real_eq.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -109,9 +110,10 @@ gxRect mappedBox(const std::vector<gxVector<2>>& points, const gxXform<2>& xform
 long gxContour::extremalVertexIndex(const gxRadian& angle) const {
   checkEmptyContour();
   auto& memo = state_.memory.extremalVertices.made();
-  if (const long* known = memo.find(angle.toDouble())) return *known;
+  long index = -1;
+  if (memo.find(angle.toDouble(), index)) return index;
   gx_countComputation(gx_Computation::eExtremalVertex);
-  const long index = farthestAlong(state_.points, angle.toDouble());
+  index = farthestAlong(state_.points, angle.toDouble());
   memo.insert(angle.toDouble(), index, state_.cachedVectorSize);
   return index;
 }
@@ -126,16 +128,22 @@ gxVector<2> gxContour::extremalVertexPosition(const gxRadian& angle) const {
 gxRect gxContour::encloseRect(const gxXform<2>& xform) const {
   checkEmptyContour();
   auto& memo = state_.memory.encloseRects.made();
-  if (const gxRect* known = memo.find(xform)) return *known;
+  gxRect box;
+  if (memo.find(xform, box)) return box;
   gx_countComputation(gx_Computation::eEncloseRect);
-  const gxRect box = mappedBox(state_.points, xform);
+  box = mappedBox(state_.points, xform);
   memo.insert(xform, box, state_.cachedVectorSize);
   return box;
 }
 
-void gxContour::computeUprightBox_() const {
+gxRect gxContour::uprightBox_() const {
+  std::array<double, 4> corners{};
+  if (state_.memory.uprightBox.get(corners)) {
+    return gxRect::fromCorners({corners[0], corners[1]}, {corners[2], corners[3]});
+  }
   checkEmptyContour();
   gx_countComputation(gx_Computation::eUprightBox);
-  state_.memory.uprightBox = boxOf(state_.points, [](const gxVector<2>& p) { return p; });
-  state_.memory.uprightBoxValid = true;
+  const gxRect box = boxOf(state_.points, [](const gxVector<2>& p) { return p; });
+  state_.memory.uprightBox.set({box.origin().x(), box.origin().y(), box.corner().x(), box.corner().y()});
+  return box;
 }

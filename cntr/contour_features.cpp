@@ -9,6 +9,7 @@
 #include <cntr/shapestat.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace {
@@ -44,38 +45,33 @@ double medianEdgeLength(const std::vector<gxVector<2>>& points, bool closed) {
 
 gxVector<2> gxContour::meanPosition() const {
   checkEmptyContour();
-  gx_ContourMemory& memory = state_.memory;
-  if (!memory.meanPositionValid) {
-    gx_countComputation(gx_Computation::eMeanPosition);
-    memory.meanPosition = meanOfEdges(state_.points, isClosed());
-    memory.meanPositionValid = true;
-  }
-  return memory.meanPosition;
+  std::array<double, 2> known{};
+  if (state_.memory.meanPosition.get(known)) return {known[0], known[1]};
+  gx_countComputation(gx_Computation::eMeanPosition);
+  const gxVector<2> mean = meanOfEdges(state_.points, isClosed());
+  state_.memory.meanPosition.set({mean.x(), mean.y()});
+  return mean;
 }
 
 double gxContour::medianFeatureSize() const {
   checkEmptyContour();
-  gx_ContourMemory& memory = state_.memory;
-  if (!memory.medianFeatureSizeValid) {
-    gx_countComputation(gx_Computation::eMedianFeatureSize);
-    memory.medianFeatureSize = medianEdgeLength(state_.points, isClosed());
-    memory.medianFeatureSizeValid = true;
-  }
-  return memory.medianFeatureSize;
+  double median = 0.0;
+  if (state_.memory.medianFeatureSize.get<0>(median)) return median;
+  gx_countComputation(gx_Computation::eMedianFeatureSize);
+  median = medianEdgeLength(state_.points, isClosed());
+  state_.memory.medianFeatureSize.set({median});
+  return median;
 }
 
 void gxContour::fitEllipse(gxEllipse& ellipse, double& residual) const {
   checkEmptyContour();
-  gx_ContourMemory& memory = state_.memory;
-  if (!memory.ellipseValid) {
+  const gx_Fit& fit = state_.memory.ellipse.made([this] {
     gx_countComputation(gx_Computation::eFitEllipse);
-    gxEllipse fitted;
-    double fittedResidual = 0.0;
-    gf_FitEllipse(state_.points, fitted, fittedResidual);
-    memory.ellipse = fitted;
-    memory.ellipseResidual = fittedResidual;
-    memory.ellipseValid = true;
-  }
-  ellipse = memory.ellipse;
-  residual = memory.ellipseResidual;
+    gx_Fit fitted;
+    gf_FitEllipse(state_.points, fitted.ellipse, fitted.residual);
+    return fitted;
+  });
+  const double known = fit.residual;
+  ellipse = fit.ellipse;
+  residual = known;
 }

@@ -6,13 +6,15 @@
 
 void gxContour::convexHull(gxRegion& hull) const {
   checkEmptyContour();
-  gx_ContourMemory& memory = state_.memory;
-  if (!memory.convexHullValid) {
+  gxPtrHandle_const<gxRegion> known;  // of our own, because `hull` may be this contour
+  if (const auto* published = state_.memory.convexHull.get()) {
+    known = *published;
+  } else {
     gx_countComputation(gx_Computation::eConvexHull);
     std::vector<gxVector<2>> corners;
     gfConvexHull(state_.points, corners);
-    memory.convexHull = gxPtrHandle_const<gxRegion>(new gxRegion(corners, gxContourDefs::eNone));
-    memory.convexHullValid = true;
+    known = gfMakeHandle<gxRegion>(corners, gxContourDefs::eNone);
+    state_.memory.convexHull.publish(known);
   }
-  hull = *memory.convexHull;
+  hull = *known;
 }

@@ -59,14 +59,14 @@ std::vector<gxVector<2>> gxContour::intersections(const gxContour& other) const 
   const std::vector<gxVector<2>>& theirs = other.state_.points;
   std::vector<gxVector<2>> result;
   if (other.indexPays_()) {
-    const gxRect& box = uprightBox_();
+    const gxRect box = uprightBox_();
     gx_findCrossings(edgeIndex_(), state_.points, isClosed(), box, other.edgeIndex_(), theirs,
                      other.isClosed(), result);
     return result;
   }
   if (!indexPays_()) {
     if (gx_edgeCount(theirs.size(), other.isClosed()) == 0) return result;
-    const gxRect& box = uprightBox_();
+    const gxRect box = uprightBox_();
     gx_findCrossingsOfFew(state_.points, isClosed(), box, theirs, other.isClosed(), result);
     return result;
   }
@@ -79,17 +79,16 @@ std::vector<gxVector<2>> gxContour::intersections(const gxContour& other) const 
 
 bool gxContour::isSelfIntersecting() const {
   if (state_.points.size() < 2) return false;  // a point that is not finite would make an edge
-  gx_ContourMemory& memory = state_.memory;
-  if (memory.selfIntersectingValid) return memory.selfIntersecting;
-  gx_countComputation(gx_Computation::eSelfIntersection);
   bool crosses = false;
+  if (state_.memory.selfIntersecting.get(crosses)) return crosses;
+  gx_countComputation(gx_Computation::eSelfIntersection);
+  crosses = false;
   if (gx_hasEdgeOfLength(state_.points, isClosed())) {
     checkEmptyContour();
-    const gxRect& box = uprightBox_();
+    const gxRect box = uprightBox_();
     crosses = indexPays_() ? gx_crossesItself(edgeIndex_(), state_.points, isClosed(), box)
                            : gx_fewCrossThemselves(state_.points, isClosed(), box);
   }
-  memory.selfIntersecting = crosses;
-  memory.selfIntersectingValid = true;
+  state_.memory.selfIntersecting.set(crosses);
   return crosses;
 }

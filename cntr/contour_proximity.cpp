@@ -41,28 +41,27 @@ gxVector<2> nearestOnEdge(const gxLineSeg& edge, const gxVector<2>& point) {
 
 double gxContour::length() const {
   if (state_.points.empty()) return 0.0;
-  gx_ContourMemory& memory = state_.memory;
-  if (!memory.lengthValid) {
-    gx_countComputation(gx_Computation::eLength);
-    memory.length = lengthOf(state_.points, isClosed());
-    memory.lengthValid = true;
-  }
-  return memory.length;
+  double length = 0.0;
+  if (state_.memory.length.get<0>(length)) return length;
+  gx_countComputation(gx_Computation::eLength);
+  length = lengthOf(state_.points, isClosed());
+  state_.memory.length.set({length});
+  return length;
 }
 
 // Tells whether the tree is there, or has become worth its making: else the question about to be answered
 // counts.
 bool gxContour::treePays_(unsigned effort) const {
   if (!indexPays_()) return false;
-  unsigned& spent = state_.memory.nearestEffort;
-  if (spent >= kTreeEffort) return true;
-  spent += effort;
+  const gx_Effort& spent = state_.memory.nearestEffort;
+  if (spent.spent() >= kTreeEffort) return true;
+  spent.add(effort);
   return false;
 }
 
 // Makes the tree pay at once for many questions.
 void gxContour::expectNearest_(std::size_t questions) const {
-  if (questions >= kTreeEffort) state_.memory.nearestEffort = kTreeEffort;
+  if (questions >= kTreeEffort) state_.memory.nearestEffort.set(kTreeEffort);
 }
 
 gxVector<2> gxContour::closestPoint(const gxVector<2>& point, bool vertexOnly) const {

@@ -29,22 +29,6 @@ std::vector<int> verticesAtFiniteDistance(const std::vector<gxVector<2>>& points
   return found;
 }
 
-// Returns what is known of the tolerance, last in the list, which is in the order of use.
-gx_VertexLookup& lastUsed(std::vector<gx_VertexLookup>& lookups, double tolerance, long limit) {
-  const auto known = std::find_if(lookups.rbegin(), lookups.rend(), [tolerance](const auto& lookup) {
-    return lookup.tolerance == tolerance;
-  });
-  if (known != lookups.rend()) {
-    std::rotate(known.base() - 1, known.base(), lookups.end());
-  } else if (static_cast<long>(lookups.size()) <= limit) {
-    lookups.push_back({tolerance, 0, {}});
-  } else {
-    std::rotate(lookups.begin(), lookups.begin() + 1, lookups.end());
-    lookups.back() = {tolerance, 0, {}};
-  }
-  return lookups.back();
-}
-
 }  // namespace
 
 std::vector<int> gxContour::vertexIndex(const gxVector<2>& point, double tolerance) const {
@@ -53,14 +37,18 @@ std::vector<int> gxContour::vertexIndex(const gxVector<2>& point, double toleran
   if (tolerance == std::numeric_limits<double>::infinity()) {
     return verticesAtFiniteDistance(state_.points, point);
   }
-  gx_VertexLookup& lookup = lastUsed(state_.memory.vertexLookups, tolerance, state_.cachedVectorSize);
-  if (!lookup.grid && lookup.questions < kPlainQuestions) {
-    ++lookup.questions;
+  const auto lookup = state_.memory.vertexLookups.made().used(tolerance, state_.cachedVectorSize);
+  const gx_VertexGrid* grid = lookup->grid.get();
+  if (grid == nullptr && lookup->questions.spent() < kPlainQuestions) {
+    lookup->questions.add(1);
     return gx_VertexGrid::scan(state_.points, tolerance, point);
   }
-  if (!lookup.grid) {
-    gx_countComputation(gx_Computation::eVertexGrid);
-    lookup.grid.made(state_.points, tolerance);
+  if (grid == nullptr) {
+    grid = lookup->grid.madeUnlessBusy([&] {
+      gx_countComputation(gx_Computation::eVertexGrid);
+      return gx_VertexGrid(state_.points, tolerance);
+    });
   }
-  return lookup.grid.get()->near(state_.points, point);
+  if (grid == nullptr) return gx_VertexGrid::scan(state_.points, tolerance, point);
+  return grid->near(state_.points, point);
 }

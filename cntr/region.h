@@ -4,6 +4,7 @@
 #include <cntr/contour.h>
 #include <cntr/internal/memory/region_memory.h>
 
+#include <cstdint>
 #include <initializer_list>
 #include <vector>
 
@@ -249,6 +250,9 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   void takeOver_(gxRegion& source);
   void applyMode_(gxContourDefs::IntersectionMode mode);
   void checkHoles_(const std::vector<HoleHandle>& holes) const;
+  double outlineArea_() const;
+  gxVector<2> outlineCenter_() const;
+  void countRays_(std::uint64_t effort) const;
   const gx_ContainmentGrid* containment_() const;
   bool isInOutline_(const gxVector<2>& point) const;
   bool isOutsideHoles_(const gxVector<2>& point) const;
@@ -257,5 +261,5 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   gxRegion rebuilt_(const Outline& outline) const;
 
   std::vector<HoleHandle> holes_;
-  mutable gx_RegionMemory memory_;
+  gx_RegionMemory memory_;
 };

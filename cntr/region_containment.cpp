@@ -91,9 +91,15 @@ class Path {
 
 }  // namespace
 
+// Counts what rays cost while there is no grid.  With one, nothing is written, so that the threads that
+// ask keep the memory that they read.
+void gxRegion::countRays_(std::uint64_t effort) const {
+  if (memory_.containment.get() == nullptr) memory_.rayEffort.add(effort);
+}
+
 // The unit vector along the ray of step 4.
 gxVector<2> gxRegion::rayFrom_(const gxVector<2>& point) const {
-  memory_.rayEffort += kRayEffort;
+  countRays_(kRayEffort);
   const double wide = kPi / static_cast<double>(points().size());
   double before = 0.0;
   double gap = 0.0;
@@ -101,7 +107,7 @@ gxVector<2> gxRegion::rayFrom_(const gxVector<2>& point) const {
   if (indexPays_() && gx_firstWideGap(edgeIndex_(), points(), point, wide, before, gap)) {
     return throughGap();
   }
-  memory_.rayEffort += kAllDirectionsEffort * points().size();
+  countRays_(kAllDirectionsEffort * points().size());
   if (indexPays_() && gx_firstWideGapOfAll(points(), point, wide, before, gap)) return throughGap();
   return throughFirstWideGap(points(), point, wide);
 }
@@ -111,7 +117,7 @@ long gxRegion::insideCount(const gxVector<2>& point, bool bothWays) const {
   const bool onVertex = indexPays_() ? gx_isOnVertex(edgeIndex_(), points(), point, kOnVertex)
                                      : isOnVertex(points(), point);
   if (onVertex) return 1;
-  const double radius = encloseCircle(gxContourDefs::eFirstPoint).radius();
+  const double radius = radiusAroundFirst_();
   if (point.distance(points().front()) > radius) return 0;
   const gxVector<2> ray = rayFrom_(point) * (2.0 * radius);
   const auto crossings = [this, &point](const gxVector<2>& end) {
@@ -124,11 +130,10 @@ long gxRegion::insideCount(const gxVector<2>& point, bool bothWays) const {
 // The grid, made if there is none and it pays; null where it may not be used.
 const gx_ContainmentGrid* gxRegion::containment_() const {
   if (points().size() < 3) return nullptr;
-  if (!memory_.containment && memory_.rayEffort < kGridEffort * points().size()) return nullptr;
-  if (!memory_.containment) {
-    memory_.containment.made(points(), edgeIndex_(), encloseCircle(gxContourDefs::eFirstPoint).radius());
-  }
-  return memory_.containment.get();
+  if (const gx_ContainmentGrid* grid = memory_.containment.get()) return grid;
+  if (memory_.rayEffort.spent() < kGridEffort * points().size()) return nullptr;
+  return memory_.containment.madeUnlessBusy(
+      [this] { return gx_ContainmentGrid(points(), edgeIndex_(), radiusAroundFirst_()); });
 }
 
 bool gxRegion::isInOutline_(const gxVector<2>& point) const {
@@ -151,7 +156,7 @@ std::vector<bool> gxRegion::inside(const std::vector<gxVector<2>>& points, bool 
   const gx_ContainmentGrid* grid = nullptr;
   std::vector<bool> result(points.size());
   const std::uint64_t expected = points.empty() ? 0 : (points.size() - 1) * kRayEffort;
-  if (expected >= kGridEffort * this->points().size()) memory_.rayEffort += expected;
+  if (expected >= kGridEffort * this->points().size()) countRays_(expected);
   for (std::size_t i = 0; i < points.size(); ++i) {
     const gxVector<2>& point = points[i];
     if (grid == nullptr) grid = containment_();

@@ -9,51 +9,56 @@
 #include <cntr/region.h>
 #include <cntr/shapestat.h>
 
+#include <array>
+
 double gxRegion::area(bool considerHoles) const {
   checkEmptyContour();
-  if (!memory_.areaNoHolesValid && !(considerHoles && memory_.areaWithHolesValid)) {
-    gx_countComputation(gx_Computation::eArea);
-    memory_.areaNoHoles = gf_Area(points());
-    memory_.areaNoHolesValid = true;
-  }
-  if (!considerHoles) return memory_.areaNoHoles;
-  if (!memory_.areaWithHolesValid) {
-    gx_countComputation(gx_Computation::eAreaWithHoles);
-    double remaining = memory_.areaNoHoles;
-    for (const HoleHandle& hole : holes_) remaining = remaining - hole->area(false);
-    memory_.areaWithHoles = remaining;
-    memory_.areaWithHolesValid = true;
-  }
-  return memory_.areaWithHoles;
+  double known = 0.0;
+  if (considerHoles && memory_.areaWithHoles.get<0>(known)) return known;
+  const double outline = outlineArea_();
+  if (!considerHoles) return outline;
+  gx_countComputation(gx_Computation::eAreaWithHoles);
+  double remaining = outline;
+  for (const HoleHandle& hole : holes_) remaining = remaining - hole->area(false);
+  memory_.areaWithHoles.set({remaining});
+  return remaining;
+}
+
+double gxRegion::outlineArea_() const {
+  double area = 0.0;
+  if (memory_.areaNoHoles.get<0>(area)) return area;
+  gx_countComputation(gx_Computation::eArea);
+  area = gf_Area(points());
+  memory_.areaNoHoles.set({area});
+  return area;
 }
 
 gxVector<2> gxRegion::centerOfMass(bool considerHoles) const {
   checkEmptyContour();
-  if (considerHoles) {
-    if (memory_.centerWithHolesValid) return memory_.centerWithHoles;
-    gx_countComputation(gx_Computation::eCenterOfMassWithHoles);
-    const gxVector<2> outline = centerOfMass(false);
-    double remaining = area(false);
-    gxVector<2> sum = outline * remaining;
-    for (const HoleHandle& hole : holes_) {
-      sum -= hole->centerOfMass(false) * hole->area(false);
-      remaining = remaining - hole->area(false);
-    }
-    memory_.centerWithHoles = sum * (1.0 / remaining);
-    memory_.centerWithHolesValid = true;
-    return memory_.centerWithHoles;
+  std::array<double, 2> known{};
+  if (!considerHoles) return outlineCenter_();
+  if (memory_.centerWithHoles.get(known)) return {known[0], known[1]};
+  gx_countComputation(gx_Computation::eCenterOfMassWithHoles);
+  const gxVector<2> outline = outlineCenter_();
+  double remaining = outlineArea_();
+  gxVector<2> sum = outline * remaining;
+  for (const HoleHandle& hole : holes_) {
+    sum -= hole->centerOfMass(false) * hole->area(false);
+    remaining = remaining - hole->area(false);
   }
-  if (!memory_.centerNoHolesValid) {
-    gx_countComputation(gx_Computation::eCenterOfMass);
-    const gx_CentreAndArea both = gx_centreAndArea(points());
-    memory_.centerNoHoles = both.centre;
-    memory_.centerNoHolesValid = true;
-    if (both.areaIsKnown) {
-      memory_.areaNoHoles = both.area;
-      memory_.areaNoHolesValid = true;
-    }
-  }
-  return memory_.centerNoHoles;
+  const gxVector<2> center = sum * (1.0 / remaining);
+  memory_.centerWithHoles.set({center.x(), center.y()});
+  return center;
+}
+
+gxVector<2> gxRegion::outlineCenter_() const {
+  std::array<double, 2> known{};
+  if (memory_.centerNoHoles.get(known)) return {known[0], known[1]};
+  gx_countComputation(gx_Computation::eCenterOfMass);
+  const gx_CentreAndArea both = gx_centreAndArea(points());
+  memory_.centerNoHoles.set({both.centre.x(), both.centre.y()});
+  if (both.areaIsKnown) memory_.areaNoHoles.set({both.area});
+  return both.centre;
 }
 
 gxMatrix<2> gxRegion::inertiaMatrix(bool considerHoles) const {
@@ -61,10 +66,10 @@ gxMatrix<2> gxRegion::inertiaMatrix(bool considerHoles) const {
   if (considerHoles && !holes_.empty()) {
     throw gxContourDefs::BadParams(L"inertiaMatrix(considerHoles) is not implemented");
   }
-  if (!memory_.inertiaNoHolesValid) {
-    gx_countComputation(gx_Computation::eInertiaMatrix);
-    memory_.inertiaNoHoles = gf_InertiaDataPolygon(points()).inertiaMatrix();
-    memory_.inertiaNoHolesValid = true;
-  }
-  return memory_.inertiaNoHoles;
+  std::array<double, 4> known{};
+  if (memory_.inertiaNoHoles.get(known)) return {known[0], known[1], known[2], known[3]};
+  gx_countComputation(gx_Computation::eInertiaMatrix);
+  const gxMatrix<2> matrix = gf_InertiaDataPolygon(points()).inertiaMatrix();
+  memory_.inertiaNoHoles.set({matrix.m00(), matrix.m01(), matrix.m10(), matrix.m11()});
+  return matrix;
 }

@@ -47,15 +47,17 @@ void gxRegion::regularize(gxRegion& result) const {
     result = *this;
     return;
   }
-  if (!memory_.regularizedValid) {
+  gxPtrHandle_const<gxRegion> known;  // of our own, because `result` may own or be this one
+  if (const auto* published = memory_.regularized.get()) {
+    known = *published;
+  } else {
     gx_countComputation(gx_Computation::eRegularize);
-    gxPtrHandle<gxRegion> repaired(new gxRegion);
-    memory_.regularized = repaired;
-    outerHullRegularize(*repaired, false);
-    memory_.regularizedValid = true;
+    const auto made = gfMakeHandle<gxRegion>();
+    outerHullRegularize(*made, false);
+    memory_.regularized.publish(made);
+    known = made;
   }
-  const gxPtrHandle_const<gxRegion> repaired = memory_.regularized;
-  result = *repaired;
+  result = *known;
 }
 
 void gxRegion::outerHull(gxRegion& result) const {
@@ -63,15 +65,17 @@ void gxRegion::outerHull(gxRegion& result) const {
     result = *this;
     return;
   }
-  if (!memory_.outerHullValid) {
+  gxPtrHandle_const<gxRegion> known;  // of our own, because `result` may own or be this one
+  if (const auto* published = memory_.outerHull.get()) {
+    known = *published;
+  } else {
     gx_countComputation(gx_Computation::eOuterHull);
-    gxPtrHandle<gxRegion> hull(new gxRegion);
-    memory_.outerHull = hull;
-    outerHullRegularize(*hull, true);
-    memory_.outerHullValid = true;
+    const auto made = gfMakeHandle<gxRegion>();
+    outerHullRegularize(*made, true);
+    memory_.outerHull.publish(made);
+    known = made;
   }
-  const gxPtrHandle_const<gxRegion> hull = memory_.outerHull;
-  result = *hull;
+  result = *known;
 }
 
 void gxRegion::outerHullRegularize(gxRegion& result, bool hull) const {

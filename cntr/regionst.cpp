@@ -160,7 +160,7 @@ void gxRegionSet::applyMode_(gxContourDefs::IntersectionMode mode) {
 void gxRegionSet::setRegions(const std::vector<RegionHandle>& regions) {
   std::vector<RegionHandle> copy(regions);
   state_.regions.swap(copy);
-  state_.memory.dropIndex();
+  state_.memory.index.drop();
 }
 
 void gxRegionSet::cachedVectorSize(long size) {

@@ -218,7 +218,7 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   struct State {
     std::vector<RegionHandle> regions;
     long cachedVectorSize = 3;
-    mutable gx_RegionSetMemory memory;
+    gx_RegionSetMemory memory;
   };
 
   static gxPersistent* make();
@@ -227,7 +227,7 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   void applyMode_(gxContourDefs::IntersectionMode mode);
   void regionsChanged_(gxContourDefs::IntersectionMode mode);
   bool computeSelfIntersecting_() const;
-  gx_RegionIndex* index_() const;
+  const gx_RegionIndex* index_() const;
   double distToPointOneByOne_(const gxVector<2>& point, bool vertexOnly, bool considerHoles,
                               bool insideIsZero) const;
   static void mergeWhereTheyMeet_(std::vector<RegionHandle>& work);

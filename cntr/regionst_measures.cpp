@@ -10,6 +10,7 @@
 #include <cntr/regionst.h>
 #include <cntr/shapestat.h>
 
+#include <array>
 #include <cmath>
 
 namespace {
@@ -51,51 +52,45 @@ gxRect commonRect(const Regions& regions, const gxXform<2>& xform) {
 }  // namespace
 
 double gxRegionSet::area(bool considerHoles) const {
-  gx_RegionSetMemory& memory = state_.memory;
-  bool& valid = considerHoles ? memory.areaWithHolesValid : memory.areaNoHolesValid;
-  double& area = considerHoles ? memory.areaWithHoles : memory.areaNoHoles;
-  if (valid) return area;
+  const auto& memo = considerHoles ? state_.memory.areaWithHoles : state_.memory.areaNoHoles;
+  double area = 0.0;
+  if (memo.get<0>(area)) return area;
   gx_countComputation(gx_Computation::eSetArea);
-  double sum = 0.0;
-  for (const RegionHandle& region : state_.regions) sum += region->area(considerHoles);
-  area = sum;
-  valid = true;
-  mutating_();
+  area = 0.0;
+  for (const RegionHandle& region : state_.regions) area += region->area(considerHoles);
+  if (memo.setFirst({area})) mutating_();
   return area;
 }
 
 gxVector<2> gxRegionSet::centerOfMass(bool considerHoles) const {
   checkEmptyRegionSet();
-  gx_RegionSetMemory& memory = state_.memory;
-  bool& valid = considerHoles ? memory.centerWithHolesValid : memory.centerNoHolesValid;
-  gxVector<2>& center = considerHoles ? memory.centerWithHoles : memory.centerNoHoles;
-  if (valid) return center;
+  const auto& memo = considerHoles ? state_.memory.centerWithHoles : state_.memory.centerNoHoles;
+  std::array<double, 2> known{};
+  if (memo.get(known)) return {known[0], known[1]};
   gx_countComputation(gx_Computation::eSetCenterOfMass);
-  center = commonCenter(state_.regions, considerHoles);
-  valid = true;
-  mutating_();
+  const gxVector<2> center = commonCenter(state_.regions, considerHoles);
+  if (memo.setFirst({center.x(), center.y()})) mutating_();
   return center;
 }
 
 gxMatrix<2> gxRegionSet::inertiaMatrix(bool considerHoles) const {
   checkEmptyRegionSet();
-  gx_RegionSetMemory& memory = state_.memory;
-  bool& valid = considerHoles ? memory.inertiaWithHolesValid : memory.inertiaNoHolesValid;
-  gxMatrix<2>& inertia = considerHoles ? memory.inertiaWithHoles : memory.inertiaNoHoles;
-  if (valid) return inertia;
+  const auto& memo = considerHoles ? state_.memory.inertiaWithHoles : state_.memory.inertiaNoHoles;
+  std::array<double, 4> known{};
+  if (memo.get(known)) return {known[0], known[1], known[2], known[3]};
   gx_countComputation(gx_Computation::eSetInertiaMatrix);
-  inertia = commonInertia(state_.regions, considerHoles);
-  valid = true;
-  mutating_();
+  const gxMatrix<2> inertia = commonInertia(state_.regions, considerHoles);
+  if (memo.setFirst({inertia.m00(), inertia.m01(), inertia.m10(), inertia.m11()})) mutating_();
   return inertia;
 }
 
 gxRect gxRegionSet::encloseRect(const gxXform<2>& xform) const {
   checkEmptyRegionSet();
   auto& memo = state_.memory.encloseRects.made();
-  if (const gxRect* known = memo.find(xform)) return *known;
+  gxRect rect;
+  if (memo.find(xform, rect)) return rect;
   gx_countComputation(gx_Computation::eSetEncloseRect);
-  const gxRect rect = commonRect(state_.regions, xform);
+  rect = commonRect(state_.regions, xform);
   memo.insert(xform, rect, state_.cachedVectorSize);
   mutating_();
   return rect;

@@ -10,13 +10,11 @@
 // One by one.  A region of many points whose box is farther away than the smallest distance so far
 // need not be asked for its own: it cannot be smaller, it does not hold the point, and such a region
 // cannot fail either (it has points enough, and no holes).
-#include <cntr/internal/memory/probe.h>
 #include <cntr/regionst.h>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <memory>
 
 namespace {
 
@@ -25,29 +23,15 @@ constexpr std::size_t kIndexPays = 16;
 
 }  // namespace
 
-// The index, made if it is time to; null while there is none.  Every time that a region changes doubles
-// the number of questions up to the next index, so that making it costs no more than asking.
-gx_RegionIndex* gxRegionSet::index_() const {
-  if (state_.regions.size() < kIndexPays) return nullptr;
-  gx_RegionSetMemory& memory = state_.memory;
-  ++memory.questions;
-  if (memory.index != nullptr) {
-    if (memory.index->holds(state_.regions)) return memory.index.get();
-    memory.index.reset();
-  }
-  if (memory.questions < memory.nextTry) return nullptr;
-  memory.nextTry = memory.questions + std::max(memory.questions, gx_RegionSetMemory::kFirstTry);
-  gx_countComputation(gx_Computation::eSetIndex);
-  memory.index = std::make_shared<gx_RegionIndex>(state_.regions);
-  return memory.index.get();
+// The index where there is one, or time to make it; else null.
+const gx_RegionIndex* gxRegionSet::index_() const {
+  return state_.regions.size() < kIndexPays ? nullptr : state_.memory.index.get(state_.regions);
 }
 
 bool gxRegionSet::inside(const gxVector<2>& point, bool considerHoles) const {
-  if (gx_RegionIndex* index = index_()) {
-    for (const std::size_t i : index->thatMayHold(point)) {
-      if (state_.regions[i]->inside(point, considerHoles)) return true;
-    }
-    return false;
+  if (const gx_RegionIndex* index = index_()) {
+    return index->anyThatMayHold(
+        point, [&](std::size_t i) { return state_.regions[i]->inside(point, considerHoles); });
   }
   for (const RegionHandle& region : state_.regions) {
     if (region->inside(point, considerHoles)) return true;

@@ -111,13 +111,12 @@ class Neighbours {
 
 bool gxRegionSet::isSelfIntersecting() const {
   if (state_.regions.empty()) return false;
-  gx_RegionSetMemory& memory = state_.memory;
-  if (memory.selfIntersectingValid) return memory.selfIntersecting;
+  bool crosses = false;
+  if (state_.memory.selfIntersecting.get(crosses)) return crosses;
   gx_countComputation(gx_Computation::eSetSelfIntersection);
-  memory.selfIntersecting = computeSelfIntersecting_();
-  memory.selfIntersectingValid = true;
-  mutating_();
-  return memory.selfIntersecting;
+  crosses = computeSelfIntersecting_();
+  if (state_.memory.selfIntersecting.set(crosses)) mutating_();
+  return crosses;
 }
 
 // Every outline is asked about itself, also after one said yes; the pairs only up to the first that
@@ -144,16 +143,17 @@ void gxRegionSet::regularize(gxRegionSet& result) const {
     result = *this;
     return;
   }
-  if (!state_.memory.regularizedValid) {
+  gxPtrHandle_const<gxRegionSet> known;  // of our own, because `result` may own or be this one
+  if (const auto* published = state_.memory.regularizedSet.get()) {
+    known = *published;
+  } else {
     gx_countComputation(gx_Computation::eSetRegularize);
-    const gxPtrHandle<gxRegionSet> repaired(new gxRegionSet);
-    state_.memory.regularizedSet = repaired;
-    outerHullRegularize(*repaired, false);
-    state_.memory.regularizedValid = true;
-    mutating_();
+    const auto made = gfMakeHandle<gxRegionSet>();
+    outerHullRegularize(*made, false);
+    if (state_.memory.regularizedSet.publish(made)) mutating_();
+    known = made;
   }
-  const gxPtrHandle_const<gxRegionSet> repaired = state_.memory.regularizedSet;
-  result = *repaired;
+  result = *known;
 }
 
 void gxRegionSet::outerHull(gxRegionSet& result) const {
@@ -161,16 +161,17 @@ void gxRegionSet::outerHull(gxRegionSet& result) const {
     result = *this;
     return;
   }
-  if (!state_.memory.outerHullValid) {
+  gxPtrHandle_const<gxRegionSet> known;  // of our own, because `result` may own or be this one
+  if (const auto* published = state_.memory.outerHullSet.get()) {
+    known = *published;
+  } else {
     gx_countComputation(gx_Computation::eSetOuterHull);
-    const gxPtrHandle<gxRegionSet> hull(new gxRegionSet);
-    state_.memory.outerHullSet = hull;
-    outerHullRegularize(*hull, true);
-    state_.memory.outerHullValid = true;
-    mutating_();
+    const auto made = gfMakeHandle<gxRegionSet>();
+    outerHullRegularize(*made, true);
+    if (state_.memory.outerHullSet.publish(made)) mutating_();
+    known = made;
   }
-  const gxPtrHandle_const<gxRegionSet> hull = state_.memory.outerHullSet;
-  result = *hull;
+  result = *known;
 }
 
 void gxRegionSet::outerHullRegularize(gxRegionSet& result, bool hull) const {

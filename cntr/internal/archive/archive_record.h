@@ -65,5 +65,5 @@ inline void gf_SerializeCachedVectorSize(gxArchive& archive, const char* field, 
   long number = size;
   archive.field(field) || number;
   if (number < 0) throw gxArchive::BadFormat(L"a negative cachedVectorSize");
-  size = number;
+  if (archive.isLoading()) size = number;
 }

@@ -3,7 +3,7 @@
 
 #include <cntr/export.h>
 #include <cntr/internal/index/slab_tree.h>
-#include <cntr/internal/outline/deep_ptr.h>
+#include <cntr/internal/memo/shared_part.h>
 #include <velstd/rect.h>
 #include <velstd/vector.h>
 
@@ -74,9 +74,10 @@ class GXSHAPE_API gx_EdgeIndex {
   bool hasNaN() const { return hasNaN_; }
 
   /// Returns the tree of slabs over the same points, made by the first call; null where a coordinate
-  /// is NaN.
+  /// is NaN, and while another thread is making it.
   const gx_SlabTree* slabs(const std::vector<gxVector<2>>& points, bool closed) const {
-    return hasNaN_ ? nullptr : &slabs_.made(points, closed, bounds_);
+    if (hasNaN_) return nullptr;
+    return slabs_.madeUnlessBusy([&] { return gx_SlabTree(points, closed, bounds_); });
   }
 
   /// Returns the number of levels above the edges; level 0 holds the leaves.
@@ -154,5 +155,5 @@ class GXSHAPE_API gx_EdgeIndex {
   gx_Box bounds_;
   std::vector<std::size_t> starts_;  // where each level begins in `boxes_`, and the end of the last
   std::vector<gx_Box> boxes_;
-  mutable gx_DeepPtr<gx_SlabTree> slabs_;
+  gx_Shared<gx_SlabTree> slabs_;
 };

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cntr/export.h>
-#include <cntr/internal/outline/deep_ptr.h>
 #include <velstd/vector.h>
 
 #include <cstddef>
@@ -50,11 +49,4 @@ class GXSHAPE_API gx_VertexGrid {
   double firstColumn_ = 0.0;
   double groupsPerColumn_ = 0.0;
   std::vector<std::uint32_t> groups_;
-};
-
-/// What a contour knows of a tolerance that its vertices were looked up with.
-struct gx_VertexLookup {
-  double tolerance = 0.0;
-  unsigned questions = 0;          // answered by looking at every vertex, before there was a grid
-  gx_DeepPtr<gx_VertexGrid> grid;  // made when the questions have cost as much as it does
 };

@@ -2,16 +2,15 @@
 #pragma once
 
 #include <cntr/internal/index/edge_index.h>
-#include <cntr/internal/index/vertex_grid.h>
-#include <cntr/internal/memory/bounded_memo.h>
+#include <cntr/internal/memo/keyed_memo.h>
+#include <cntr/internal/memo/published.h>
+#include <cntr/internal/memo/shared_part.h>
+#include <cntr/internal/memory/vertex_lookups.h>
 #include <cntr/internal/memory/watch.h>
-#include <cntr/internal/outline/deep_ptr.h>
-#include <velstd/circle.h>
 #include <velstd/ellipse.h>
 #include <velstd/handle.h>
 #include <velstd/line_seg.h>
 #include <velstd/rect.h>
-#include <velstd/vector.h>
 #include <velstd/xform.h>
 
 #include <array>
@@ -19,61 +18,55 @@
 
 class gxRegion;
 
-/// The results that a contour has computed, each beside the flag that says whether it holds for
-/// the present points.  A flag is set only after its computation returned, and all are dropped by
-/// one call, `drop`, so that a stale value cannot be seen.  Copying a contour copies this with the
-/// language's own copy.
-struct gx_ContourMemory {
-  bool meanPositionValid = false;
-  gxVector<2> meanPosition;
+/// The edges, by edge number.
+struct gx_EdgeList {
+  std::vector<gxLineSeg> segments;  // a default one for an edge of no length
+  std::vector<bool> valid;          // false for an edge of no length
+};
 
-  bool lengthValid = false;
-  double length = 0.0;
-
-  // The hull is shared with copies of the contour.  It outlives the drop of its flag, until the
-  // next computation puts another in its place.
-  bool convexHullValid = false;
-  gxPtrHandle_const<gxRegion> convexHull;
-
-  // The upright rectangle of the points themselves, by which crossings and containment reject.  It
-  // stands apart from the answers by transform, one of which may be that of a shear under the
-  // identity's key.
-  bool uprightBoxValid = false;
-  gxRect uprightBox;
-
-  gx_DeepPtr<gx_BoundedMemo<gxXform<2>, gxRect, gx_XformKey>> encloseRects;
-
-  // One slot per diameter mode.  Dropping clears the flags and leaves the circles: a contour
-  // without two distinct points answers with the circle that stands in the slot.
-  std::array<bool, 2> encloseCircleValid{};
-  std::array<gxCircle, 2> encloseCircles;
-
-  gx_DeepPtr<gx_BoundedMemo<double, long, gx_AngleKey>> extremalVertices;
-
-  bool ellipseValid = false;
+/// An ellipse fitted to the points, with its residual.
+struct gx_Fit {
   gxEllipse ellipse;
-  double ellipseResidual = 0.0;
+  double residual = 0.0;
+};
 
-  bool selfIntersecting = false;
-  bool selfIntersectingValid = false;
+/// The results that a contour has computed for its present points.  A result is computed aside and then
+/// published (see `published.h`, `shared_part.h`, `keyed_memo.h`), by const operations and so by any
+/// number of threads; all are dropped by one call, `drop`, which belongs to operations that have the
+/// contour to themselves, so that a stale value cannot be seen.
+///
+/// A copy takes each result as known or unknown, whatever other threads are about to publish; nothing
+/// may be concluded from one result about another.
+struct gx_ContourMemory {
+  gx_Numbers<2> meanPosition;
+  gx_Numbers<1> length;
+  gx_Numbers<1> medianFeatureSize;
+  gx_YesNo selfIntersecting;
+  gx_Once<gxPtrHandle_const<gxRegion>> convexHull;  // shared with copies of the contour
+  gx_Shared<gx_Fit> ellipse;
+  gx_Shared<gx_EdgeList> edges;  // for derived classes that ask for them
 
-  // The edges, by edge number, for derived classes that ask for them.
-  bool segmentsValid = false;
-  std::vector<gxLineSeg> segments;
-  std::vector<bool> validLine;  // false for an edge of no length
+  // The upright rectangle of the points themselves, lowest and highest corner, by which crossings and
+  // containment reject.  It stands apart from the answers by transform, one of which may be that of a
+  // shear under the identity's key.
+  gx_Numbers<4> uprightBox;
+
+  gx_Copied<gx_KeyedMemo<gxXform<2>, gxRect, gx_XformKey>> encloseRects;
+  gx_Copied<gx_KeyedMemo<double, long, gx_AngleKey>> extremalVertices;
+
+  // One circle for each diameter mode, centre and radius.  A contour without two distinct points answers
+  // with the circle that stood there for the points before, which `drop` alone writes.
+  using Circle = std::array<double, 3>;
+  std::array<gx_Numbers<3>, 2> encloseCircles;
+  std::array<Circle, 2> circlesBefore{};
 
   // The tree of boxes over the edges, made by the first question that it pays for.
-  gx_DeepPtr<gx_EdgeIndex> edgeIndex;
-
+  gx_Shared<gx_EdgeIndex> edgeIndex;
   // What looking for the nearest edge or vertex has cost before there was a tree for it, about, in
   // nanoseconds a point.
-  unsigned nearestEffort = 0;
+  gx_Effort nearestEffort;
 
-  bool medianFeatureSizeValid = false;
-  double medianFeatureSize = 0.0;
-
-  // What is known of each tolerance that vertices were looked up with, in the order of first use.
-  std::vector<gx_VertexLookup> vertexLookups;
+  gx_Copied<gx_VertexLookups> vertexLookups;
 
   // Whether somebody relies on the points, and is to hear when they change.  Does not go along with a
   // copy or a move.
@@ -82,22 +75,23 @@ struct gx_ContourMemory {
   /// Forgets every result.
   void drop() noexcept {
     watch.changed();
-    uprightBoxValid = false;
-    encloseRects.reset();
-    extremalVertices.reset();
-    std::vector<gx_VertexLookup>().swap(vertexLookups);
-    edgeIndex.reset();
-    nearestEffort = 0;
-    meanPositionValid = false;
-    lengthValid = false;
-    length = 0.0;
-    convexHullValid = false;
-    encloseCircleValid = {};
-    ellipseValid = false;
-    ellipseResidual = 0.0;
-    selfIntersectingValid = false;
-    segmentsValid = false;
-    medianFeatureSizeValid = false;
-    medianFeatureSize = 0.0;
+    for (std::size_t mode = 0; mode < encloseCircles.size(); ++mode) {
+      Circle circle{};
+      if (encloseCircles[mode].get(circle)) circlesBefore[mode] = circle;
+      encloseCircles[mode].drop();
+    }
+    meanPosition.drop();
+    length.drop();
+    medianFeatureSize.drop();
+    selfIntersecting.drop();
+    convexHull.drop();
+    ellipse.drop();
+    edges.drop();
+    uprightBox.drop();
+    encloseRects.drop();
+    extremalVertices.drop();
+    edgeIndex.drop();
+    nearestEffort.drop();
+    vertexLookups.drop();
   }
 };

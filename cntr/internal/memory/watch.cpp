@@ -16,6 +16,6 @@ std::uint64_t gx_Watch::epoch() noexcept {
 }
 
 void gx_Watch::count_() noexcept {
-  since_ = 0;
+  since_.store(0, std::memory_order_relaxed);
   changes.fetch_add(1, std::memory_order_relaxed);
 }

@@ -3,6 +3,7 @@
 
 #include <cntr/export.h>
 
+#include <atomic>
 #include <cstdint>
 
 /// A watch over a value that lies beside it, for owners of many such values who keep something made
@@ -36,19 +37,25 @@ class GXSHAPE_API gx_Watch {
   static std::uint64_t epoch() noexcept;
 
   /// Watches the value from now on.
-  void begin() noexcept {
-    if (since_ == 0) since_ = epoch();
+  void begin() const noexcept {
+    if (isOn()) return;
+    std::uint64_t expected = 0;
+    since_.compare_exchange_strong(expected, epoch(), std::memory_order_release,
+                                   std::memory_order_relaxed);
   }
   /// Notes a change of the value; it is not watched then.
   void changed() noexcept {
-    if (since_ != 0) count_();
+    if (isOn()) count_();
   }
-  bool isOn() const noexcept { return since_ != 0; }
+  bool isOn() const noexcept { return since_.load(std::memory_order_relaxed) != 0; }
   /// Tells whether the value is watched and has not changed since that epoch.
-  bool sameSince(std::uint64_t epoch) const noexcept { return since_ != 0 && since_ <= epoch; }
+  bool sameSince(std::uint64_t epoch) const noexcept {
+    const std::uint64_t since = since_.load(std::memory_order_acquire);
+    return since != 0 && since <= epoch;
+  }
 
  private:
   void count_() noexcept;
 
-  std::uint64_t since_ = 0;  // the epoch at which watching began, 0 when not watched
+  mutable std::atomic<std::uint64_t> since_{0};  // the epoch at which watching began, 0 when not watched
 };

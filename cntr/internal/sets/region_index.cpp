@@ -64,26 +64,14 @@ gx_RegionIndex::gx_RegionIndex(const std::vector<Handle>& regions)
   for (const Handle& region : regions) {
     if (!region.isNull()) region->watch_().begin();
   }
-  madeAt_ = checkedAt_ = gx_Watch::epoch();
+  madeAt_ = gx_Watch::epoch();
 }
 
-bool gx_RegionIndex::holds(const std::vector<Handle>& regions) {
-  if (regions.size() != count_) return false;
-  const std::uint64_t now = gx_Watch::epoch();
-  if (checkedAt_ == now) return true;
-  const bool same = std::all_of(regions.begin(), regions.end(), [this](const Handle& region) {
-    return region.isNull() || region->watch_().sameSince(madeAt_);
-  });
-  if (same) checkedAt_ = now;
-  return same;
-}
-
-const std::vector<std::size_t>& gx_RegionIndex::thatMayHold(const gxVector<2>& point) {
-  found_.assign(withoutBox_.begin(), withoutBox_.end());
-  inside_.forEachMeeting({point.x(), point.y(), point.x(), point.y()},
-                         [&](std::size_t i) { found_.push_back(insideNumbers_[i]); });
-  std::sort(found_.begin(), found_.end());
-  return found_;
+bool gx_RegionIndex::holds(const std::vector<Handle>& regions) const {
+  return regions.size() == count_ &&
+         std::all_of(regions.begin(), regions.end(), [this](const Handle& region) {
+           return region.isNull() || region->watch_().sameSince(madeAt_);
+         });
 }
 
 // A distance is computed from a foot on an edge that is off by a few units in the last place of the

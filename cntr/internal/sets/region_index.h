@@ -6,6 +6,9 @@
 #include <velstd/handle.h>
 #include <velstd/vector.h>
 
+#include <algorithm>
+#include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -26,11 +29,37 @@ class GXSHAPE_API gx_RegionIndex {
   explicit gx_RegionIndex(const std::vector<Handle>& regions);
 
   /// Tells whether every region still is what it was when the index was made.
-  bool holds(const std::vector<Handle>& regions);
+  bool holds(const std::vector<Handle>& regions) const;
+  /// Returns the epoch of the watches at which it was made.
+  std::uint64_t madeAt() const { return madeAt_; }
 
-  /// Returns, in ascending order and up to the next call, the regions that have to be asked whether
-  /// they hold the point; the others do not.
-  const std::vector<std::size_t>& thatMayHold(const gxVector<2>& point);
+  /// Count the sets that share the index, of which the first is the one that made it; the last one to let
+  /// go destroys it.
+  void acquire() const noexcept { owners_.fetch_add(1, std::memory_order_relaxed); }
+  void release() const noexcept {
+    if (owners_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+  }
+
+  /// Calls `visit(i)`, in ascending order, for the regions that have to be asked whether they hold the
+  /// point, until one visit returns true; tells whether one did.  The others do not hold it.
+  template <class Visit>
+  bool anyThatMayHold(const gxVector<2>& point, const Visit& visit) const {
+    std::array<std::size_t, kFew> few;
+    std::vector<std::size_t> many;
+    std::size_t count = 0;
+    const auto add = [&](std::size_t i) {
+      if (count < kFew) few[count] = i;
+      if (count == kFew) many.assign(few.begin(), few.end());
+      if (count >= kFew) many.push_back(i);
+      ++count;
+    };
+    std::for_each(withoutBox_.begin(), withoutBox_.end(), add);
+    inside_.forEachMeeting({point.x(), point.y(), point.x(), point.y()},
+                           [&](std::size_t i) { add(insideNumbers_[i]); });
+    std::size_t* const first = count <= kFew ? few.data() : many.data();
+    std::sort(first, first + count);
+    return std::any_of(first, first + count, visit);
+  }
 
   /// The regions whose distance has to be asked for always, in ascending order.
   const std::vector<std::size_t>& alwaysAsked() const { return alwaysAsked_; }
@@ -48,8 +77,11 @@ class GXSHAPE_API gx_RegionIndex {
   static bool surelyFarther(const gx_Box& box, const gxVector<2>& point, double limit);
 
  private:
-  std::uint64_t madeAt_ = 0;     // epochs of the watch
-  std::uint64_t checkedAt_ = 0;  // and nothing had changed then
+  // As many boxes usually hold a point at the most; more are put on the heap.
+  static constexpr std::size_t kFew = 16;
+
+  mutable std::atomic<std::uint32_t> owners_{1};
+  std::uint64_t madeAt_ = 0;
   std::size_t count_ = 0;
   std::vector<std::size_t> insideNumbers_;  // the regions of the boxes in `inside_`
   std::vector<std::size_t> withoutBox_;     // the others
@@ -57,5 +89,4 @@ class GXSHAPE_API gx_RegionIndex {
   std::vector<std::size_t> alwaysAsked_;
   gx_BoxTree inside_;
   gx_BoxTree near_;
-  std::vector<std::size_t> found_;  // kept from call to call, so that it need not be allocated
 };

@@ -306,41 +306,44 @@ TEST(ContourMemoryOfSeveralArguments, EachArgumentHasItsOwnAnswer) {
   EXPECT_EQ(circles.times(), 2);
 }
 
-TEST(ContourMemoryDrop, KeepsTheCirclesAndTheHullButNoFlag) {
+TEST(ContourMemoryDrop, KeepsTheCirclesForPointsThatHaveNoneAndNothingElse) {
   gx_ContourMemory memory;
-  memory.encloseCircles[0] = gxCircle(V(1, 2), 3);
-  memory.encloseCircleValid[0] = true;
-  memory.convexHull = gxPtrHandle_const<gxRegion>(new gxRegion(kOutline));
-  memory.convexHullValid = true;
-  memory.length = 5;
-  memory.lengthValid = true;
+  memory.encloseCircles[0].set({1, 2, 3});
+  const gxPtrHandle_const<gxRegion> hull(new gxRegion(kOutline));
+  memory.convexHull.publish(hull);
+  memory.length.set({5});
   memory.drop();
-  EXPECT_EQ(memory.encloseCircles[0], gxCircle(V(1, 2), 3));
-  EXPECT_FALSE(memory.encloseCircleValid[0]);
-  EXPECT_FALSE(memory.convexHull.isNull());
-  EXPECT_FALSE(memory.convexHullValid);
-  EXPECT_EQ(memory.length, 0.0);
-  EXPECT_FALSE(memory.lengthValid);
+  EXPECT_EQ(memory.circlesBefore[0], (gx_ContourMemory::Circle{1, 2, 3}));
+  EXPECT_EQ(memory.circlesBefore[1], gx_ContourMemory::Circle{});
+  EXPECT_FALSE(memory.encloseCircles[0].known());
+  EXPECT_EQ(memory.convexHull.get(), nullptr);
+  EXPECT_EQ(hull->refCount(), 1);
+  EXPECT_FALSE(memory.length.known());
+  memory.drop();  // nothing is known now: the circle of before stays
+  EXPECT_EQ(memory.circlesBefore[0], (gx_ContourMemory::Circle{1, 2, 3}));
 }
 
 TEST(ContourMemoryDrop, FreesTheAnswersByArgument) {
   gx_ContourMemory memory;
   memory.extremalVertices.made().insert(1.0, 2, 3);
   memory.encloseRects.made().insert(gxXform<2>(), gxRect(), 3);
-  memory.vertexLookups.resize(1);
+  memory.vertexLookups.made().used(1.0, 3);
   memory.drop();
   EXPECT_EQ(memory.extremalVertices.get(), nullptr);
   EXPECT_EQ(memory.encloseRects.get(), nullptr);
-  EXPECT_EQ(memory.vertexLookups.capacity(), 0U);
+  EXPECT_EQ(memory.vertexLookups.get(), nullptr);
 }
 
-TEST(ContourMemoryCopy, SharesTheHullAndNothingElse) {
+TEST(ContourMemoryCopy, SharesWhatNeverChangesAndCopiesTheRest) {
   gx_ContourMemory memory;
   memory.extremalVertices.made().insert(1.0, 2, 3);
-  memory.convexHull = gxPtrHandle_const<gxRegion>(new gxRegion(kOutline));
+  const gxPtrHandle_const<gxRegion> hull(new gxRegion(kOutline));
+  memory.convexHull.publish(hull);
+  const auto* const edges = &memory.edges.made([] { return gx_EdgeList(); });
   const gx_ContourMemory copy(memory);
-  EXPECT_TRUE(copy.convexHull == memory.convexHull);
-  EXPECT_EQ(memory.convexHull->refCount(), 2);
+  ASSERT_NE(copy.convexHull.get(), nullptr);
+  EXPECT_EQ(*copy.convexHull.get(), hull);
+  EXPECT_EQ(copy.edges.get(), edges);
   memory.extremalVertices.made().insert(2.0, 2, 3);
   EXPECT_EQ(copy.extremalVertices.get()->size(), 1);
 }

@@ -10,64 +10,63 @@ namespace {
 
 using Handle = gxPtrHandle_const<gxRegion>;
 
-// Everything filled.
-gx_RegionMemory full() {
+// Everything filled, the numbers by hand; the repaired forms are given.
+gx_RegionMemory full(const Handle& regularized, const Handle& outerHull) {
   gx_RegionMemory memory;
-  memory.centerWithHolesValid = memory.centerNoHolesValid = true;
-  memory.centerWithHoles = gxVector<2>(1, 2);
-  memory.centerNoHoles = gxVector<2>(3, 4);
-  memory.areaWithHolesValid = memory.areaNoHolesValid = true;
-  memory.areaWithHoles = 5;
-  memory.areaNoHoles = 6;
-  memory.inertiaNoHolesValid = true;
-  memory.inertiaNoHoles = gxMatrix<2>(7, 8, 8, 9);
-  memory.regularizedValid = memory.outerHullValid = true;
-  memory.regularized = Handle(new gxRegion);
-  memory.outerHull = Handle(new gxRegion);
+  memory.centerWithHoles.set({1, 2});
+  memory.centerNoHoles.set({3, 4});
+  memory.areaWithHoles.set({5});
+  memory.areaNoHoles.set({6});
+  memory.inertiaNoHoles.set({7, 8, 8, 9});
+  memory.regularized.publish(regularized);
+  memory.outerHull.publish(outerHull);
+  memory.rayEffort.add(11);
   return memory;
 }
 
-int validFlags(const gx_RegionMemory& m) {
-  return m.centerWithHolesValid + m.centerNoHolesValid + m.areaWithHolesValid + m.areaNoHolesValid +
-         m.inertiaNoHolesValid + m.regularizedValid + m.outerHullValid;
+int known(const gx_RegionMemory& m) {
+  return m.centerWithHoles.known() + m.centerNoHoles.known() + m.areaWithHoles.known() +
+         m.areaNoHoles.known() + m.inertiaNoHoles.known() + (m.regularized.get() != nullptr) +
+         (m.outerHull.get() != nullptr);
 }
 
 TEST(RegionMemoryRecord, ByDefaultHoldsNothing) {
   const gx_RegionMemory memory;
-  EXPECT_EQ(validFlags(memory), 0);
-  EXPECT_EQ(memory.areaNoHoles, 0.0);
-  EXPECT_TRUE(memory.regularized.isNull());
-  EXPECT_TRUE(memory.outerHull.isNull());
+  EXPECT_EQ(known(memory), 0);
+  EXPECT_EQ(memory.rayEffort.spent(), 0U);
+  EXPECT_EQ(memory.containment.get(), nullptr);
 }
 
 TEST(RegionMemoryRecord, CopiesEverythingAndSharesTheRepairedForms) {
-  const gx_RegionMemory memory = full();
+  const Handle regularized(new gxRegion);
+  const Handle outerHull(new gxRegion);
+  const gx_RegionMemory memory = full(regularized, outerHull);
   const gx_RegionMemory copy(memory);
-  EXPECT_EQ(validFlags(copy), 7);
-  EXPECT_EQ(copy.areaWithHoles, 5.0);
-  EXPECT_EQ(copy.centerNoHoles, gxVector<2>(3, 4));
-  EXPECT_EQ(copy.inertiaNoHoles.m00(), 7.0);
-  EXPECT_EQ(copy.regularized.get(), memory.regularized.get());
-  EXPECT_EQ(copy.outerHull.get(), memory.outerHull.get());
+  EXPECT_EQ(known(copy), 7);
+  double area = 0.0;
+  EXPECT_TRUE(copy.areaWithHoles.get<0>(area));
+  EXPECT_EQ(area, 5.0);
+  EXPECT_EQ(*copy.regularized.get(), regularized);
+  EXPECT_EQ(*copy.outerHull.get(), outerHull);
+  EXPECT_EQ(copy.rayEffort.spent(), 11U);
 }
 
-TEST(RegionMemoryRecord, DroppingForgetsEveryResultAndKeepsTheRepairedFormsAlive) {
-  gx_RegionMemory memory = full();
-  const Handle regularized = memory.regularized;
+TEST(RegionMemoryRecord, DroppingForgetsEveryResult) {
+  const Handle regularized(new gxRegion);
+  const Handle outerHull(new gxRegion);
+  gx_RegionMemory memory = full(regularized, outerHull);
   memory.drop();
-  EXPECT_EQ(validFlags(memory), 0);
-  EXPECT_EQ(memory.areaWithHoles, 0.0);
-  EXPECT_EQ(memory.areaNoHoles, 0.0);
-  EXPECT_EQ(memory.regularized.get(), regularized.get());
-  EXPECT_EQ(regularized->refCount(), 2) << "until the next repair puts another in its place";
+  EXPECT_EQ(known(memory), 0);
+  EXPECT_EQ(memory.rayEffort.spent(), 0U);
+  EXPECT_EQ(regularized->refCount(), 1);
+  EXPECT_EQ(outerHull->refCount(), 1);
 }
 
 TEST(RegionMemoryRecord, ExchangedWithAnEmptyOneLeavesNothingBehind) {
-  gx_RegionMemory memory = full();
+  gx_RegionMemory memory = full(Handle(new gxRegion), Handle(new gxRegion));
   const gx_RegionMemory taken = std::exchange(memory, {});
-  EXPECT_EQ(validFlags(taken), 7);
-  EXPECT_EQ(validFlags(memory), 0);
-  EXPECT_TRUE(memory.regularized.isNull());
+  EXPECT_EQ(known(taken), 7);
+  EXPECT_EQ(known(memory), 0);
 }
 
 }  // namespace
