@@ -6,6 +6,7 @@
 #include <cntr/internal/memory/contour_memory.h>
 #include <veldispc/tablet.h>
 #include <velstd/angle.h>
+#include <velstd/budget.h>
 #include <velstd/circle.h>
 #include <velstd/ellipse.h>
 #include <velstd/handle.h>
@@ -100,8 +101,8 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// Sets the label; keeps the memory.
   void label(unsigned long label);
 
-  /// Returns the bound on the answers remembered by argument (`extremalVertexIndex`,
-  /// `encloseRect`): each keeps up to that many and one more.  3 by default, never negative.
+  /// Returns the bound on the answers remembered by argument (`extremalVertexIndex`, `encloseRect`,
+  /// the grids of `vertexIndex`): each keeps up to that many and one more.  3 by default, never negative.
   long cachedVectorSize() const { return state_.cachedVectorSize; }
   /// Sets that bound; keeps the memory, also what is above the new bound.
   /// Throws: BadParams when `size` is negative; nothing changes.
@@ -166,12 +167,18 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   ///  - `other` may have any number of points
   /// Throws: EmptyContour when this contour has fewer than 2 points.
   std::vector<gxVector<2>> intersections(const gxContour& other) const;
+  /// The same within a budget: two outlines of n edges may meet in n² places.
+  /// Throws: gxStopped besides.
+  std::vector<gxVector<2>> intersections(const gxContour& other, gxBudget& budget) const;
 
   /// Tells whether the contour crosses or touches itself: whether some edge meets another one that
   /// comes nowhere within 1e-6 of its ends.  Neighbours that overlap do not count.
   ///  - fewer than 2 points: false
   /// Remembers: the answer; the upright rectangle of the points; of many points a tree over the edges.
   bool isSelfIntersecting() const;
+  /// The same within a budget: edges that lie close together without meeting may cost n² steps.
+  /// Throws: gxStopped; nothing is remembered then.
+  bool isSelfIntersecting(gxBudget& budget) const;
 
   // ---- Extremes (contour_extremes.cpp) ----------------------------------------------------------
 
@@ -238,8 +245,8 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   ///    index
   /// Throws: EmptyContour below 2 points.
   /// Cost: O(n) for the first 16 queries with a tolerance, O(n log n) for the next one, which makes a
-  /// grid; then by the vertices in the cells around.  Remembers: for every tolerance the number of
-  /// queries, and the grid.
+  /// grid; then by the vertices in the cells around.  Remembers: the number of queries, and the grid, of
+  /// the `cachedVectorSize` + 1 tolerances that were asked for last.
   std::vector<int> vertexIndex(const gxVector<2>& point, double tolerance) const;
 
   // ---- Mapping, conversion, drawing (contour_mapping.cpp, contour_drawing.cpp) -------------------
@@ -318,6 +325,8 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// when the call throws.
   std::vector<gxVector<2>> intersections(const gxLineSeg& seg, std::vector<int>& edges,
                                          bool countEndContacts) const;
+  /// Tells whether `intersections(other)` is not empty: the same answer, or exception, at the first hit.
+  bool meets_(const gxContour& other, gxBudget& budget) const;
   /// Returns the edges as segments, by edge number; an edge of no length is a default segment.
   const std::vector<gxLineSeg>& lineSegs() const;
   /// Tells for each edge whether it has a length.
@@ -338,6 +347,11 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   gxRect uprightBox_() const;
   /// Returns the radius of `encloseCircle(eFirstPoint)`, without the circle around it.
   double radiusAroundFirst_() const;
+  /// Tells whether it is remembered that the contour crosses itself.  Asks nothing.
+  bool isKnownToCrossItself_() const {
+    bool crosses = false;
+    return state_.memory.selfIntersecting.get(crosses) && crosses;
+  }
   /// Returns the edge index if there is one, else null.
   const gx_EdgeIndex* edgeIndexIfMade_() const { return state_.memory.edgeIndex.get(); }
   /// Returns the watch over the points, which a set of regions keeps.

@@ -23,6 +23,7 @@
 #include <cntr/internal/memory/probe.h>
 #include <cntr/internal/outline/edge_walk.h>
 #include <cntr/internal/search/crossing.h>
+#include <cntr/internal/search/edge_pairs.h>
 
 #include <utility>
 
@@ -36,7 +37,8 @@ std::vector<gxVector<2>> gxContour::intersections(const gxLineSeg& seg, std::vec
     return {};
   }
   if (indexPays_()) {
-    gx_findHits(edgeIndex_(), state_.points, isClosed(), query, hits);
+    gxBudget unlimited;
+    gx_findHits(edgeIndex_(), state_.points, isClosed(), query, hits, unlimited);
   } else {
     const std::vector<gxVector<2>>& points = state_.points;
     gx_forEachEdge(points.size(), isClosed(), [&](std::size_t from, std::size_t to, std::size_t k) {
@@ -55,13 +57,18 @@ std::vector<gxVector<2>> gxContour::intersections(const gxLineSeg& seg, bool cou
 }
 
 std::vector<gxVector<2>> gxContour::intersections(const gxContour& other) const {
+  gxBudget unlimited;
+  return intersections(other, unlimited);
+}
+
+std::vector<gxVector<2>> gxContour::intersections(const gxContour& other, gxBudget& budget) const {
   checkEmptyContour();
   const std::vector<gxVector<2>>& theirs = other.state_.points;
   std::vector<gxVector<2>> result;
   if (other.indexPays_()) {
     const gxRect box = uprightBox_();
     gx_findCrossings(edgeIndex_(), state_.points, isClosed(), box, other.edgeIndex_(), theirs,
-                     other.isClosed(), result);
+                     other.isClosed(), result, budget);
     return result;
   }
   if (!indexPays_()) {
@@ -71,13 +78,51 @@ std::vector<gxVector<2>> gxContour::intersections(const gxContour& other) const 
     return result;
   }
   gx_forEachEdge(theirs.size(), other.isClosed(), [&](std::size_t from, std::size_t to, std::size_t) {
+    budget.spend(edgeIndex_().size(0));
     const std::vector<gxVector<2>> hits = intersections(gxLineSeg(theirs[from], theirs[to]), true);
     result.insert(result.end(), hits.begin(), hits.end());
   });
   return result;
 }
 
+// Asks as `intersections` does, up to the first hit.
+bool gxContour::meets_(const gxContour& other, gxBudget& budget) const {
+  checkEmptyContour();
+  const gx_EdgeOutline theirs{other.state_.points, other.isClosed()};
+  if (theirs.edges() == 0) return false;
+  const gxRect box = uprightBox_();
+  if (other.indexPays_()) {
+    return gx_meet(edgeIndex_(), state_.points, isClosed(), box, other.edgeIndex_(), theirs.points,
+                   theirs.closed, budget);
+  }
+  if (!indexPays_()) {
+    budget.spend(theirs.edges());
+    return gx_fewMeet(state_.points, isClosed(), box, theirs.points, theirs.closed);
+  }
+  const gx_EdgeOutline ours{state_.points, isClosed()};
+  std::vector<gx_Hit> hits;
+  for (std::size_t k = 0; k < theirs.edges(); ++k) {
+    const gx_CrossingQuery query(theirs.from(k), theirs.to(k), true);
+    if (!query.reaches(box)) continue;
+    const bool isHit =
+        edgeIndex_().forEachRun([&query](const gx_Box& run) { return query.mayMeet(run); },
+                                [&](std::size_t first, std::size_t end) {
+                                  budget.spend();
+                                  for (std::size_t i = first; i < end; ++i)
+                                    query.test(ours.from(i), ours.to(i), i, hits);
+                                  return !hits.empty();
+                                });
+    if (isHit) return true;
+  }
+  return false;
+}
+
 bool gxContour::isSelfIntersecting() const {
+  gxBudget unlimited;
+  return isSelfIntersecting(unlimited);
+}
+
+bool gxContour::isSelfIntersecting(gxBudget& budget) const {
   if (state_.points.size() < 2) return false;  // a point that is not finite would make an edge
   bool crosses = false;
   if (state_.memory.selfIntersecting.get(crosses)) return crosses;
@@ -86,7 +131,7 @@ bool gxContour::isSelfIntersecting() const {
   if (gx_hasEdgeOfLength(state_.points, isClosed())) {
     checkEmptyContour();
     const gxRect box = uprightBox_();
-    crosses = indexPays_() ? gx_crossesItself(edgeIndex_(), state_.points, isClosed(), box)
+    crosses = indexPays_() ? gx_crossesItself(edgeIndex_(), state_.points, isClosed(), box, budget)
                            : gx_fewCrossThemselves(state_.points, isClosed(), box);
   }
   state_.memory.selfIntersecting.set(crosses);

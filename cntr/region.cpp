@@ -126,7 +126,8 @@ void gxRegion::checkEmptyContour() const {
 
 void gxRegion::checkHoles_(const std::vector<HoleHandle>& holes) const {
   for (const HoleHandle& hole : holes) {
-    if (!intersections(*hole, false).empty()) {
+    gxBudget unlimited;
+    if (meets_(*hole, unlimited)) {
       throw gxContourDefs::BadParams(L"holes cannot intersect region");
     }
   }

@@ -175,10 +175,16 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   /// Throws, with `result` untouched: BadParams "invalid contour" where no edge is found on the
   /// outside or the walk does not close; EmptyContour below 3 points.  Remembers: the result.
   void regularize(gxRegion& result) const;
+  /// The same within a budget: an outline of n edges may meet itself in n² places, and a walk may take
+  /// max(200,000, 64 n) steps before it is given up.
+  /// Throws: gxStopped besides, with `result` untouched and nothing remembered.
+  void regularize(gxRegion& result, gxBudget& budget) const;
 
   /// The same, cut further into a single loop: at points passed twice, without inner loops, with
   /// touching loops joined.
   void outerHull(gxRegion& result) const;
+  /// The same within a budget.  Throws: gxStopped besides, with `result` untouched.
+  void outerHull(gxRegion& result, gxBudget& budget) const;
 
   // ---- Holes and results by value (region_values.cpp) -------------------------------------------
 
@@ -256,9 +262,13 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   const gx_ContainmentGrid* containment_() const;
   bool isInOutline_(const gxVector<2>& point) const;
   bool isOutsideHoles_(const gxVector<2>& point) const;
-  gxVector<2> rayFrom_(const gxVector<2>& point) const;
+  // As `insideCount`; adds what the ray has cost, about, in nanoseconds.
+  long countAlongRay_(const gxVector<2>& point, bool bothWays, std::uint64_t& effort) const;
+  gxVector<2> rayFrom_(const gxVector<2>& point, std::uint64_t& effort) const;
   template <class Outline>
   gxRegion rebuilt_(const Outline& outline) const;
+  void repair_(gxRegion& result, bool hull, gxBudget& budget) const;
+  bool firstMeeting_(const gxLineSeg& edge, gxVector<2>& place, std::size_t& ownEdge) const;
 
   std::vector<HoleHandle> holes_;
   gx_RegionMemory memory_;

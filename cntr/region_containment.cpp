@@ -98,8 +98,8 @@ void gxRegion::countRays_(std::uint64_t effort) const {
 }
 
 // The unit vector along the ray of step 4.
-gxVector<2> gxRegion::rayFrom_(const gxVector<2>& point) const {
-  countRays_(kRayEffort);
+gxVector<2> gxRegion::rayFrom_(const gxVector<2>& point, std::uint64_t& effort) const {
+  effort += kRayEffort;
   const double wide = kPi / static_cast<double>(points().size());
   double before = 0.0;
   double gap = 0.0;
@@ -107,19 +107,26 @@ gxVector<2> gxRegion::rayFrom_(const gxVector<2>& point) const {
   if (indexPays_() && gx_firstWideGap(edgeIndex_(), points(), point, wide, before, gap)) {
     return throughGap();
   }
-  countRays_(kAllDirectionsEffort * points().size());
+  effort += kAllDirectionsEffort * points().size();
   if (indexPays_() && gx_firstWideGapOfAll(points(), point, wide, before, gap)) return throughGap();
   return throughFirstWideGap(points(), point, wide);
 }
 
 long gxRegion::insideCount(const gxVector<2>& point, bool bothWays) const {
+  std::uint64_t effort = 0;
+  return countAlongRay_(point, bothWays, effort);
+}
+
+long gxRegion::countAlongRay_(const gxVector<2>& point, bool bothWays, std::uint64_t& effort) const {
   if (!uprightBox_().within(point)) return 0;
   const bool onVertex = indexPays_() ? gx_isOnVertex(edgeIndex_(), points(), point, kOnVertex)
                                      : isOnVertex(points(), point);
   if (onVertex) return 1;
   const double radius = radiusAroundFirst_();
   if (point.distance(points().front()) > radius) return 0;
-  const gxVector<2> ray = rayFrom_(point) * (2.0 * radius);
+  const std::uint64_t before = effort;
+  const gxVector<2> ray = rayFrom_(point, effort) * (2.0 * radius);
+  countRays_(effort - before);
   const auto crossings = [this, &point](const gxVector<2>& end) {
     return static_cast<long>(gxContour::intersections(gxLineSeg(point, end), false).size());
   };

@@ -7,6 +7,8 @@
 //      passed twice, drop inner loops, join touching ones (internal/repair/loops), and keep the first.
 // The result is remembered; the flag is set only after the computation returned, and the assignment
 // holds a handle of its own to the result, because the target may be this region.
+//
+// Every question that the walk asks spends steps of the budget, about as many as it costs.
 #include <cntr/internal/memory/probe.h>
 #include <cntr/internal/outline/edge_walk.h>
 #include <cntr/internal/repair/loops.h>
@@ -15,6 +17,7 @@
 #include <cntr/internal/search/local_crossings.h>
 #include <cntr/region.h>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -25,13 +28,17 @@ namespace {
 // long against rounding.
 constexpr double kProbe = 0.01;
 
+// A step of the budget, as what rays have cost is counted: in nanoseconds.
+constexpr std::uint64_t kEffortOfAStep = 40;
+
 // Returns the number of hits of a closed outline, or one that is above 2: it is only asked whether there
 // are 1 or 2, and in a tangle an edge has as many as there are edges.
 std::size_t countHits(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
-                      const gx_CrossingQuery& query) {
+                      const gx_CrossingQuery& query, gxBudget& budget) {
   std::vector<gx_Hit> hits;
   index.forEachRun([&query](const gx_Box& box) { return query.mayMeet(box); },
                    [&](std::size_t first, std::size_t end) {
+                     budget.spend();
                      for (std::size_t k = first; k < end; ++k) {
                        query.test(points[gx_edgeStart(k, points.size(), true)], points[k], k, hits);
                      }
@@ -43,7 +50,22 @@ std::size_t countHits(const gx_EdgeIndex& index, const std::vector<gxVector<2>>&
 }  // namespace
 
 void gxRegion::regularize(gxRegion& result) const {
-  if (!isSelfIntersecting()) {
+  gxBudget unlimited;
+  regularize(result, unlimited);
+}
+
+void gxRegion::outerHull(gxRegion& result) const {
+  gxBudget unlimited;
+  outerHull(result, unlimited);
+}
+
+void gxRegion::outerHullRegularize(gxRegion& result, bool hull) const {
+  gxBudget unlimited;
+  repair_(result, hull, unlimited);
+}
+
+void gxRegion::regularize(gxRegion& result, gxBudget& budget) const {
+  if (!isSelfIntersecting(budget)) {
     result = *this;
     return;
   }
@@ -53,15 +75,15 @@ void gxRegion::regularize(gxRegion& result) const {
   } else {
     gx_countComputation(gx_Computation::eRegularize);
     const auto made = gfMakeHandle<gxRegion>();
-    outerHullRegularize(*made, false);
+    repair_(*made, false, budget);
     memory_.regularized.publish(made);
     known = made;
   }
   result = *known;
 }
 
-void gxRegion::outerHull(gxRegion& result) const {
-  if (!isSelfIntersecting()) {
+void gxRegion::outerHull(gxRegion& result, gxBudget& budget) const {
+  if (!isSelfIntersecting(budget)) {
     result = *this;
     return;
   }
@@ -71,29 +93,38 @@ void gxRegion::outerHull(gxRegion& result) const {
   } else {
     gx_countComputation(gx_Computation::eOuterHull);
     const auto made = gfMakeHandle<gxRegion>();
-    outerHullRegularize(*made, true);
+    repair_(*made, true, budget);
     memory_.outerHull.publish(made);
     known = made;
   }
   result = *known;
 }
 
-void gxRegion::outerHullRegularize(gxRegion& result, bool hull) const {
+void gxRegion::repair_(gxRegion& result, bool hull, gxBudget& budget) const {
   checkEmptyContour();
   // Of many points, the walk's questions go to the edges nearby, where these give the same answers.
   std::optional<gx_LocalCrossings> local;
-  if (indexPays_() && gx_LocalCrossings::covers(edgeIndex_())) local.emplace(edgeIndex_(), points());
+  if (indexPays_() && gx_LocalCrossings::covers(edgeIndex_())) {
+    local.emplace(edgeIndex_(), points(), budget);
+  }
   const gx_OutlineQuestions outline{
-      [this, &local](const gxLineSeg& seg, std::size_t along, std::vector<int>& edges) {
+      [this, &local, &budget](const gxLineSeg& seg, std::size_t along, std::vector<int>& edges) {
+        budget.spend();
         return local ? (*local)(seg, along, edges) : gxContour::intersections(seg, edges, false);
       },
-      [this](const gxLineSeg& seg) {
+      [this, &budget](const gxLineSeg& seg) {
+        budget.spend();
         if (!indexPays_()) return gxContour::intersections(seg, true).size();
         const gx_CrossingQuery query(seg, true);
         if (!query.reaches(uprightBox_())) return std::size_t{0};
-        return countHits(edgeIndex_(), points(), query);
+        return countHits(edgeIndex_(), points(), query, budget);
       },
-      [this](const gxVector<2>& point) { return insideCount(point, true); }};
+      [this, &budget](const gxVector<2>& point) {
+        std::uint64_t effort = 0;
+        const long hits = countAlongRay_(point, true, effort);
+        budget.spend(effort / kEffortOfAStep + static_cast<std::uint64_t>(hits));
+        return hits;
+      }};
 
   const std::size_t start = gx_findStartEdge(points(), kProbe * medianFeatureSize(), outline);
   const std::vector<gxVector<2>> walked = gx_walkOutside(points(), start, outline);
@@ -101,7 +132,7 @@ void gxRegion::outerHullRegularize(gxRegion& result, bool hull) const {
     result = gxRegion(walked);
     return;
   }
-  gx_Loops loops({walked});
+  gx_Loops loops({walked}, &budget);
   loops.cutAtPinchPoints();
   loops.dropInnerLoops([](const std::vector<gxVector<2>>& loop) {
     return [region = std::make_shared<const gxRegion>(loop)](const gxVector<2>& point) {

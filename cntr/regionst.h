@@ -159,6 +159,8 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   /// Throws: EmptyContour for a region of fewer than 2 points that is followed by another;
   /// gxBadPointer for a null handle.  Remembers: the answer.
   bool isSelfIntersecting() const;
+  /// The same within a budget.  Throws: gxStopped besides; nothing is remembered then.
+  bool isSelfIntersecting(gxBudget& budget) const;
 
   /// Puts into `result`, which may be this set, a set of regions without self-crossings: this set
   /// itself, regions and all, where it does not intersect itself, else the regions with those that
@@ -172,6 +174,10 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
 
   /// The same with the outer hull of each region (see `gxRegion::outerHull`).
   void outerHull(gxRegionSet& result) const;
+
+  /// The same two within a budget.  Throws: gxStopped besides, with `result` untouched.
+  void regularize(gxRegionSet& result, gxBudget& budget) const;
+  void outerHull(gxRegionSet& result, gxBudget& budget) const;
 
   // ---- Archive (regionst_archive.cpp) -----------------------------------------------------------
 
@@ -226,11 +232,13 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
 
   void applyMode_(gxContourDefs::IntersectionMode mode);
   void regionsChanged_(gxContourDefs::IntersectionMode mode);
-  bool computeSelfIntersecting_() const;
+  bool computeSelfIntersecting_(gxBudget& budget) const;
+  void repair_(gxRegionSet& result, bool hull, gxBudget& budget) const;
   const gx_RegionIndex* index_() const;
   double distToPointOneByOne_(const gxVector<2>& point, bool vertexOnly, bool considerHoles,
                               bool insideIsZero) const;
-  static void mergeWhereTheyMeet_(std::vector<RegionHandle>& work);
+  static void mergeWhereTheyMeet_(std::vector<RegionHandle>& work, gxBudget& budget);
+  static void mergeOneByOne_(std::vector<RegionHandle>& work, gxBudget& budget);
 
   State state_;
 };

@@ -16,16 +16,30 @@
 // Which pairs are looked at.  Outlines can only meet where the box of one touches the box of the other:
 // that is the first thing their crossing asks.  So of many regions only those come up, in their order,
 // whose boxes touch, found in a tree over the boxes (internal/index/box_tree); the others would answer
-// that they do not meet.  A region of too few points meets all, so that asking it fails as it would.
+// that they do not meet.  Where a merged region's box has grown, only those come up besides that touch
+// what has come to it.  A region of too few points meets all, so that asking it fails as it would.
+//
+// Of many regions the merged one is kept in a tree of edges while the pass goes on (internal/repair/
+// spliced_outline), and becomes a region at its end: a region for every merge costs the square.  Where a
+// coordinate is not finite, boxes do not tell, and regions are made.
+//
+// Whether a set intersects itself, one yes decides.  What is known already is asked first, then the pairs,
+// which are cheap, then the outlines; only pairs can fail, and are asked whatever is known where one will.
 //
 // The result is remembered; the flag is set only after the computation returned, and the assignment
 // holds a handle of its own to the result, because the target may be this set.
 #include <cntr/internal/index/box_tree.h>
 #include <cntr/internal/memory/probe.h>
+#include <cntr/internal/repair/spliced_outline.h>
+#include <cntr/internal/search/crossing.h>
+#include <cntr/internal/search/edge_pairs.h>
 #include <cntr/regionst.h>
 
 #include <algorithm>
+#include <cmath>
+#include <functional>
 #include <optional>
+#include <queue>
 #include <utility>
 
 namespace {
@@ -41,6 +55,12 @@ gx_Box boxOf(const gxRegion& region) {
   return box;
 }
 
+bool isFinite(const Handle& region) {
+  return std::all_of(region->points().begin(), region->points().end(), [](const gxVector<2>& point) {
+    return std::isfinite(point.x()) && std::isfinite(point.y());
+  });
+}
+
 // Tells, for slot i = 0, 1, 2 … of a list of regions, which of those after it may meet the one that
 // stands there, while merging moves regions about.  A slot above i always holds one of the regions
 // that the list began with.
@@ -53,21 +73,20 @@ class Neighbours {
       ids_.push_back(k);
       boxes_.push_back(boxOf(*regions[k]));
     }
+    seen_.assign(regions.size(), 0);
     tree_.emplace(boxes_);
   }
 
+  // Tells whether boxes tell which regions may meet.
+  bool hasTree() const { return tree_.has_value(); }
+
   // Begins with those after slot `after` that may meet the region in slot i.
   void begin(std::size_t i, std::size_t after) {
-    found_.clear();
-    next_ = 0;
-    if (!tree_ || regions_[i]->points().size() < 2) {  // all; of too few points the first fails
-      for (std::size_t j = after + 1; j < regions_.size(); ++j) found_.push_back(j);
-      return;
-    }
-    tree_->forEachMeeting(boxes_[ids_[i]], [&](std::size_t id) {
-      if (slots_[id] != kGone && slots_[id] > after) found_.push_back(slots_[id]);
-    });
-    std::sort(found_.begin(), found_.end());
+    ++pass_;
+    at_ = after;
+    waiting_ = {};
+    isAll_ = !tree_ || regions_[i]->points().size() < 2;  // of too few points the first fails
+    if (!isAll_) addMeeting(boxes_[ids_[i]]);
   }
 
   // The region in slot i has become another one.
@@ -75,11 +94,27 @@ class Neighbours {
     if (tree_) boxes_[ids_[i]] = boxOf(*regions_[i]);
   }
 
+  // The box of the region that stands in the slot of this pass has grown.
+  void grown(const gx_Box& before, const gx_Box& now) {
+    if (now.lowX < before.lowX) addMeeting({now.lowX, now.lowY, before.lowX, now.highY});
+    if (now.highX > before.highX) addMeeting({before.highX, now.lowY, now.highX, now.highY});
+    if (now.lowY < before.lowY) addMeeting({now.lowX, now.lowY, now.highX, before.lowY});
+    if (now.highY > before.highY) addMeeting({now.lowX, before.highY, now.highX, now.highY});
+  }
+
   // Gives the next slot; false when there is none.
   bool next(std::size_t& slot) {
-    if (next_ == found_.size()) return false;
-    slot = found_[next_++];
-    return true;
+    if (isAll_) {
+      if (at_ + 1 >= regions_.size()) return false;
+      slot = ++at_;
+      return true;
+    }
+    for (; !waiting_.empty(); waiting_.pop()) {
+      if (waiting_.top() <= at_ || waiting_.top() >= regions_.size()) continue;
+      slot = at_ = waiting_.top();
+      return true;
+    }
+    return false;
   }
 
   // The region in slot j is gone, and the last of the list took its place.
@@ -98,48 +133,81 @@ class Neighbours {
 
   static bool isNull(const Handle& region) { return region.isNull(); }
 
+  void addMeeting(const gx_Box& box) {
+    tree_->forEachMeeting(box, [this](std::size_t id) {
+      if (seen_[id] == pass_ || slots_[id] == kGone || slots_[id] <= at_) return;
+      seen_[id] = pass_;
+      waiting_.push(slots_[id]);
+    });
+  }
+
   const std::vector<Handle>& regions_;
   std::vector<std::size_t> slots_;  // by the region's first slot: where it stands now
   std::vector<std::size_t> ids_;    // by slot: the first slot of the region that stands there
   std::vector<gx_Box> boxes_;       // by the first slot
+  std::vector<std::size_t> seen_;   // by the first slot: in which pass it was last put on the list
   std::optional<gx_BoxTree> tree_;  // over the regions that the list began with
-  std::vector<std::size_t> found_;
-  std::size_t next_ = 0;
+  std::size_t pass_ = 0;
+  std::size_t at_ = 0;  // the slot that was given last
+  bool isAll_ = false;  // all slots are given
+  std::priority_queue<std::size_t, std::vector<std::size_t>, std::greater<>> waiting_;
 };
+
+bool meet(const gx_SplicedOutline& merged, const gxRegion& other, gxBudget& budget) {
+  const gx_EdgeOutline edges{other.points(), true};
+  for (std::size_t k = 0; k < edges.edges(); ++k) {
+    if (merged.isHit(gx_CrossingQuery(edges.from(k), edges.to(k), true), budget)) return true;
+  }
+  return false;
+}
 
 }  // namespace
 
 bool gxRegionSet::isSelfIntersecting() const {
+  gxBudget unlimited;
+  return isSelfIntersecting(unlimited);
+}
+
+bool gxRegionSet::isSelfIntersecting(gxBudget& budget) const {
   if (state_.regions.empty()) return false;
   bool crosses = false;
   if (state_.memory.selfIntersecting.get(crosses)) return crosses;
   gx_countComputation(gx_Computation::eSetSelfIntersection);
-  crosses = computeSelfIntersecting_();
+  crosses = computeSelfIntersecting_(budget);
   if (state_.memory.selfIntersecting.set(crosses)) mutating_();
   return crosses;
 }
 
-// Every outline is asked about itself, also after one said yes; the pairs only up to the first that
-// meets.
-bool gxRegionSet::computeSelfIntersecting_() const {
+bool gxRegionSet::computeSelfIntersecting_(gxBudget& budget) const {
   const std::vector<RegionHandle>& regions = state_.regions;
-  bool crossing = false;
-  for (const RegionHandle& region : regions) {
-    if (region->isSelfIntersecting()) crossing = true;
+  bool isKnown = false;
+  bool mayFail = false;
+  for (std::size_t i = 0; i < regions.size(); ++i) {
+    const gxRegion& region = *regions[i];  // a null handle fails whatever the others are
+    isKnown = isKnown || region.isKnownToCrossItself_();
+    mayFail = mayFail || (i + 1 < regions.size() && region.points().size() < 2);
   }
+  if (isKnown && !mayFail) return true;
   Neighbours neighbours(regions);
   for (std::size_t i = 0; i + 1 < regions.size(); ++i) {
     neighbours.begin(i, i);
     for (std::size_t j = 0; neighbours.next(j);) {
-      const gxContour& other = *regions[j];
-      if (!regions[i]->gxContour::intersections(other).empty()) return true;
+      budget.spend();
+      if (regions[i]->meets_(*regions[j], budget)) return true;
     }
   }
-  return crossing;
+  return std::any_of(regions.begin(), regions.end(), [&budget](const RegionHandle& region) {
+    return region->isSelfIntersecting(budget);
+  });
 }
 
 void gxRegionSet::regularize(gxRegionSet& result) const {
-  if (!isSelfIntersecting()) {
+  gxBudget unlimited;
+  regularize(result, unlimited);
+}
+
+void gxRegionSet::regularize(gxRegionSet& result, gxBudget& budget) const {
+  if (!isSelfIntersecting(budget)) {
     result = *this;
     return;
   }
@@ -149,7 +217,7 @@ void gxRegionSet::regularize(gxRegionSet& result) const {
   } else {
     gx_countComputation(gx_Computation::eSetRegularize);
     const auto made = gfMakeHandle<gxRegionSet>();
-    outerHullRegularize(*made, false);
+    repair_(*made, false, budget);
     if (state_.memory.regularizedSet.publish(made)) mutating_();
     known = made;
   }
@@ -157,7 +225,12 @@ void gxRegionSet::regularize(gxRegionSet& result) const {
 }
 
 void gxRegionSet::outerHull(gxRegionSet& result) const {
-  if (!isSelfIntersecting()) {
+  gxBudget unlimited;
+  outerHull(result, unlimited);
+}
+
+void gxRegionSet::outerHull(gxRegionSet& result, gxBudget& budget) const {
+  if (!isSelfIntersecting(budget)) {
     result = *this;
     return;
   }
@@ -167,7 +240,7 @@ void gxRegionSet::outerHull(gxRegionSet& result) const {
   } else {
     gx_countComputation(gx_Computation::eSetOuterHull);
     const auto made = gfMakeHandle<gxRegionSet>();
-    outerHullRegularize(*made, true);
+    repair_(*made, true, budget);
     if (state_.memory.outerHullSet.publish(made)) mutating_();
     known = made;
   }
@@ -175,28 +248,66 @@ void gxRegionSet::outerHull(gxRegionSet& result) const {
 }
 
 void gxRegionSet::outerHullRegularize(gxRegionSet& result, bool hull) const {
+  gxBudget unlimited;
+  repair_(result, hull, unlimited);
+}
+
+void gxRegionSet::repair_(gxRegionSet& result, bool hull, gxBudget& budget) const {
   checkEmptyRegionSet();
   std::vector<RegionHandle> work = state_.regions;
-  mergeWhereTheyMeet_(work);
+  mergeWhereTheyMeet_(work, budget);
   for (RegionHandle& region : work) {
     const gxPtrHandle<gxRegion> repaired(new gxRegion);
     if (hull) {
-      region->outerHull(*repaired);
+      region->outerHull(*repaired, budget);
     } else {
-      region->regularize(*repaired);
+      region->regularize(*repaired, budget);
     }
     region = repaired;
   }
   result = gxRegionSet(work);
 }
 
-void gxRegionSet::mergeWhereTheyMeet_(std::vector<RegionHandle>& work) {
+void gxRegionSet::mergeWhereTheyMeet_(std::vector<RegionHandle>& work, gxBudget& budget) {
+  Neighbours neighbours(work);
+  if (!neighbours.hasTree() || !std::all_of(work.begin(), work.end(), isFinite)) {
+    mergeOneByOne_(work, budget);
+    return;
+  }
+  for (std::size_t i = 0; i + 1 < work.size(); ++i) {
+    neighbours.begin(i, i);
+    std::optional<gx_SplicedOutline> merged;
+    for (std::size_t j = 0; neighbours.next(j);) {
+      budget.spend();
+      const RegionHandle other = work[j];
+      const bool doMeet = merged ? meet(*merged, *other, budget) : work[i]->meets_(*other, budget);
+      if (!doMeet) continue;
+      if (!merged) merged.emplace(work[i]->points());
+      const gx_Box before = merged->box();
+      const auto firstMeeting = [&other](const gxVector<2>& from, const gxVector<2>& to) {
+        gx_SplicedOutline::Meeting meeting{};
+        const bool isThere = other->firstMeeting_(gxLineSeg(from, to), meeting.place, meeting.edge);
+        return isThere ? std::optional(meeting) : std::nullopt;
+      };
+      if (!merged->splice(other->points(), firstMeeting, budget)) {
+        throw gxContourDefs::BadParams(L"spliced regions do not intersect");
+      }
+      neighbours.grown(before, merged->box());
+      work[j] = work.back();
+      work.pop_back();
+      neighbours.lastMovedTo(j);
+    }
+    if (merged) work[i] = gxPtrHandle<gxRegion>(new gxRegion(merged->points()));
+  }
+}
+
+void gxRegionSet::mergeOneByOne_(std::vector<RegionHandle>& work, gxBudget& budget) {
   Neighbours neighbours(work);
   for (std::size_t i = 0; i + 1 < work.size(); ++i) {
     neighbours.begin(i, i);
     for (std::size_t j = 0; neighbours.next(j);) {
-      const gxContour& other = *work[j];
-      if (work[i]->intersections(other, false).empty()) continue;
+      budget.spend();
+      if (!work[i]->meets_(*work[j], budget)) continue;
       const gxPtrHandle<gxRegion> merged(new gxRegion);
       work[i]->splice(*work[j], *merged);
       work[i] = merged;

@@ -43,7 +43,7 @@ LIBRARY_OF = {"base/velstd": "velstd", "base/velip": "velip", "base/veldispc": "
 # The folders under cntr/internal, and which of their neighbours each may see.
 INNER_ROOT = "cntr/internal/"
 INNER = {"outline": set(), "sums": set(), "archive": set(), "memo": set(), "index": {"outline", "memo"},
-         "search": {"outline", "index"}, "repair": {"outline", "index"},
+         "search": {"outline", "index"}, "repair": {"outline", "index", "search"},
          "memory": {"outline", "memo", "index"}, "sets": {"outline", "memo", "index", "memory"}}
 CLASS_HEADERS = {"cntr/contour.h", "cntr/region.h", "cntr/regionst.h"}
 # The map of these folders is checked against their files.

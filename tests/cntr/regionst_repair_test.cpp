@@ -120,11 +120,33 @@ TEST(RegionSetSelfIntersection, BothVerdictsAreRemembered) {
   EXPECT_EQ(tests.times(), 2);
 }
 
-TEST(RegionSetSelfIntersection, EveryOutlineIsAskedAlsoAfterOneCrosses) {
-  const Handles handles{eight(), square(9, 9), square(19, 9)};
+TEST(RegionSetSelfIntersection, TheFirstOutlineThatCrossesItselfDecides) {
+  const Handles handles{square(19, 9), eight(), square(9, 9)};
   const Computed tests(gx_Computation::eSelfIntersection);
   EXPECT_TRUE(gxRegionSet(handles).isSelfIntersecting());
-  EXPECT_EQ(tests.times(), 3);
+  EXPECT_EQ(tests.times(), 2);
+}
+
+TEST(RegionSetSelfIntersection, APairThatMeetsDecidesBeforeAnyOutlineIsAsked) {
+  const Handles handles{square(0, 0, 2), square(9, 9), square(1, 1, 2)};
+  const Computed tests(gx_Computation::eSelfIntersection);
+  EXPECT_TRUE(gxRegionSet(handles).isSelfIntersecting());
+  EXPECT_EQ(tests.times(), 0);
+}
+
+TEST(RegionSetSelfIntersection, AnOutlineThatIsKnownToCrossItselfDecidesAtOnce) {
+  const Handles handles{square(9, 9), eight()};
+  EXPECT_TRUE(handles[1]->isSelfIntersecting());
+  const Computed tests(gx_Computation::eSelfIntersection);
+  EXPECT_TRUE(gxRegionSet(handles).isSelfIntersecting());
+  EXPECT_EQ(tests.times(), 0);
+}
+
+TEST(RegionSetSelfIntersection, WhatIsKnownDoesNotHideAFailure) {
+  const Handles handles{eight(), Handle(new gxRegion), square(9, 9)};
+  EXPECT_TRUE(handles[0]->isSelfIntersecting());
+  EXPECT_THROW(static_cast<void>(gxRegionSet(handles).isSelfIntersecting()),
+               gxContourDefs::EmptyContour);
 }
 
 TEST(RegionSetSelfIntersection, PointlessRegionAloneIsFineAndBeforeAnotherThrows) {

@@ -108,7 +108,7 @@ class Cells {
 
 }  // namespace
 
-gx_Loops::gx_Loops(const std::vector<Points>& loops) {
+gx_Loops::gx_Loops(const std::vector<Points>& loops, gxBudget* budget) : budget_(budget) {
   for (const Points& loop : loops) {
     const auto first = static_cast<Index>(points_.size());
     const auto count = static_cast<Index>(loop.size());
@@ -204,6 +204,7 @@ std::optional<gx_Loops::Index> gx_Loops::firstTwinBetween_(Index vertex, Index e
 // Scans on, up to a vertex that the loop passes again; gives the second pass.
 std::optional<gx_Loops::Index> gx_Loops::findPinch_(Loop& loop) const {
   for (; loop.scanned < loop.end; ++loop.scanned) {
+    spend_(1);
     if (const auto second = firstTwinBetween_(loop.scanned, loop.end)) return second;
   }
   return std::nullopt;
@@ -264,6 +265,7 @@ void gx_Loops::dropInnerLoops(const InsideOf& insideOf) {
       if (other != loop && isLeft[other]) around.push_back(other);
     });
     return std::any_of(around.begin(), around.end(), [&](std::size_t other) {
+      spend_(inside[other] ? 64 : loops_[other].count);
       if (!inside[other]) inside[other] = insideOf(pointsOf_(other));
       return inside[other](test);
     });
@@ -348,6 +350,7 @@ class gx_LoopJoiner {
     }
     loops_.order_.pop_back();
 
+    loops_.spend_(sharers_[other].size());
     for (const Index v : sharers_[other]) loopOf_[v] = one;
     addTouched(place, other);
     sharers_[one].insert(sharers_[one].end(), sharers_[other].begin(), sharers_[other].end());
@@ -363,7 +366,7 @@ class gx_LoopJoiner {
     }
     if (shared.size() == 1) return *shared.begin();
     Index v = loops_.loops_[one].first;
-    while (shared.count(v) == 0) v = loops_.next_[v];
+    for (; shared.count(v) == 0; v = loops_.next_[v]) loops_.spend_(1);
     return v;
   }
 
@@ -374,6 +377,7 @@ class gx_LoopJoiner {
       if (loopOf_[twin] == loop) found.push_back(twin);
     }
     if (found.size() == 1) return found.front();
+    loops_.spend_(4 * loops_.loops_[loop].count);
     const gx_Loops::Points outline = loops_.pointsOf_(loop);
     const std::vector<int> order =
         gx_VertexGrid(outline, kSameVertex).near(outline, loops_.points_[vertex]);

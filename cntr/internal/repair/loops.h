@@ -3,6 +3,7 @@
 
 #include <cntr/export.h>
 #include <cntr/internal/index/vertex_grid.h>
+#include <velstd/budget.h>
 #include <velstd/vector.h>
 
 #include <cstddef>
@@ -23,7 +24,8 @@ class GXSHAPE_API gx_Loops {
   /// Returns that question for an outline; the outline need not outlive the call.
   using InsideOf = std::function<Inside(const Points&)>;
 
-  explicit gx_Loops(const std::vector<Points>& loops);
+  /// All operations spend steps of the budget, where there is one; it must outlive the loops.
+  explicit gx_Loops(const std::vector<Points>& loops, gxBudget* budget = nullptr);
 
   /// Cuts every loop at each point that it passes twice, until none does.  The part from the first
   /// pass up to the second keeps the loop's place and is scanned again from its first vertex; the part
@@ -61,6 +63,9 @@ class GXSHAPE_API gx_Loops {
     Index end;
   };
 
+  void spend_(std::size_t steps) const {
+    if (budget_ != nullptr) budget_->spend(steps);
+  }
   void findTwins_();
   void link_(Index from, Index to);
   Points pointsOf_(std::size_t loop) const;
@@ -68,6 +73,7 @@ class GXSHAPE_API gx_Loops {
   std::optional<Index> firstTwinBetween_(Index vertex, Index end) const;
   std::optional<Index> findPinch_(Loop& loop) const;
 
+  gxBudget* budget_;
   Points points_;  // of all loops, one after the other
   std::vector<Index> next_;
   std::vector<Index> previous_;

@@ -3,6 +3,7 @@
 
 #include <cntr/export.h>
 #include <cntr/internal/index/edge_index.h>
+#include <velstd/budget.h>
 #include <velstd/line_seg.h>
 #include <velstd/rect.h>
 #include <velstd/vector.h>
@@ -62,7 +63,8 @@ class GXSHAPE_API gx_CrossingQuery {
 
 /// Appends the hits of the edges of an indexed contour, in edge order.
 GXSHAPE_API void gx_findHits(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
-                             bool closed, const gx_CrossingQuery& query, std::vector<gx_Hit>& hits);
+                             bool closed, const gx_CrossingQuery& query, std::vector<gx_Hit>& hits,
+                             gxBudget& budget);
 
 /// Appends the points of the hits in the order along the segment from `from` to `to` to `points`, their
 /// edges to `edges` where that is not null.
@@ -82,12 +84,19 @@ inline std::vector<gxVector<2>> gx_inOrderAlong(const gxLineSeg& seg, const std:
 GXSHAPE_API void gx_findCrossings(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& ours,
                                   bool closed, const gxRect& box, const gx_EdgeIndex& theirIndex,
                                   const std::vector<gxVector<2>>& theirs, bool theirsClosed,
-                                  std::vector<gxVector<2>>& result);
+                                  std::vector<gxVector<2>>& result, gxBudget& budget);
+/// Tells whether there is such a hit: the same walk, which ends at the first.
+GXSHAPE_API bool gx_meet(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& ours, bool closed,
+                         const gxRect& box, const gx_EdgeIndex& theirIndex,
+                         const std::vector<gxVector<2>>& theirs, bool theirsClosed, gxBudget& budget);
 
 /// Appends the same for contours of at most `gx_kFewEdges` edges, without their indexes.
 GXSHAPE_API void gx_findCrossingsOfFew(const std::vector<gxVector<2>>& ours, bool closed,
                                        const gxRect& box, const std::vector<gxVector<2>>& theirs,
                                        bool theirsClosed, std::vector<gxVector<2>>& result);
+/// Tells whether there is such a hit, up to the first.
+GXSHAPE_API bool gx_fewMeet(const std::vector<gxVector<2>>& ours, bool closed, const gxRect& box,
+                            const std::vector<gxVector<2>>& theirs, bool theirsClosed);
 
 /// Tells whether some edge has a length.
 GXSHAPE_API bool gx_hasEdgeOfLength(const std::vector<gxVector<2>>& points, bool closed);
@@ -95,7 +104,7 @@ GXSHAPE_API bool gx_hasEdgeOfLength(const std::vector<gxVector<2>>& points, bool
 /// Tells whether some edge, its ends excepted, is hit by another; edges whose box does not touch
 /// `box` are not asked.
 GXSHAPE_API bool gx_crossesItself(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
-                                  bool closed, const gxRect& box);
+                                  bool closed, const gxRect& box, gxBudget& budget);
 
 /// Tells the same of at most `gx_kFewEdges` edges, without an index that is there already.
 GXSHAPE_API bool gx_fewCrossThemselves(const std::vector<gxVector<2>>& points, bool closed,

@@ -39,8 +39,8 @@ bool gx_LocalCrossings::covers(const gx_EdgeIndex& index) {
          b.highX <= kLargestCoordinate && b.highY <= kLargestCoordinate;
 }
 
-gx_LocalCrossings::gx_LocalCrossings(const gx_EdgeIndex& index, const Points& points)
-    : index_(index), points_(points), run_(kNone) {}
+gx_LocalCrossings::gx_LocalCrossings(const gx_EdgeIndex& index, const Points& points, gxBudget& budget)
+    : index_(index), points_(points), budget_(budget), run_(kNone) {}
 
 void gx_LocalCrossings::moveTo_(std::size_t run) {
   run_ = run;
@@ -67,6 +67,7 @@ void gx_LocalCrossings::moveTo_(std::size_t run) {
 
 gx_LocalCrossings::Points gx_LocalCrossings::operator()(const gxLineSeg& seg, std::size_t along,
                                                         std::vector<int>& edges) {
+  budget_.spend();
   edges.clear();
   gx_Box box;
   box.add(seg.p1());
@@ -75,7 +76,7 @@ gx_LocalCrossings::Points gx_LocalCrossings::operator()(const gxLineSeg& seg, st
   if (run != run_ && run < index_.size(0)) moveTo_(run);
   std::vector<gx_Hit> hits;
   if (run != run_ || !isWithin(box, reach_)) {
-    gx_findHits(index_, points_, true, gx_CrossingQuery(seg, false), hits);
+    gx_findHits(index_, points_, true, gx_CrossingQuery(seg, false), hits, budget_);
     return gx_inOrderAlong(seg, hits, edges);
   }
   inTheWay_.clear();

@@ -3,6 +3,7 @@
 
 #include <cntr/export.h>
 #include <cntr/internal/index/edge_index.h>
+#include <velstd/budget.h>
 #include <velstd/line_seg.h>
 #include <velstd/vector.h>
 
@@ -24,7 +25,7 @@ class GXSHAPE_API gx_LocalCrossings {
 
   /// Of a closed outline that is covered, and whose upright rectangle, as it is asked for first, is
   /// the true box of its points.
-  gx_LocalCrossings(const gx_EdgeIndex& index, const Points& points);
+  gx_LocalCrossings(const gx_EdgeIndex& index, const Points& points, gxBudget& budget);
 
   /// Returns the crossings in the order along the segment, and the edges crossed.  Any segment with an
   /// end on a vertex is answered rightly, one that lies along edge `along` fast.
@@ -35,6 +36,7 @@ class GXSHAPE_API gx_LocalCrossings {
 
   const gx_EdgeIndex& index_;
   const Points& points_;
+  gxBudget& budget_;
   std::size_t run_;
   gx_Box reach_;  // the box of the run, widened
   // The edges that touch it, in order, and their boxes.

@@ -8,17 +8,31 @@
 // the other's line that no rounding can bring a point near both (`gx_missesOn`), or the two are parallel
 // beyond doubt, as all edges of an outline on a line are (`gx_surelyParallel`).
 //
+// An outline that passes the same edges many times, as one out of equal regions does, has pairs without
+// number that touch and do not cross.  When many pairs have been tested in vain, the edges are sorted, and
+// where half of them or more are repetitions, one of each is tested with one of each other: the test sees
+// nothing but the four ends, and an edge never crosses itself or a neighbour.
+//
 // Few edges go without a tree: the boxes of all are held against each other, or, from some on, an index
 // is made for the moment.
+#include <cntr/internal/index/box_tree.h>
 #include <cntr/internal/search/crossing.h>
 #include <cntr/internal/search/edge_pairs.h>
 
 #include <algorithm>
+#include <array>
+#include <numeric>
 
 namespace {
 
 // Up to so many edges, comparing all pairs of boxes is quicker than making an index.
 constexpr std::size_t kPairsPay = 16;
+
+// After so many tests of pairs an edge, repetitions are looked for, which costs about as much as ten.
+constexpr std::size_t kPairsAnEdge = 32;
+
+// Up to here the distance from an edge's end to that end is exactly 0, and so neighbours never cross.
+constexpr double kLargestCoordinate = 5e5;
 
 using Points = std::vector<gxVector<2>>;
 
@@ -39,11 +53,22 @@ namespace {
 // Pairs of boxes, down to pairs of edges.
 class SelfCrossing {
  public:
-  SelfCrossing(const gx_EdgeOutline& outline, const gxRect& box) : outline_(outline), box_(box) {}
+  SelfCrossing(const gx_EdgeOutline& outline, const gxRect& box, gxBudget& budget)
+      : outline_(outline), box_(box), budget_(budget) {}
 
   bool found(const gx_EdgeIndex& index) {
     index_ = &index;
     const std::size_t top = index.levels() - 1;
+    const gx_Box& b = index.bounds();
+    const bool isOrdinary = !index.hasNaN() && b.lowX >= -kLargestCoordinate &&
+                            b.lowY >= -kLargestCoordinate && b.highX <= kLargestCoordinate &&
+                            b.highY <= kLargestCoordinate;
+    pairsLeft_ = isOrdinary ? kPairsAnEdge * outline_.edges() : kNoEnd;
+    if (!among(top, 0, index.size(top))) return false;
+    if (pairsLeft_ > 0) return true;
+    const std::vector<std::size_t> distinct = distinctEdges();
+    if (2 * distinct.size() <= outline_.edges()) return foundAmong(distinct);
+    pairsLeft_ = kNoEnd;
     return among(top, 0, index.size(top));
   }
 
@@ -59,6 +84,8 @@ class SelfCrossing {
   }
 
  private:
+  static constexpr std::size_t kNoEnd = static_cast<std::size_t>(-1);
+
   struct Range {
     std::size_t first;
     std::size_t end;
@@ -68,6 +95,37 @@ class SelfCrossing {
     const std::size_t first = i * gx_EdgeIndex::kFan;
     const std::size_t count = level == 0 ? outline_.edges() : index_->size(level - 1);
     return {first, std::min(first + gx_EdgeIndex::kFan, count)};
+  }
+
+  // One of each of the edges that are the same from end to end.
+  std::vector<std::size_t> distinctEdges() const {
+    std::vector<std::size_t> edges(outline_.edges());
+    std::iota(edges.begin(), edges.end(), std::size_t{0});
+    const auto ends = [this](std::size_t k) {
+      return std::array{outline_.from(k).x(), outline_.from(k).y(), outline_.to(k).x(),
+                        outline_.to(k).y()};
+    };
+    std::sort(edges.begin(), edges.end(),
+              [&](std::size_t i, std::size_t j) { return ends(i) < ends(j); });
+    edges.erase(std::unique(edges.begin(), edges.end(),
+                            [&](std::size_t i, std::size_t j) { return ends(i) == ends(j); }),
+                edges.end());
+    return edges;
+  }
+
+  bool foundAmong(const std::vector<std::size_t>& edges) const {
+    std::vector<gx_Box> boxes;
+    boxes.reserve(edges.size());
+    for (const std::size_t k : edges) boxes.push_back(gx_boxOf(outline_.from(k), outline_.to(k)));
+    const gx_BoxTree tree(boxes);
+    bool isFound = false;
+    for (std::size_t i = 0; i < edges.size() && !isFound; ++i) {
+      tree.forEachMeeting(boxes[i], [&](std::size_t j) {
+        budget_.spend();
+        isFound = isFound || (j > i && edgesCross(edges[i], edges[j]));
+      });
+    }
+    return isFound;
   }
 
   // Pairs within and between the nodes of one run of nodes.
@@ -83,6 +141,7 @@ class SelfCrossing {
   }
 
   bool between(std::size_t level, std::size_t a, std::size_t b) {
+    budget_.spend();
     const gx_Box& boxA = index_->box(level, a);
     const gx_Box& boxB = index_->box(level, b);
     if (!boxA.meets(boxB)) return false;
@@ -101,7 +160,7 @@ class SelfCrossing {
   bool edgesAmong(const Range& run) {
     for (std::size_t i = run.first; i < run.end; ++i) {
       for (std::size_t j = i + 2; j < run.end; ++j) {
-        if (!apart(i, j) && pairCrosses(i, j)) return true;
+        if (!apart(i, j) && endsAt(i, j)) return true;
       }
     }
     return false;
@@ -117,7 +176,7 @@ class SelfCrossing {
     for (std::size_t i = inA.first; i < inA.end; ++i) {
       if (!edgeMeets(i, boxB)) continue;
       for (std::size_t c = 0; c < count; ++c) {
-        if (!apart(i, candidates[c]) && pairCrosses(i, candidates[c])) return true;
+        if (!apart(i, candidates[c]) && endsAt(i, candidates[c])) return true;
       }
     }
     return false;
@@ -137,9 +196,20 @@ class SelfCrossing {
     return a.highX < b.lowX || b.highX < a.lowX || a.highY < b.lowY || b.highY < a.lowY;
   }
 
-  // Tests a pair of edges both ways.  Neighbours touch each other's ends and never count.
+  // Tells whether the walk over pairs ends with this one: it crosses, or is the last that is to be tested.
+  bool endsAt(std::size_t i, std::size_t j) {
+    if (pairCrosses(i, j)) return true;
+    return pairsLeft_ != kNoEnd && --pairsLeft_ == 0;
+  }
+
+  // Tests a pair of edges.  Neighbours touch each other's ends and never count.
   bool pairCrosses(std::size_t i, std::size_t j) const {
     if (j == i + 1 || (outline_.closed && i == 0 && j + 1 == outline_.edges())) return false;
+    return edgesCross(i, j);
+  }
+
+  // Tests a pair of edges both ways.
+  bool edgesCross(std::size_t i, std::size_t j) const {
     const gxVector<2>& a = outline_.from(i);
     const gxVector<2>& b = outline_.to(i);
     const gxVector<2>& c = outline_.from(j);
@@ -161,18 +231,22 @@ class SelfCrossing {
 
   const gx_EdgeOutline& outline_;
   const gxRect& box_;
+  gxBudget& budget_;
   const gx_EdgeIndex* index_ = nullptr;
+  std::size_t pairsLeft_ = kNoEnd;  // so many pairs are tested before repetitions are looked for
 };
 
 }  // namespace
 
-bool gx_crossesItself(const gx_EdgeIndex& index, const Points& points, bool closed, const gxRect& box) {
+bool gx_crossesItself(const gx_EdgeIndex& index, const Points& points, bool closed, const gxRect& box,
+                      gxBudget& budget) {
   const gx_EdgeOutline outline{points, closed};
-  return SelfCrossing(outline, box).found(index);
+  return SelfCrossing(outline, box, budget).found(index);
 }
 
 bool gx_fewCrossThemselves(const Points& points, bool closed, const gxRect& box) {
   const gx_EdgeOutline outline{points, closed};
-  if (outline.edges() > kPairsPay) return SelfCrossing(outline, box).found(gx_EdgeIndex(points, closed));
-  return SelfCrossing(outline, box).foundAmongFew();
+  gxBudget unlimited;
+  SelfCrossing pairs(outline, box, unlimited);
+  return outline.edges() > kPairsPay ? pairs.found(gx_EdgeIndex(points, closed)) : pairs.foundAmongFew();
 }

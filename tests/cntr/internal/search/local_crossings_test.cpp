@@ -38,7 +38,8 @@ TEST(LocalCrossings, AreThoseOfTheContour) {
     const gx_EdgeIndex index(points, true);
     if (!gx_LocalCrossings::covers(index)) continue;
     const ExposedContour contour(gxContour(points, true));
-    gx_LocalCrossings local(index, points);
+    gxBudget unlimited;
+    gx_LocalCrossings local(index, points, unlimited);
     auto along = static_cast<std::size_t>(random.integer(0, static_cast<int>(points.size()) - 1));
     for (int query = 0; query < 60; ++query) {
       along = random.chance(0.1)
