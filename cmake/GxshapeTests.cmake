@@ -52,7 +52,7 @@ foreach(test IN LISTS tool_tests)
   set_tests_properties(tools_${name} PROPERTIES TIMEOUT 300)
 endforeach()
 
-# ---- The overlay's exact judge ------------------------------------------------------------------
+# ---- The overlay's exact judge and its corpus -----------------------------------------------------
 #
 # CGAL's headers are all code; one file includes them, and is compiled for the tests of the overlay only.
 
@@ -66,6 +66,7 @@ if(TARGET gxshape_overlay_tests)
   target_compile_options(gxshape_cgal_judge PRIVATE
                          $<$<CXX_COMPILER_ID:GNU>:-frounding-math> $<$<CXX_COMPILER_ID:Clang>:-Wno-unknown-warning-option>)
   target_link_libraries(gxshape_cgal_judge PRIVATE gxshape_test_support)
+  target_sources(gxshape_overlay_tests PRIVATE "${PROJECT_SOURCE_DIR}/tests/overlay/troublemakers.cpp")
   target_link_libraries(gxshape_overlay_tests PRIVATE gxshape_cgal_judge ${GXSHAPE_GMP} ${GXSHAPE_MPFR})
 endif()
 

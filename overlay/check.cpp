@@ -16,6 +16,7 @@
 #include <overlay/internal/check/checked_rings.h>
 #include <overlay/internal/check/problem_text.h>
 #include <overlay/internal/check/ring_contacts.h>
+#include <overlay/shapes.h>
 
 #include <cntr/internal/index/box_tree.h>
 #include <overlay/internal/predicates.h>
@@ -38,9 +39,11 @@ bool finite(const V& p) {
 
 class Check {
  public:
-  Check(std::vector<gx_CheckedRing> rings, bool ofSet, const gxCheckOptions& options,
+  Check(const std::vector<gx_ShapeRing>& rings, bool ofSet, const gxCheckOptions& options,
         const gxOverlayLimits& limits)
-      : rings_(std::move(rings)), ofSet_(ofSet), options_(options), limits_(limits) {}
+      : ofSet_(ofSet), options_(options), limits_(limits) {
+    for (const gx_ShapeRing& ring : rings) static_cast<gx_ShapeRing&>(rings_.emplace_back()) = ring;
+  }
 
   std::vector<gxProblem> run() {
     for (gx_CheckedRing& ring : rings_) takePoints_(ring);
@@ -161,7 +164,7 @@ class Check {
     }
     const gx_CheckedRing& a = rings_[c.ring[0]];
     const gx_CheckedRing& b = rings_[c.ring[1]];
-    const bool siblings = &a != &b && a.owner == b.owner && a.owner != gx_CheckedRing::kNone;
+    const bool siblings = &a != &b && a.owner == b.owner && a.owner != gx_ShapeRing::kNone;
     return siblings ? Kind::eHoleCrossesHole : Kind::eCrossing;
   }
 
@@ -264,7 +267,7 @@ class Check {
 
   void tellOwner_(std::size_t r) {
     const std::size_t owner = rings_[r].owner;
-    if (owner == gx_CheckedRing::kNone || !rings_[owner].usable || settled_(r, owner)) return;
+    if (owner == gx_ShapeRing::kNone || !rings_[owner].usable || settled_(r, owner)) return;
     if (!holds_(owner, r)) tellRings_(Kind::eHoleOutside, rings_[r], rings_[owner]);
   }
 
@@ -311,10 +314,10 @@ class Check {
 
 std::vector<gxProblem> gfCheck(const gxRegion& region, const gxCheckOptions& options,
                                const gxOverlayLimits& limits) {
-  return Check(gx_checkedRings(region), false, options, limits).run();
+  return Check(gx_ringsOf({&region}), false, options, limits).run();
 }
 
 std::vector<gxProblem> gfCheck(const gxRegionSet& set, const gxCheckOptions& options,
                                const gxOverlayLimits& limits) {
-  return Check(gx_checkedRings(set), true, options, limits).run();
+  return Check(gx_ringsOf(gxShapes(set).regions()), true, options, limits).run();
 }

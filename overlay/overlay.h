@@ -3,3 +3,5 @@
 
 #include <overlay/check.h>
 #include <overlay/limits.h>
+#include <overlay/offset.h>
+#include <overlay/shapes.h>

@@ -64,4 +64,6 @@
 
 #include <overlay/check.h>
 #include <overlay/limits.h>
+#include <overlay/offset.h>
 #include <overlay/overlay.h>
+#include <overlay/shapes.h>

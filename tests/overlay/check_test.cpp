@@ -1,4 +1,6 @@
 // The report of what is wrong: each kind by hand, then against plain tests of all pairs.
+// Covers overlay/internal/shape_rings.cpp
+// Covers overlay/internal/shape_rings.h
 // Covers overlay/internal/check/checked_rings.cpp
 // Covers overlay/internal/check/ring_contacts.cpp
 // Covers overlay/internal/check/problem_text.cpp
@@ -460,39 +462,12 @@ slow::Set splitAtContacts(slow::Set set) {
   return set;
 }
 
-// A set that has a good chance to be valid: rectangles and triangles on a lattice, some as holes.
-slow::Set nearlyValid(RandomShapes& random) {
-  const int wide = random.integer(5, 12);
-  const auto piece = [&] {
-    const int x = random.integer(0, wide - 1);
-    const int y = random.integer(0, wide - 1);
-    const int right = random.integer(x + 1, std::min(wide, x + 5));
-    const int high = random.integer(y + 1, std::min(wide, y + 5));
-    judge::Ring ring{V(x, y), V(right, y), V(right, high), V(x, high)};
-    if (random.chance(0.5)) ring.erase(ring.begin() + random.integer(0, 3));
-    return ring;
-  };
-  slow::Set set;
-  for (int n = random.integer(1, 3); n > 0; --n) {
-    slow::Region region{piece(), {}};
-    if (random.chance(0.6)) region.outline = {V(0, 0), V(wide, 0), V(wide, wide), V(0, wide)};
-    if (random.chance(0.1)) region.outline = reversed(region.outline);
-    for (int holes = random.integer(0, 3); holes > 0; --holes) {
-      judge::Ring hole = reversed(piece());
-      if (random.chance(0.05)) hole = reversed(hole);
-      region.holes.push_back({hole, {}});
-    }
-    set.push_back(region);
-  }
-  return set;
-}
-
 TEST(CheckSlowTruth, findsSomethingExactlyWhereThePlainJudgeDoes) {
   RandomShapes random("check against the judge", 4000);
   int valid = 0;
   while (random.next()) {
     SCOPED_TRACE(random.trace());
-    const slow::Set set = nearlyValid(random);
+    const slow::Set set = nearlyValidSet(random);
     const std::string fault = judge::faultOf(splitAtContacts(set));
     const auto problems = gfCheck(setOf(set));
     EXPECT_EQ(problems.empty(), fault.empty()) << fault << (problems.empty() ? "" : problems[0].sentence)

@@ -269,6 +269,32 @@ std::vector<Set> overlayOperands(RandomShapes& random, OverlayFamily family, int
   return operands;
 }
 
+Set nearlyValidSet(RandomShapes& random) {
+  const int wide = random.integer(5, 12);
+  const auto piece = [&] {
+    const int x = random.integer(0, wide - 1);
+    const int y = random.integer(0, wide - 1);
+    const int right = random.integer(x + 1, std::min(wide, x + 5));
+    const int high = random.integer(y + 1, std::min(wide, y + 5));
+    Points ring{V(x, y), V(right, y), V(right, high), V(x, high)};
+    if (random.chance(0.5)) ring.erase(ring.begin() + random.integer(0, 3));
+    return ring;
+  };
+  Set set;
+  for (int n = random.integer(1, 3); n > 0; --n) {
+    Region region{piece(), {}};
+    if (random.chance(0.6)) region.outline = {V(0, 0), V(wide, 0), V(wide, wide), V(0, wide)};
+    if (random.chance(0.1)) region.outline = reversed(region.outline);
+    for (int holes = random.integer(0, 3); holes > 0; --holes) {
+      Points hole = reversed(piece());
+      if (random.chance(0.05)) hole = reversed(hole);
+      region.holes.push_back({hole, {}});
+    }
+    set.push_back(region);
+  }
+  return set;
+}
+
 Set mappedSet(const Set& set, const std::function<V(const V&)>& map) {
   Set result = set;
   for (Region& region : result) {

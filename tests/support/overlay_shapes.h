@@ -34,6 +34,10 @@ OverlayFamily someFamily(RandomShapes& random);
 /// Draws that many operands of a family; one region each mostly, seldom two.
 std::vector<slow::Set> overlayOperands(RandomShapes& random, OverlayFamily family, int count);
 
+/// Draws a set that has a good chance to be valid: rectangles and triangles on a small lattice, some as holes,
+/// which touch, share borders and nest.
+slow::Set nearlyValidSet(RandomShapes& random);
+
 /// Applies a function to each point.
 slow::Set mappedSet(const slow::Set& set, const std::function<gxVector<2>(const gxVector<2>&)>& map);
 /// Returns the same set said differently: rings begin elsewhere, run the other way, regions change places.

@@ -1,81 +1,16 @@
-// The rings of a shape for the check.
+// Directions and sides of the rings of a shape, for the check.
 //
-//  1. A region's rings come in the order of a walk level by level: the outline, its holes, the holes of
-//     each hole and so on, so that the holes keep the numbers of the list.  Holes are shared, and two that
-//     both refer twice to the next, and so on, would double from level to level: the holes of a region
-//     are taken once in each outermost region.
-//  2. A walk in depth looks beforehand whether a region is among the holes of its own holes.
-//  3. Sides are told by a ray to the left.  An edge counts where one end is at or below the point and the
-//     other above, and its side of the edge is an orientation, so the count is exact; the tree over
-//     the edges leaves out the runs that the ray misses.
+// Sides are told by a ray to the left.  An edge counts where one end is at or below the point and the
+// other above, and its side of the edge is an orientation, so the count is exact; the tree over the
+// edges leaves out the runs that the ray misses.
 #include <overlay/internal/check/checked_rings.h>
 
 #include <overlay/internal/predicates.h>
 
 #include <algorithm>
 #include <limits>
-#include <unordered_map>
-#include <unordered_set>
-#include <utility>
-
-namespace {
 
 using V = gxVector<2>;
-
-// ---- Collecting ---------------------------------------------------------------------------------
-
-void refuseCycles(const gxRegion& outermost) {
-  enum class State { eOnPath, eDone };
-  std::unordered_map<const gxRegion*, State> states{{&outermost, State::eOnPath}};
-  std::vector<std::pair<const gxRegion*, std::size_t>> path{{&outermost, 0}};
-  while (!path.empty()) {
-    const gxRegion* region = path.back().first;
-    if (path.back().second == region->holes().size()) {
-      states[region] = State::eDone;
-      path.pop_back();
-      continue;
-    }
-    const gxRegion* hole = &*region->holes()[path.back().second++];
-    const auto [place, isNew] = states.try_emplace(hole, State::eOnPath);
-    if (isNew) {
-      path.emplace_back(hole, 0);
-    } else if (place->second == State::eOnPath) {
-      throw gxContourDefs::BadParams(L"holes nest too deeply");
-    }
-  }
-}
-
-void append(const gxRegion& outermost, long number, std::vector<gx_CheckedRing>& rings) {
-  refuseCycles(outermost);
-  const std::size_t first = rings.size();
-  std::vector<const gxRegion*> regions{&outermost};
-  std::unordered_set<const gxRegion*> taken;
-  rings.push_back({&outermost.points(), number, -1, gx_CheckedRing::kNone, 0, {}, {}, false, {}});
-  for (std::size_t i = 0; i < regions.size(); ++i) {
-    if (!taken.insert(regions[i]).second) continue;
-    for (const auto& hole : regions[i]->holes()) {
-      const gx_CheckedRing& owner = rings[first + i];
-      const long next = static_cast<long>(regions.size()) - 1;
-      regions.push_back(&*hole);
-      rings.push_back({&hole->points(), number, next, first + i, owner.level + 1, {}, {}, false, {}});
-    }
-  }
-}
-
-}  // namespace
-
-std::vector<gx_CheckedRing> gx_checkedRings(const gxRegion& region) {
-  std::vector<gx_CheckedRing> rings;
-  append(region, 0, rings);
-  return rings;
-}
-
-std::vector<gx_CheckedRing> gx_checkedRings(const gxRegionSet& set) {
-  std::vector<gx_CheckedRing> rings;
-  long number = 0;
-  for (const auto& region : set.regions()) append(*region, number++, rings);
-  return rings;
-}
 
 int gx_directionOfRing(const gx_CheckedRing& ring) {
   const auto first = std::min_element(ring.points.begin(), ring.points.end(), gx_before);

@@ -2,22 +2,14 @@
 #pragma once
 
 #include <cntr/internal/index/edge_index.h>
-#include <cntr/regionst.h>
+#include <overlay/internal/shape_rings.h>
 #include <velstd/vector.h>
 
 #include <cstddef>
 #include <vector>
 
-/// One ring: an outline, a hole, an island and so on.
-struct gx_CheckedRing {
-  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
-
-  const std::vector<gxVector<2>>* source = nullptr;  // the points as given
-  long region = 0;                                   // in the set
-  long number = -1;                                  // in the region: −1 the outline, then the holes
-  std::size_t owner = kNone;                         // the ring that this one is a hole of
-  int level = 0;                                     // 0 outlines, 1 holes, 2 islands …
-
+/// One ring with what the check makes of its points.
+struct gx_CheckedRing : gx_ShapeRing {
   std::vector<gxVector<2>> points;    // without repeated ones
   std::vector<std::size_t> original;  // the number of each, which is that of the edge that ends there
   bool usable = false;                // finite, and not all on one line
@@ -30,12 +22,6 @@ struct gx_CheckedRing {
   const gxVector<2>& from(std::size_t i) const { return points[before(i)]; }
   const gxVector<2>& to(std::size_t i) const { return points[i]; }
 };
-
-/// Returns the rings of a region, outline first, then hole by hole, level by level; those of a set one
-/// region after the other.  Points are not copied yet.
-/// Throws: gxBadPointer, BadParams (see `gfCheck`).
-std::vector<gx_CheckedRing> gx_checkedRings(const gxRegion& region);
-std::vector<gx_CheckedRing> gx_checkedRings(const gxRegionSet& set);
 
 /// Returns the ring's direction, +1 counter-clockwise: the turn at its lowest leftmost point.  Right for a
 /// ring that does not cross itself.
