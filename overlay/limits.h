@@ -17,9 +17,10 @@ struct gxOverlayLimits {
   /// is then as it was.  Empty: the call is never stopped.
   std::function<bool()> stop;
 
-  /// The most meetings of edges that a call may find before it throws `gxLimitExceeded`.  n edges can
-  /// have n² / 2 of them, and each costs about 200 bytes: 4 million need about 800 MB.
-  std::size_t maxMeetings = 4'000'000;
+  /// The most nodes inside of edges that a call may find before it throws `gxLimitExceeded`: a crossing
+  /// makes two, one on each edge.  n edges can have n² of them, and each costs about 100 bytes: 8 million
+  /// need about 800 MB.
+  std::size_t maxMeetings = 8'000'000;
 };
 
 /// The edges of an input meet more often than `gxOverlayLimits::maxMeetings` allows.
