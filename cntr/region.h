@@ -249,6 +249,7 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
  private:
   friend class gxRegionSet;     // splices and repairs its regions
   friend class gx_RegionIndex;  // looks into their memories
+  friend class gx_ValidRegion;  // sets holes that were checked exactly, touching ones too
 
   static gxPersistent* make();
   static gx_Instantiator sExemplar;

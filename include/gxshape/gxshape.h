@@ -62,8 +62,11 @@
 
 #include <ch_core/cntrtmpl.h>
 
+#include <overlay/boolean.h>
 #include <overlay/check.h>
 #include <overlay/limits.h>
 #include <overlay/offset.h>
+#include <overlay/options.h>
 #include <overlay/overlay.h>
+#include <overlay/repair.h>
 #include <overlay/shapes.h>

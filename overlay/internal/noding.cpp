@@ -101,6 +101,10 @@ void gx_Noding::pair_(std::uint32_t i, std::uint32_t j) {
   const gxVector<2>& b = edges_.to(i);
   const gxVector<2>& c = edges_.from(j);
   const gxVector<2>& d = edges_.to(j);
+  if (a == c) return equalEnds_(i, i, i + 1, j, j, j + 1);
+  if (a == d) return equalEnds_(i, i, i + 1, j, j + 1, j);
+  if (b == c) return equalEnds_(i, i + 1, i, j, j, j + 1);
+  if (b == d) return equalEnds_(i, i + 1, i, j, j + 1, j);
   const gx_EdgeMeeting meeting = gx_meetingOf(a, b, c, d);
   if (meeting.kind == gx_EdgeMeeting::eApart) return;
   if (meeting.kind == gx_EdgeMeeting::eCrossing) {
@@ -115,10 +119,33 @@ void gx_Noding::pair_(std::uint32_t i, std::uint32_t j) {
   if ((meeting.ends & gx_EdgeMeeting::eD) != 0) touch_(i, j + 1);
 }
 
+// Edges with equal ends meet elsewhere only where they go the same way from there.
+void gx_Noding::equalEnds_(std::uint32_t i, std::uint32_t own, std::uint32_t far, std::uint32_t j,
+                           std::uint32_t other, std::uint32_t otherFar) {
+  markPoint_(own);
+  markPoint_(other);
+  const gxVector<2>& p = edges_.point(far);
+  const gxVector<2>& q = edges_.point(otherFar);
+  if (p == q) {
+    markPoint_(far);
+    markPoint_(otherFar);
+  } else if (gx_isFold(p, edges_.point(own), q)) {
+    if (gx_isBetween(q, edges_.point(own), p)) {
+      touch_(i, otherFar);
+    } else {
+      touch_(j, far);
+    }
+  }
+}
+
 // The point lies on the edge.
 void gx_Noding::touch_(std::uint32_t edge, std::uint32_t point) {
   onEdge_(edge, edges_.point(point), false);
-  mark_(point, nodes_.add(edges_.point(point)));
+  markPoint_(point);
+}
+
+void gx_Noding::markPoint_(std::uint32_t point) {
+  if ((flags_[vertexOf_(point)] & eNode) == 0) mark_(point, nodes_.add(edges_.point(point)));
 }
 
 void gx_Noding::onEdge_(std::uint32_t edge, const gxVector<2>& p, bool bends) {

@@ -81,6 +81,8 @@ class GXSHAPE_API gx_Noding {
   void firstRound_();
   void fold_(std::uint32_t edge, std::uint32_t next);
   void pair_(std::uint32_t i, std::uint32_t j);
+  void equalEnds_(std::uint32_t i, std::uint32_t own, std::uint32_t far, std::uint32_t j,
+                  std::uint32_t other, std::uint32_t otherFar);
   void laterRound_();
   void bentEdge_(std::uint32_t edge);
   void piecePair_(const Piece& s, const Piece& t);
@@ -90,6 +92,7 @@ class GXSHAPE_API gx_Noding {
 
   std::uint32_t vertexOf_(std::uint32_t point) const;
   void mark_(std::uint32_t point, std::uint32_t node);
+  void markPoint_(std::uint32_t point);
   void onEdge_(std::uint32_t edge, const gxVector<2>& p, bool bends);
   void touch_(std::uint32_t edge, std::uint32_t point);
   void onPiece_(const Piece& piece, const gxVector<2>& p, bool bends);

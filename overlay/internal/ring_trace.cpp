@@ -11,12 +11,11 @@
 //     within the hole, or beside it, and is none.
 //  4. Each ring begins at its first vertex by x, then y; holes and regions are sorted by their vertices.
 #include <cntr/internal/index/box_tree.h>
+#include <overlay/internal/point_in_ring.h>
 #include <overlay/internal/predicates.h>
 #include <overlay/internal/ring_trace.h>
 
 #include <algorithm>
-#include <memory>
-#include <optional>
 #include <utility>
 
 namespace {
@@ -47,17 +46,16 @@ bool ringBefore(const gx_ResultRing& a, const gx_ResultRing& b) {
 
 class Trace {
  public:
-  Trace(const gx_Graph& graph, const gx_FaceLabels& labels, const gx_Keep& keep, bool withOrigins)
+  Trace(const gx_Graph& graph, const gx_Border& border, bool withOrigins)
       : graph_(graph),
-        labels_(labels),
-        keep_(keep),
+        border_(border),
         withOrigins_(withOrigins),
         walked_(graph.positions(), 0),
         onStack_(graph.nodes(), kNone) {}
 
   void all() {
     for (std::uint32_t i = 0; i < graph_.positions(); ++i) {
-      if (!graph_.leaving(i).isSameWay && walked_[i] == 0 && isBorder(i)) walk(i);
+      if (!graph_.leaving(i).isSameWay && walked_[i] == 0 && border_.holds(i)) walk(i);
     }
   }
 
@@ -65,21 +63,6 @@ class Trace {
   std::vector<gx_ResultRing> holes;  // of outlines of other walks
 
  private:
-  bool isBorder(std::uint32_t position) const {
-    return keep_.holds(labels_.left[position]) && !keep_.holds(labels_.right[position]);
-  }
-
-  // The first position of the bundle that the walk leaves by after it came along the one at `position`.
-  std::uint32_t next(std::uint32_t position) const {
-    const std::uint32_t back = graph_.leaving(position).half ^ 1U;
-    const std::uint32_t node = graph_.nodeOf(back);
-    std::uint32_t i = graph_.bundleBegin(graph_.positionOf(back));
-    do {
-      i = graph_.bundleBegin((i == graph_.begin(node) ? graph_.end(node) : i) - 1);
-    } while (!isBorder(i));
-    return i;
-  }
-
   void walk(std::uint32_t start) {
     firstHole_ = holes.size();
     outline_ = kNone;
@@ -91,7 +74,7 @@ class Trace {
       if (onStack_[node] != kNone) cutFrom(onStack_[node]);
       onStack_[node] = static_cast<std::uint32_t>(stack_.size());
       stack_.push_back(i);
-      i = next(i);
+      i = border_.next(i);
     } while (i != start);
     cutFrom(0);
     if (outline_ == kNone) return;
@@ -156,7 +139,7 @@ class Trace {
     int count = 0;
     for (std::uint32_t i = graph_.begin(node); i < graph_.end(node); ++i) {
       if (graph_.leaving(i).isSameWay) continue;
-      count += keep_.holds(labels_.left[i]) != keep_.holds(labels_.right[i]) ? 1 : 0;
+      count += border_.isSide(i) ? 1 : 0;
     }
     return count;
   }
@@ -172,8 +155,7 @@ class Trace {
   }
 
   const gx_Graph& graph_;
-  const gx_FaceLabels& labels_;
-  const gx_Keep& keep_;
+  const gx_Border& border_;
   bool withOrigins_;
   std::vector<unsigned char> walked_;
   std::vector<std::uint32_t> stack_;    // positions of half-edges
@@ -183,51 +165,6 @@ class Trace {
 };
 
 // ---- Holes and their outlines -------------------------------------------------------------------
-
-// An outline that is asked for points in it.
-class Around {
- public:
-  explicit Around(const Points& points) : points_(&points) {
-    for (const gxVector<2>& p : points) box_.add(p);
-  }
-
-  const gx_Box& box() const { return box_; }
-
-  // Tells whether the point lies within the ring, not on it; a point of the border is a vertex.
-  bool holds(const gxVector<2>& p) {
-    if (!box_.holds(p)) return false;
-    if (!index_ && points_->size() > kFew) index_ = std::make_unique<gx_EdgeIndex>(*points_, true);
-    int winding = 0;
-    bool isVertex = false;
-    const auto edges = [&](std::size_t first, std::size_t end) {
-      for (std::size_t k = first; k < end && !isVertex; ++k) {
-        const gxVector<2>& a = (*points_)[k == 0 ? points_->size() - 1 : k - 1];
-        const gxVector<2>& b = (*points_)[k];
-        isVertex = b == p || a == p;
-        const bool up = a.y() <= p.y() && p.y() < b.y();
-        const bool down = b.y() <= p.y() && p.y() < a.y();
-        if (up && gx_Orientation(a, b, p) < 0) --winding;
-        if (down && gx_Orientation(a, b, p) > 0) ++winding;
-      }
-      return isVertex;
-    };
-    if (index_) {
-      index_->forEachRun(
-          [&p](const gx_Box& b) { return b.lowY <= p.y() && b.highY >= p.y() && b.lowX <= p.x(); },
-          edges);
-    } else {
-      edges(0, points_->size());
-    }
-    return !isVertex && winding != 0;
-  }
-
- private:
-  static constexpr std::size_t kFew = 64;
-
-  const Points* points_;
-  gx_Box box_;
-  std::unique_ptr<gx_EdgeIndex> index_;
-};
 
 // Of two outlines around one point, one lies within the other, and so does its box.
 bool isFurtherIn(const gx_Box& a, const gx_Box& b) {
@@ -239,7 +176,7 @@ bool isFurtherIn(const gx_Box& a, const gx_Box& b) {
 
 void placeHoles(std::vector<gx_ResultRegion>& regions, std::vector<gx_ResultRing>& holes) {
   if (holes.empty()) return;
-  std::vector<Around> outlines;
+  std::vector<gx_PointInRing> outlines;
   std::vector<gx_Box> boxes;
   outlines.reserve(regions.size());
   boxes.reserve(regions.size());
@@ -261,19 +198,18 @@ void placeHoles(std::vector<gx_ResultRegion>& regions, std::vector<gx_ResultRing
 
 }  // namespace
 
-std::vector<gx_ResultRegion> gx_inOrder(std::vector<gx_ResultRegion> regions) {
-  for (gx_ResultRegion& region : regions)
-    std::sort(region.holes.begin(), region.holes.end(), ringBefore);
-  std::sort(regions.begin(), regions.end(), [](const gx_ResultRegion& a, const gx_ResultRegion& b) {
-    return ringBefore(a.outline, b.outline);
-  });
-  return regions;
-}
-
 std::vector<gx_ResultRegion> gx_traceRegions(const gx_Graph& graph, const gx_FaceLabels& labels,
-                                             const gx_Keep& keep, bool withOrigins) {
-  Trace trace(graph, labels, keep, withOrigins);
+                                             const gx_Keep& keep, bool withOrigins,
+                                             const std::vector<unsigned char>* cuts) {
+  const gx_Border border(graph, labels, keep, cuts);
+  Trace trace(graph, border, withOrigins);
   trace.all();
   placeHoles(trace.regions, trace.holes);
-  return gx_inOrder(std::move(trace.regions));
+  for (gx_ResultRegion& region : trace.regions)
+    std::sort(region.holes.begin(), region.holes.end(), ringBefore);
+  std::sort(trace.regions.begin(), trace.regions.end(),
+            [](const gx_ResultRegion& a, const gx_ResultRegion& b) {
+              return ringBefore(a.outline, b.outline);
+            });
+  return std::move(trace.regions);
 }
