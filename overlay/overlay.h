@@ -6,5 +6,6 @@
 #include <overlay/limits.h>
 #include <overlay/offset.h>
 #include <overlay/options.h>
+#include <overlay/relate.h>
 #include <overlay/repair.h>
 #include <overlay/shapes.h>

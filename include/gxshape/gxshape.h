@@ -68,5 +68,6 @@
 #include <overlay/offset.h>
 #include <overlay/options.h>
 #include <overlay/overlay.h>
+#include <overlay/relate.h>
 #include <overlay/repair.h>
 #include <overlay/shapes.h>

@@ -12,10 +12,13 @@ gx_Membership::gx_Membership(const std::vector<gx_RingRole>& roles, std::size_t 
     rings_[i].parent = roles[i].parent;
     rings_[i].operand = roles[i].operand;
     rings_[i].rule = roles[i].rule;
+    rings_[i].counted =
+        roles[i].together != gx_EdgeSet::kNone ? roles[i].together : static_cast<std::uint32_t>(i);
   }
 }
 
 void gx_Membership::step(std::uint32_t number, int by) {
+  number = rings_[number].counted;
   Ring& ring = rings_[number];
   ring.around += by;
   bool encloses = false;

@@ -17,6 +17,9 @@ struct gx_RingRole {
   std::uint32_t parent =
       gx_EdgeSet::kNone;  ///< the ring that this one is a hole of; kNone for an outline
   gx_RingRule rule = gx_RingRule::eEvenOdd;
+  /// The ring to whose turns those of this one are added, which comes before it; kNone for none.  The rest
+  /// of the role is then without meaning.
+  std::uint32_t together = gx_EdgeSet::kNone;
 };
 
 /// Counts, for one place at a time, how often every ring goes around it, and what follows: a region holds
@@ -49,6 +52,7 @@ class GXSHAPE_API gx_Membership {
     std::uint32_t holdingHoles = 0;
     std::uint32_t parent = 0;
     std::uint32_t operand = 0;
+    std::uint32_t counted = 0;  // where its turns are counted
     gx_RingRule rule = gx_RingRule::eEvenOdd;
     bool encloses = false;
   };

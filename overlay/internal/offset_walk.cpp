@@ -34,8 +34,8 @@ bool isFinite(const V& p) {
   return std::isfinite(p.x()) && std::isfinite(p.y());
 }
 
-// An edge: its direction and the normal to its right, of length 1, and its length.  Halved and scaled, so
-// that neither huge nor tiny edges overflow or lose digits.
+// An edge: its direction and the normal to its right, of length 1, and its length.  Scaled, so that neither
+// huge nor tiny edges overflow or lose digits.
 struct Side {
   V along;
   V normal;
@@ -43,16 +43,18 @@ struct Side {
 };
 
 Side sideOf(const V& a, const V& b) {
-  const V half(0.5 * b.x() - 0.5 * a.x(), 0.5 * b.y() - 0.5 * a.y());
-  const double size = std::max(std::fabs(half.x()), std::fabs(half.y()));
-  // Twice, as the scale of the smallest doubles is none.
-  const int exponent = std::ilogb(size);
+  V edge = b - a;
+  // The difference of huge coordinates may be none; halves of the tiniest ones would be.
+  const int halved = isFinite(edge) ? 0 : 1;
+  if (halved != 0) edge = V(0.5 * b.x() - 0.5 * a.x(), 0.5 * b.y() - 0.5 * a.y());
+  const int exponent = std::ilogb(std::max(std::fabs(edge.x()), std::fabs(edge.y())));
+  // In two steps, as the scale of the smallest doubles is none.
   const int first = -exponent / 2;
   const auto scaled = [&](double c) { return std::ldexp(std::ldexp(c, first), -exponent - first); };
-  const V v(scaled(half.x()), scaled(half.y()));
+  const V v(scaled(edge.x()), scaled(edge.y()));
   const double norm = std::sqrt(v.x() * v.x() + v.y() * v.y());
   const V along(v.x() / norm, v.y() / norm);
-  return {along, V(along.y(), -along.x()), std::ldexp(norm, exponent + 1)};
+  return {along, V(along.y(), -along.x()), std::ldexp(norm, exponent + halved)};
 }
 
 class Walk {

@@ -8,7 +8,7 @@
 // Covers overlay/internal/check/ring_contacts.h
 // Covers overlay/internal/check/problem_text.h
 #include <overlay/check.h>
-#include <overlay/internal/check/problem_text.h>
+#include <overlay/shape_builder.h>
 #include <support/overlay_judge.h>
 #include <support/overlay_shapes.h>
 #include <support/shape_text.h>
@@ -27,29 +27,8 @@ using V = gxVector<2>;
 using Kind = gxProblemKind;
 using Handle = gxPtrHandle_const<gxRegion>;
 
-// Holes that the setter refuses come in through change tracking's back door: a hole may change after it
-// was given.
-gxPtrHandle<gxRegion> regionOf(const slow::Region& plain) {
-  const gxPtrHandle<gxRegion> region(
-      new gxRegion(gxRegion(pointsOf("-9e99 -9e99, 9e99 -9e99, 0 9e99"))));
-  std::vector<gxPtrHandle<gxRegion>> holes;
-  for (std::size_t i = 0; i < plain.holes.size(); ++i) {
-    holes.emplace_back(new gxRegion(pointsOf("0 0, 1 0, 0 1")));
-  }
-  if (!holes.empty()) region->holes(holes);
-  region->points(plain.outline);
-  for (std::size_t i = 0; i < plain.holes.size(); ++i) *holes[i] = *regionOf(plain.holes[i]);
-  return region;
-}
-
-gxRegionSet setOf(const slow::Set& plain) {
-  std::vector<Handle> regions;
-  for (const slow::Region& region : plain) regions.push_back(regionOf(region));
-  return gxRegionSet(regions);
-}
-
 std::vector<gxProblem> checkOf(const slow::Region& region, const gxCheckOptions& options = {}) {
-  return gfCheck(*regionOf(region), options);
+  return gfCheck(*judge::regionFrom(region), options);
 }
 std::vector<gxProblem> checkOf(const std::string& outline, const gxCheckOptions& options = {}) {
   return checkOf(slow::Region{pointsOf(outline), {}}, options);
@@ -97,8 +76,8 @@ TEST(Check, tellsOfACrossingWhereAndBetweenWhichEdges) {
 
 TEST(Check, tellsOfEachPointThatIsNotFinite) {
   const auto problems = checkOf("0 0, nan 1, 4 4, 1 -inf, 0 9");
-  EXPECT_EQ(wordsOf(problems), (Words{"point 1 of the outline is not finite: (nan, 1)",
-                                      "point 3 of the outline is not finite: (1, -inf)"}));
+  EXPECT_EQ(wordsOf(problems), (Words{"point 1 of the outline is not finite: (NaN, 1)",
+                                      "point 3 of the outline is not finite: (1, -Infinity)"}));
   EXPECT_EQ(problems[1].edges, (std::array<long, 2>{3, 3}));
 }
 
@@ -226,11 +205,11 @@ TEST(Check, comparesTheRegionsOfASet) {
   const slow::Region square{pointsOf(kSquare), {}};
   const slow::Region inner{pointsOf("3 3, 6 3, 6 6"), {}};
   const slow::Region frame = withHoles(kSquare, {"2 2, 2 8, 8 8, 8 2"});
-  EXPECT_EQ(wordsOf(gfCheck(setOf({square, inner}))),
+  EXPECT_EQ(wordsOf(gfCheck(judge::setFrom({square, inner}))),
             Words{"the outline of region 1 lies inside the outline of region 0"});
-  EXPECT_EQ(wordsOf(gfCheck(setOf({frame, inner}))), Words{}) << "in the hole";
-  EXPECT_EQ(wordsOf(gfCheck(setOf({square, {pointsOf("10 10, 12 10, 12 12"), {}}}))), Words{});
-  const auto crossing = gfCheck(setOf({square, {pointsOf("8 -4, 20 -4, 8 4"), {}}}));
+  EXPECT_EQ(wordsOf(gfCheck(judge::setFrom({frame, inner}))), Words{}) << "in the hole";
+  EXPECT_EQ(wordsOf(gfCheck(judge::setFrom({square, {pointsOf("10 10, 12 10, 12 12"), {}}}))), Words{});
+  const auto crossing = gfCheck(judge::setFrom({square, {pointsOf("8 -4, 20 -4, 8 4"), {}}}));
   ASSERT_EQ(crossing.size(), 2U);
   EXPECT_EQ(
       wordsOf(crossing),
@@ -302,22 +281,7 @@ TEST(Check, tellsAllOfABigOutline) {
   EXPECT_GE(gfCheck(gxRegion(points)).size(), 2U);
 }
 
-// ---- Numbers in sentences -----------------------------------------------------------------------
-
-TEST(ProblemText, writesNumbersShortestAndPlain) {
-  EXPECT_EQ(gx_textOf(0.0), "0");
-  EXPECT_EQ(gx_textOf(-0.0), "-0");
-  EXPECT_EQ(gx_textOf(100000.0), "100000");
-  EXPECT_EQ(gx_textOf(-1100.5), "-1100.5");
-  EXPECT_EQ(gx_textOf(123456789012345670000.0), "123456789012345670000");
-  EXPECT_EQ(gx_textOf(1e21), "1e+21");
-  EXPECT_EQ(gx_textOf(1.5e-7), "1.5e-7");
-  EXPECT_EQ(gx_textOf(1e-6), "0.000001");
-  EXPECT_EQ(gx_textOf(0.1), "0.1");
-  EXPECT_EQ(gx_textOf(5e-324), "5e-324");
-  EXPECT_EQ(gx_textOf(1.7976931348623157e308), "1.7976931348623157e+308");
-  EXPECT_EQ(gx_textOf(std::numeric_limits<double>::infinity()), "inf");
-}
+// ---- Words             -----------------------------------------------------------------------
 
 TEST(ProblemText, hasAWordForEachKind) {
   std::set<std::string> words;
@@ -412,7 +376,7 @@ TEST(CheckSlowTruth, findsTheCrossingsAndOverlapsOfAllPairs) {
     }
     ++compared;
     std::set<Place> found;
-    for (const gxProblem& p : gfCheck(setOf(set))) {
+    for (const gxProblem& p : gfCheck(judge::setFrom(set))) {
       const bool crossing = p.kind == Kind::eCrossing || p.kind == Kind::eHoleCrossesHole;
       if (!crossing && p.kind != Kind::eOverlap) continue;
       // Through a vertex: a meeting of more than these two edges, which the all-pairs form leaves out.
@@ -469,7 +433,7 @@ TEST(CheckSlowTruth, findsSomethingExactlyWhereThePlainJudgeDoes) {
     SCOPED_TRACE(random.trace());
     const slow::Set set = nearlyValidSet(random);
     const std::string fault = judge::faultOf(splitAtContacts(set));
-    const auto problems = gfCheck(setOf(set));
+    const auto problems = gfCheck(judge::setFrom(set));
     EXPECT_EQ(problems.empty(), fault.empty()) << fault << (problems.empty() ? "" : problems[0].sentence)
                                                << testing::PrintToString(judge::ringsOf(set));
     valid += fault.empty() ? 1 : 0;

@@ -77,6 +77,13 @@ TEST(OffsetWalk, goesAroundALineThereAndBack) {
   EXPECT_NEAR(coveredArea(walksOf(line, 1.0, form, true)), 20.0 + std::numbers::pi, 0.01);
 }
 
+TEST(OffsetWalk, takesEdgesOfTheSmallestAndTheGreatestLength) {
+  for (const Ring& p : walksOf({pointsOf("0 0, 5e-324 0, 5e-324 10, 0 10")}, 1.0))
+    EXPECT_GT(p.size(), 50U);
+  EXPECT_EQ(walksOf({pointsOf("-1e308 0, 1e308 0, 0 1e308")}, 1e307, formOf(gxJoin::eBevel))[0].size(),
+            6U);
+}
+
 TEST(OffsetWalk, refusesToLeaveTheRangeOfNumbers) {
   EXPECT_THROW(walksOf({pointsOf("1e308 0, 1.7e308 0, 1.7e308 1")}, 1e308), gxContourDefs::BadParams);
 }

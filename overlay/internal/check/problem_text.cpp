@@ -1,33 +1,11 @@
 // What a problem is called and how it is told.
-//
-// Numbers are laid out from the shortest digits in scientific form: the plain form that the standard
-// library chooses by length alone would write 100000 as 1e+05.
 #include <overlay/internal/check/problem_text.h>
 
-#include <array>
-#include <charconv>
-#include <cmath>
-#include <cstdlib>
-#include <string_view>
+#include <velstd/number_text.h>
 
 namespace {
 
 using K = gxProblemKind;
-
-std::string plainForm(std::string_view digits, int exponent) {
-  const auto count = static_cast<int>(digits.size());
-  std::string text(digits);
-  if (exponent >= count - 1)
-    return text + std::string(static_cast<std::size_t>(exponent - count + 1), '0');
-  if (exponent < 0) return "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + text;
-  return text.insert(static_cast<std::size_t>(exponent) + 1, ".");
-}
-
-std::string exponentForm(std::string_view digits, int exponent) {
-  std::string text(digits);
-  if (text.size() > 1) text.insert(1, ".");
-  return text + (exponent < 0 ? "e-" : "e+") + std::to_string(std::abs(exponent));
-}
 
 std::string edgesOn(const gxProblem& p, bool ofSet) {
   const std::string first = gx_ringName(p.rings[0], p.regions[0], ofSet);
@@ -42,25 +20,8 @@ std::string edgesOn(const gxProblem& p, bool ofSet) {
 
 }  // namespace
 
-std::string gx_textOf(double value) {
-  if (std::isnan(value)) return "nan";
-  if (std::isinf(value)) return value < 0 ? "-inf" : "inf";
-  if (value == 0.0) return std::signbit(value) ? "-0" : "0";
-  std::array<char, 32> buffer{};
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::fabs(value),
-                                 std::chars_format::scientific);
-  const std::string_view text(buffer.data(), static_cast<std::size_t>(end.ptr - buffer.data()));
-  const std::size_t e = text.find('e');
-  const int exponent = std::atoi(std::string(text.substr(e + 1)).c_str());
-  std::string digits(text.substr(0, e));
-  if (digits.size() > 1) digits.erase(1, 1);
-  const std::string body =
-      exponent >= -6 && exponent < 21 ? plainForm(digits, exponent) : exponentForm(digits, exponent);
-  return value < 0 ? "-" + body : body;
-}
-
 std::string gx_textOf(const gxVector<2>& point) {
-  return "(" + gx_textOf(point.x()) + ", " + gx_textOf(point.y()) + ")";
+  return "(" + gfNumberText(point.x()) + ", " + gfNumberText(point.y()) + ")";
 }
 
 std::string gx_ringName(long ring, long region, bool ofSet) {

@@ -5,9 +5,6 @@
 
 #include <string>
 
-/// Returns the shortest digits that read back as the same double: plain from 1e-6 up to below 1e21, else as
-/// "1e-7", "1e+21"; "nan", "inf", "-inf".
-GXSHAPE_API std::string gx_textOf(double value);
 /// Returns "(2, 2.5)".
 std::string gx_textOf(const gxVector<2>& point);
 /// Returns "the outline", "hole 3", or, of a set, "the outline of region 2" and so on.
