@@ -1,7 +1,7 @@
 // Repair by rule: an arrangement with one operand.  The steps are told in internal/arrangement.cpp and the
 // files that it names.
-#include <overlay/internal/outer_faces.h>
 #include <overlay/internal/operand_rings.h>
+#include <overlay/internal/outer_faces.h>
 #include <overlay/repair.h>
 
 #include <cmath>
