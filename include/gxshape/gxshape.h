@@ -50,10 +50,13 @@
 #include <gauge/borders.h>
 #include <gauge/clean.h>
 #include <gauge/curvature.h>
+#include <gauge/defects.h>
+#include <gauge/descriptors.h>
 #include <gauge/enclosing.h>
 #include <gauge/feret.h>
 #include <gauge/gauge.h>
 #include <gauge/hausdorff.h>
+#include <gauge/moments.h>
 #include <gauge/places.h>
 #include <gauge/resample.h>
 #include <gauge/simplify.h>

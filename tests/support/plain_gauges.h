@@ -3,6 +3,7 @@
 
 #include <velstd/vector.h>
 
+#include <cstddef>
 #include <vector>
 
 namespace plain {
@@ -27,5 +28,17 @@ long double farthest(const Points& points);
 
 /// The extent in a direction.
 long double extent(const Points& points, long double angle);
+
+/// ∫ x^p y^q dA over what a ring encloses, counterclockwise turns positive, seen from a point: the general
+/// formula for any p and q.
+long double moment(const Points& ring, const gxVector<2>& from, int p, int q);
+
+/// The deepest points of the pockets between neighbouring corners of the convex hull, for an outline that
+/// does not touch itself: start, end, deepest, by looking for each corner in turn.
+struct Pocket {
+  std::size_t start = 0, end = 0, deepest = 0;
+  long double depth = 0, area = 0;
+};
+std::vector<Pocket> pockets(const Points& outline);
 
 }  // namespace plain

@@ -1,0 +1,56 @@
+// Lengths in the scale of a frame, where no square of a difference leaves the range.  Short edges are
+// added in blocks, so that a million of them lose no digits.
+#include <cntr/internal/outline/edge_walk.h>
+#include <gauge/internal/border_length.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+namespace {
+
+constexpr std::size_t kBlock = 64;
+
+double lengthOf(const gxVector<2>& a, const gxVector<2>& b) {
+  const gxVector<2> d = b - a;
+  const double square = d * d;
+  return square > 1e-280 ? std::sqrt(square) : d.len();
+}
+
+}  // namespace
+
+double gx_ringLength(const gx_Ring& ring, const gx_Frame& frame) {
+  const auto& points = ring.points;
+  if (points.size() < 2) return 0.0;
+  double sum = ring.closed ? lengthOf(frame.scaled(points.back()), frame.scaled(points.front())) : 0.0;
+  gxVector<2> a = frame.scaled(points[0]);
+  for (std::size_t i = 1; i < points.size();) {
+    double block = 0.0;
+    for (const std::size_t end = std::min(i + kBlock, points.size()); i < end; ++i) {
+      const gxVector<2> b = frame.scaled(points[i]);
+      block += lengthOf(a, b);
+      a = b;
+    }
+    sum += block;
+  }
+  return sum;
+}
+
+gxVector<2> gx_borderCentre(const std::vector<gx_Ring>& rings, const gx_Frame& frame) {
+  const gxVector<2>* first = nullptr;
+  double total = 0.0;
+  gxVector<2> weighted;
+  for (const gx_Ring& ring : rings) {
+    if (first == nullptr && !ring.points.empty()) first = &ring.points[0];
+    gx_forEachEdge(ring.points.size(), ring.closed, [&](std::size_t i, std::size_t j, std::size_t) {
+      const gxVector<2> a = frame.scaled(ring.points[i]) - frame.scaled(*first);
+      const gxVector<2> b = frame.scaled(ring.points[j]) - frame.scaled(*first);
+      const double length = lengthOf(a, b);
+      total += length;
+      weighted += (a + b) * (0.5 * length);
+    });
+  }
+  if (first == nullptr) return {NAN, NAN};
+  if (total == 0.0) return *first;
+  return frame.unscaled(frame.scaled(*first) + weighted / total);
+}
