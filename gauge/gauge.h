@@ -7,9 +7,11 @@
 #include <gauge/curvature.h>
 #include <gauge/defects.h>
 #include <gauge/descriptors.h>
+#include <gauge/distance.h>
 #include <gauge/enclosing.h>
 #include <gauge/feret.h>
 #include <gauge/hausdorff.h>
+#include <gauge/locate.h>
 #include <gauge/moments.h>
 #include <gauge/places.h>
 #include <gauge/resample.h>
