@@ -11,6 +11,7 @@
 #include <gauge/enclosing.h>
 #include <gauge/feret.h>
 #include <gauge/hausdorff.h>
+#include <gauge/inscribed.h>
 #include <gauge/locate.h>
 #include <gauge/moments.h>
 #include <gauge/places.h>
@@ -18,3 +19,4 @@
 #include <gauge/simplify.h>
 #include <gauge/smooth.h>
 #include <gauge/uncertainty.h>
+#include <gauge/wall.h>

@@ -57,6 +57,7 @@
 #include <gauge/feret.h>
 #include <gauge/gauge.h>
 #include <gauge/hausdorff.h>
+#include <gauge/inscribed.h>
 #include <gauge/locate.h>
 #include <gauge/moments.h>
 #include <gauge/places.h>
@@ -64,6 +65,7 @@
 #include <gauge/simplify.h>
 #include <gauge/smooth.h>
 #include <gauge/uncertainty.h>
+#include <gauge/wall.h>
 
 #include <ch_core/cntrtmpl.h>
 

@@ -1,0 +1,45 @@
+/// The largest circle within a shape.
+#pragma once
+
+#include <cntr/export.h>
+#include <cntr/regionst.h>
+#include <gauge/places.h>
+#include <velstd/vector.h>
+
+#include <array>
+#include <cstddef>
+#include <iosfwd>
+#include <limits>
+
+/// The largest circle in the material.
+struct GXSHAPE_API gxInscribedCircle {
+  gxStatus status = gxStatus::eEmpty;
+  gxVector<2> centre{std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::quiet_NaN()};
+  double radius = 0.0;
+  /// How much larger the largest circle may be at most: radius ≤ largest ≤ radius + gap.
+  double gap = 0.0;
+  /// The nearest place of the border.
+  gxPlace touch;
+  /// Which region of a set it lies in.
+  long region = -1;
+  /// How many cells were looked at.
+  std::size_t cells = 0;
+};
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxInscribedCircle& circle);
+
+/// Returns the largest circle that lies in the material (even-odd over outline, holes, islands) of a
+/// region, or of one region of a set; `gap` is at most `tolerance` times the radius.
+///
+/// The radius is that of a circle around the rounded centre, by the nearest place of the border, so it
+/// never reaches beyond the border but by rounding.  Where several places are equally good (a long
+/// rectangle has a line of them), one of them.
+///  - no points: `eEmpty`, radius 0, centre NaN;  a NaN or infinite coordinate: `eNotFinite`, all NaN
+///  - no area: `eFlat`, radius 0 around the middle of the farthest pair of points
+///  - a tolerance of 0, below 0 or NaN: `eBadArgument`, all NaN;  below 1e-12: as 1e-12
+///  - the search ended after `maxCells` cells: `eCapped`, with the gap that is left
+/// Throws: gxBadPointer for a null handle; BadParams "holes nest too deeply".
+/// Cost: some hundred to some thousand cells of O(log n) each, whatever the number of edges.
+GXSHAPE_API gxInscribedCircle gfInscribedCircle(const gxRegion& region, double tolerance = 1e-9,
+                                                std::size_t maxCells = 200'000);
+GXSHAPE_API gxInscribedCircle gfInscribedCircle(const gxRegionSet& set, double tolerance = 1e-9,
+                                                std::size_t maxCells = 200'000);
