@@ -4,6 +4,7 @@
 //     the distance of two points on two segments is a convex function.  So every wall is the gap of two
 //     edges, and a gap is a wall if moving an end of it that is a vertex into the edge next to it makes it
 //     no shorter, and the line between runs in the material and meets no border.
+//     Of parallel edges the pair in the middle of where they face each other stands for all.
 //  2. Pairs of boxes are walked through the edge tree beside itself, near pairs first, leaving out those
 //     farther apart than the best wall so far.
 //  3. That alone looks at all pairs of neighbours in a dense outline, nearer to each other than any wall.
@@ -202,7 +203,8 @@ class Search {
     if (e.a == e.b || f.a == f.b) return;
     if (data_.rings[e.ring].region != data_.rings[f.ring].region) return;
     if (tooFar(squareBetween(e.box(), f.box())) || follow(k, l)) return;
-    const gx_Gap found = gx_gapBetween(e.a, e.b, f.a, f.b);
+    gx_Gap found = gx_gapBetween(e.a, e.b, f.a, f.b);
+    if (found.distance > 0.0) faceMiddle(e, f, found);
     const bool first = found.distance == wall && std::pair(k, l) < std::pair(i, j);
     if (!(found.distance < wall) && !first) return;
     if (found.distance > 0.0 && (!holds(k, found.s, found.p, found.q) ||
@@ -213,6 +215,28 @@ class Search {
     gap = found;
     i = k;
     j = l;
+  }
+
+  // Of parallel edges that face each other all pairs in between are equal, and those at the ends may be
+  // worse, where the border turns towards the other: takes the pair in the middle.
+  void faceMiddle(const gx_Edge& e, const gx_Edge& f, gx_Gap& found) const {
+    const Point d = e.b - e.a;
+    const Point g = f.b - f.a;
+    const double length = d.len();
+    const double other = g.len();
+    const double slack = kParallel + 4.0 * rounding_ / length + 4.0 * rounding_ / other;
+    if (std::fabs(gf_Cross(d, g)) > slack * length * other) return;
+    const double first = d * (f.a - e.a) / (length * length);
+    const double second = d * (f.b - e.a) / (length * length);
+    const double low = std::max(0.0, std::min(first, second));
+    const double high = std::min(1.0, std::max(first, second));
+    if (!(high - low > 1e-9)) return;
+    found.s = 0.5 * (low + high);
+    found.p = e.a + d * found.s;
+    const gx_Foot foot = gx_footOn(f.a, f.b, found.p);
+    found.t = foot.t;
+    found.q = foot.point;
+    found.distance = foot.distance;
   }
 
   // Tells whether a small step of p along the border, p lying on edge k, brings it no nearer to q.

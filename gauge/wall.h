@@ -30,8 +30,8 @@ GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxWall& wall);
 ///  - a NaN or infinite coordinate: `eNotFinite`, NaN
 ///  - borders that touch or cross, of different rings or one ring at points that do not follow each other:
 ///    0, at the first such pair
-///  - parallel edges: the first end of one that has its foot on the other; edges count as parallel within
-///    1e-12 and the rounding of their coordinates
+///  - parallel edges (within 1e-12 and the rounding of their coordinates): the middle of where they face
+///    each other
 /// Ties: the first place on the walk, then the second.
 /// Throws: gxBadPointer for a null handle; BadParams "holes nest too deeply".
 /// Cost: O(n log n) where few stretches of border face each other at a distance near the smallest.

@@ -140,6 +140,25 @@ double plainWall(const Points& ring) {
       if (inside) best = gap.distance;
     }
   }
+  // Parallel edges, from points along them.
+  for (std::size_t i = 0; i < n; ++i) {
+    for (std::size_t j = 0; j < n; ++j) {
+      const V d = at(i + 1) - at(i);
+      const V g = at(j + 1) - at(j);
+      if (i == j || std::fabs(gf_Cross(d, g)) > 1e-12 * d.len() * g.len()) continue;
+      for (int k = 1; k < 20; ++k) {
+        const V p = at(i) + d * (k / 20.0);
+        const auto foot = gx_footOn(at(j), at(j + 1), p);
+        if (!(foot.distance < best) || foot.t <= 0 || foot.t >= 1) continue;
+        bool inside = true;
+        for (int m = 1; m < 400; ++m) {
+          inside =
+              inside && locator.locate(p + (foot.point - p) * (m / 400.0)).state == gxState::eInside;
+        }
+        if (inside) best = foot.distance;
+      }
+    }
+  }
   return best;
 }
 
