@@ -40,11 +40,15 @@ struct gx_Cuts {
 GXSHAPE_API void gx_addZoneCuts(const gx_Piece& glide, const gx_Piece& segment, double t0, double t1,
                                 gx_Cuts& cuts);
 
-/// The roots of two distances being equal, or of one being a given one; at most four, none sorted.
+/// The roots of two distances being equal, or of one being a given one; at most four, ascending.
 struct gx_Roots {
   std::array<double, 4> u{};
   std::size_t count = 0;
-  void add(double root) { u[count++] = root; }
+  void add(double root) {
+    std::size_t i = count++;
+    for (; i > 0 && u[i - 1] > root; --i) u[i] = u[i - 1];
+    u[i] = root;
+  }
 };
 
 /// Returns where a + b u + c u² is 0, without cancellation; nothing where it always is, or never.
