@@ -8,6 +8,7 @@
 #include <velstd/vector.h>
 
 #include <span>
+#include <utility>
 #include <vector>
 
 /// A look at the borders of a shape: its rings, in the order in which places number them (the outline is
@@ -37,6 +38,9 @@ class GXSHAPE_API gxBorders {
   gxBorders(std::span<const gxVector<2>> points, bool closed = true) : rings_{{points, closed}} {}
   gxBorders(const std::vector<gxVector<2>>& points, bool closed = true) : rings_{{points, closed}} {}
   // NOLINTEND(google-explicit-constructor)
+
+  /// Looks at a list of rings; the first is −1 in places.
+  explicit gxBorders(std::vector<Ring> rings) : rings_(std::move(rings)) {}
 
   const std::vector<Ring>& rings() const { return rings_; }
 

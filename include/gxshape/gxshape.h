@@ -46,15 +46,19 @@
 #include <cntr/regionst.h>
 #include <cntr/shapestat.h>
 
+#include <gauge/align.h>
 #include <gauge/arc.h>
 #include <gauge/borders.h>
 #include <gauge/clean.h>
 #include <gauge/curvature.h>
 #include <gauge/defects.h>
 #include <gauge/descriptors.h>
+#include <gauge/deviation.h>
 #include <gauge/distance.h>
 #include <gauge/enclosing.h>
 #include <gauge/feret.h>
+#include <gauge/form.h>
+#include <gauge/frechet.h>
 #include <gauge/gauge.h>
 #include <gauge/hausdorff.h>
 #include <gauge/inscribed.h>
@@ -62,6 +66,7 @@
 #include <gauge/moments.h>
 #include <gauge/places.h>
 #include <gauge/resample.h>
+#include <gauge/robust_fit.h>
 #include <gauge/simplify.h>
 #include <gauge/smooth.h>
 #include <gauge/uncertainty.h>
