@@ -31,6 +31,8 @@ constexpr double kInlier = 2.5;
 constexpr double kRounding = 2e-14;  // of distances in the frame
 constexpr std::size_t kScored = 500;
 constexpr int kMostRounds = 200;
+// An ellipse so much longer than the points, in the frame, is one of which they leave the length open.
+constexpr double kOpenLength = 100.0;
 
 template <class Shape>
 struct Found {
@@ -319,7 +321,8 @@ gxRobustEllipse gfRobustEllipse(std::span<const gxVector<2>> points, const gxRob
   const gx_Frame frame(points);
   const Points seen = inFrame(points, frame);
   const double limit = frame.lengthTo(options.inlierLimit);
-  const auto found = search<gx_FitEllipse>(seen, options, limit);
+  auto found = search<gx_FitEllipse>(seen, options, limit);
+  if (found && found->shape.a > kOpenLength) found.reset();
   const gxRobustCircle circle = gfRobustCircle(points, options);
   if (!found) {
     // The angle of a circle's axes is open.

@@ -84,7 +84,8 @@ GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxRobustEllipse& e
 ///  - no points: `eEmpty`;  a NaN or infinite coordinate: `eNotFinite`;  an inlier limit that is negative or
 ///    NaN: `eBadArgument`.  All these: numbers NaN, no inliers
 ///  - too few distinct points, or such as leave an unknown open: `eUndetermined`, numbers NaN.  A line needs
-///    2, a circle 3 that are not on a line, an ellipse 5
+///    2, a circle 3 that are not on a line, an ellipse 5; points on two parallel lines leave the length of an
+///    ellipse open
 ///  - as many points as unknowns: `deviation` and standard errors NaN
 ///  - a line fitted to points that are spread alike in all directions: `eUndetermined`, with the numbers of
 ///    the line at angle 0

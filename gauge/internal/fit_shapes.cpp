@@ -17,8 +17,9 @@
 
 namespace {
 
-// Circles and ellipses of more than this times the size of the points say nothing about them.
+// Circles with a larger radius, and ellipses with a longer axis, say nothing about points of size 1 to 2.
 constexpr double kLargest = 1e7;
+constexpr double kLongest = 1e4;
 
 gxVector<2> turnedLeft(const gxVector<2>& v) {
   return {-v.y(), v.x()};
@@ -79,7 +80,7 @@ std::optional<gx_FitEllipse> ellipseOf(const std::array<double, 6>& conic) {
   ellipse.b = std::sqrt(-sign * rest / large);
   const double angle = 0.5 * std::atan2(-sign * xy, -sign * (xx - yy));
   ellipse.along = {std::cos(angle), std::sin(angle)};
-  if (!(ellipse.a < kLargest)) return std::nullopt;
+  if (!(ellipse.a < kLongest)) return std::nullopt;
   return ellipse;
 }
 
@@ -211,7 +212,7 @@ std::optional<gx_FitEllipse> gx_FitEllipse::moved(const std::array<double, 5>& s
     std::swap(ellipse.a, ellipse.b);
     ellipse.along = turnedLeft(ellipse.along);
   }
-  if (!(ellipse.b > 1e-9 * ellipse.a) || !(ellipse.a < kLargest)) return std::nullopt;
+  if (!(ellipse.b > 1e-9 * ellipse.a) || !(ellipse.a < kLongest)) return std::nullopt;
   return ellipse;
 }
 
@@ -227,7 +228,7 @@ std::optional<gx_FitEllipse> gx_FitEllipse::leastSquares(const std::vector<gxVec
     gfEllipseFit(gxEllipseFitParams(gxEllipseFitDefs::eFitAll, gxRadian(0.0), 0, 0.0), points, found);
     const gxEllipse::gxEllipseGeom& geom = found.ellipse().geom();
     const double angle = geom.rotation.toDouble();
-    if (!(geom.radii.x() < kLargest) || !(geom.radii.y() > 0.0)) return std::nullopt;
+    if (!(geom.radii.x() < kLongest) || !(geom.radii.y() > 0.0)) return std::nullopt;
     return gx_FitEllipse{
         geom.center, {std::cos(angle), std::sin(angle)}, geom.radii.x(), geom.radii.y()};
   } catch (const gxEllipseFitDefs::BadPoints&) {

@@ -90,8 +90,8 @@ TEST(Align, WhatAShapeLeavesOpenIsNamed) {
   EXPECT_FALSE(line.freeAngle);
   EXPECT_NEAR(line.map({2, 1}).y(), 0.0, 1e-12);
   Points circle;
-  for (int i = 0; i < 200000; ++i) {
-    const double angle = 2 * std::numbers::pi * i / 200000;
+  for (int i = 0; i < 600000; ++i) {
+    const double angle = 2 * std::numbers::pi * i / 600000;
     circle.emplace_back(10 * std::cos(angle), 10 * std::sin(angle));
   }
   const gxAlignment round = gfAlign(Placement{1, 0, {3, 4}, 1}.of(circle), circle, {.samples = 200});
