@@ -108,7 +108,6 @@ gx_Envelope::Stretches gx_Envelope::merged_(const gx_Piece& glide, const Stretch
       take(high);
     }
     (a[i].t1 < b[j].t1 ? i : j) += 1;
-    if (i < a.size() && j < b.size() && a[i].t0 == b[j].t1) ++j;
   }
   return result;
 }
