@@ -4,6 +4,7 @@
 #   include/gxshape-0.1/{velstd,velip,veldispc,cntr,gauge,ch_core,overlay,gxshape}/*.h
 #   lib/cmake/gxshape/            find_package(gxshape) gives gxshape::gxshape, gxshape::velstd, ...
 #   lib/pkgconfig/gxshape.pc
+#   share/doc/gxshape/            the licence, and what it does not cover
 #
 # Headers are found when the install runs, by cmake/InstallHeaders.cmake, which also says which of
 # the internal ones go along.
@@ -37,3 +38,6 @@ string(REGEX REPLACE "/$" "" GXSHAPE_PC_TO_PREFIX "${GXSHAPE_PC_TO_PREFIX}")
 string(JOIN " " GXSHAPE_PC_CFLAGS ${GXSHAPE_PUBLIC_FLAGS})
 configure_file("${PROJECT_SOURCE_DIR}/cmake/gxshape.pc.in" "${PROJECT_BINARY_DIR}/gxshape.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/gxshape.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+
+install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/NOTICE"
+        DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/gxshape")
