@@ -44,6 +44,7 @@ class GXSHAPE_API gxRegionT;
 template <class T>
 class GXSHAPE_API gxContourT : public virtual gxContour {
  public:
+  /// A transform, shared and read-only.
   using XformHandle = gxPtrHandle_const<gx2XformBase>;
 
   // ---- Model (cntrtmpl_contour.cpp) -------------------------------------------------------------
@@ -106,6 +107,7 @@ class GXSHAPE_API gxContourT : public virtual gxContour {
 
  protected:
   void dispatchSerialize(gxArchive& archive) override;
+  /// Stores or loads the fields of that version.
   void serialize_(gxArchive& archive, unsigned char version) override;
 
   // ---- For derived classes ----------------------------------------------------------------------
@@ -150,6 +152,10 @@ class GXSHAPE_API gxContourT : public virtual gxContour {
 /// queries.  Setting one list leaves the other as it is.  Setting the plain list makes the data anew
 /// from the points, so magnitudes and angles become 0.
 ///
+/// An archive keeps its points and plain holes, not its edge points, transform or typed holes: a loaded
+/// region has points and no data.  Whoever needs these stores an edge-point contour of the outline
+/// beside it, which keeps them all.
+///
 /// What it refuses: `mapT`, `regularizeT` and `convexHullT` throw `gxPel::BadWindow`, always.  The
 /// plain `map`, `regularize`, `outerHull` and `convexHull` work on the points.
 ///
@@ -159,6 +165,7 @@ template <class T>
 class GXSHAPE_API gxRegionT : public gxRegion, public gxContourT<T> {
  public:
   using typename gxContourT<T>::XformHandle;
+  /// A hole with edge points, shared and read-only.
   using HoleHandleT = gxPtrHandle_const<gxRegionT>;
 
   // ---- Model (cntrtmpl_region.cpp) --------------------------------------------------------------
@@ -226,6 +233,7 @@ class GXSHAPE_API gxRegionT : public gxRegion, public gxContourT<T> {
 
  protected:
   void dispatchSerialize(gxArchive& archive) override;
+  /// Stores or loads the fields of that version.
   void serialize_(gxArchive& archive, unsigned char version) override;
 
   // ---- For derived classes ----------------------------------------------------------------------
@@ -259,6 +267,7 @@ class GXSHAPE_API gxRegionT : public gxRegion, public gxContourT<T> {
 template <class T>
 class GXSHAPE_API gxRegionSetT : public gxRegionSet {
  public:
+  /// A region with edge points, shared and read-only.
   using RegionHandleT = gxPtrHandle_const<gxRegionT<T>>;
 
   // ---- Model (cntrtmpl_set.cpp) -----------------------------------------------------------------
@@ -300,6 +309,7 @@ class GXSHAPE_API gxRegionSetT : public gxRegionSet {
 
  protected:
   void dispatchSerialize(gxArchive& archive) override;
+  /// Stores or loads the fields of that version.
   void serialize_(gxArchive& archive, unsigned char version) override;
 
   // ---- For derived classes ----------------------------------------------------------------------

@@ -37,22 +37,26 @@ class GXSHAPE_API gxContourDefs {
     void suicideAndRethrow() override = 0;
 
    protected:
+    /// Makes the exception with this message.
     explicit Errors(const std::basic_string<wchar_t>& message = std::basic_string<wchar_t>());
     Errors(const Errors&) noexcept;
     Errors& operator=(const Errors&) noexcept;
     void dispatchSerialize(gxArchive& archive) override;
+    /// Stores or loads the message.
     void serialize_(gxArchive& archive, unsigned char version);
   };
 
   /// A contour (fewer than 2 points) or a region (fewer than 3) has too few points for the question.
   class GXSHAPE_API EmptyContour final : public gx_ConcreteException<EmptyContour, Errors, 0x10004680> {
    public:
+    /// Makes the exception with this message.
     explicit EmptyContour(const std::basic_string<wchar_t>& message = std::basic_string<wchar_t>());
     EmptyContour(const EmptyContour&) noexcept;
     EmptyContour& operator=(const EmptyContour&) noexcept;
     ~EmptyContour() override;
 
    protected:
+    /// Stores or loads the exception with its version.
     void dispatchSerialize(gxArchive& archive) override;
 
    private:
@@ -67,12 +71,14 @@ class GXSHAPE_API gxContourDefs {
   class GXSHAPE_API EmptyRegionSet final
       : public gx_ConcreteException<EmptyRegionSet, Errors, 0x10004682> {
    public:
+    /// Makes the exception with this message.
     explicit EmptyRegionSet(const std::basic_string<wchar_t>& message = std::basic_string<wchar_t>());
     EmptyRegionSet(const EmptyRegionSet&) noexcept;
     EmptyRegionSet& operator=(const EmptyRegionSet&) noexcept;
     ~EmptyRegionSet() override;
 
    protected:
+    /// Stores or loads the exception with its version.
     void dispatchSerialize(gxArchive& archive) override;
 
    private:
@@ -84,12 +90,14 @@ class GXSHAPE_API gxContourDefs {
   /// An argument is out of range, or the shapes given do not fit together.
   class GXSHAPE_API BadParams final : public gx_ConcreteException<BadParams, Errors, 0x10004683> {
    public:
+    /// Makes the exception with this message.
     explicit BadParams(const std::basic_string<wchar_t>& message = std::basic_string<wchar_t>());
     BadParams(const BadParams&) noexcept;
     BadParams& operator=(const BadParams&) noexcept;
     ~BadParams() override;
 
    protected:
+    /// Stores or loads the exception with its version.
     void dispatchSerialize(gxArchive& archive) override;
 
    private:
@@ -102,6 +110,7 @@ class GXSHAPE_API gxContourDefs {
   class GXSHAPE_API RegionCannotBeSetOpen final
       : public gx_ConcreteException<RegionCannotBeSetOpen, Errors, 0x10004684> {
    public:
+    /// Makes the exception with this message.
     explicit RegionCannotBeSetOpen(
         const std::basic_string<wchar_t>& message = std::basic_string<wchar_t>());
     RegionCannotBeSetOpen(const RegionCannotBeSetOpen&) noexcept;
@@ -109,6 +118,7 @@ class GXSHAPE_API gxContourDefs {
     ~RegionCannotBeSetOpen() override;
 
    protected:
+    /// Stores or loads the exception with its version.
     void dispatchSerialize(gxArchive& archive) override;
 
    private:

@@ -29,6 +29,7 @@
 /// be used on two threads at the same time.  Sets that share nothing may be used freely.
 class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRepBase {
  public:
+  /// A region, shared and read-only.
   using RegionHandle = gxPtrHandle_const<gxRegion>;
 
   // ---- Model (regionst.cpp) ---------------------------------------------------------------------
@@ -183,6 +184,7 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
 
  protected:
   void dispatchSerialize(gxArchive& archive) override;
+  /// Stores or loads the fields of that version.
   virtual void serialize_(gxArchive& archive, unsigned char version);
 
   // ---- For derived classes ----------------------------------------------------------------------

@@ -40,7 +40,9 @@ GXSHAPE_API std::ostream& operator<<(std::ostream& out, gxStatus status);
 /// then those one level deeper.  Edges are numbered as `gxContour` numbers them: on a closed ring edge
 /// k ends at point k, and edge 0 is the closing edge.
 struct GXSHAPE_API gxPlace {
+  /// Which ring, as said above.
   long ring = -1;
+  /// Which edge of it; −1 for no place.
   long edge = -1;
   /// How far along the edge, from 0 at its start to 1 at its end.
   double t = std::numeric_limits<double>::quiet_NaN();

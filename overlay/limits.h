@@ -27,6 +27,7 @@ struct gxOverlayLimits {
 class GXSHAPE_API gxLimitExceeded final
     : public gx_ConcreteException<gxLimitExceeded, gxContourDefs::Errors, 0x10004721> {
  public:
+  /// Makes the exception with this message.
   explicit gxLimitExceeded(const std::basic_string<wchar_t>& message = std::basic_string<wchar_t>());
   gxLimitExceeded(const gxLimitExceeded&) noexcept;
   gxLimitExceeded& operator=(const gxLimitExceeded&) noexcept;

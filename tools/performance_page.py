@@ -307,7 +307,7 @@ def machine(context):
 def page(results):
     lines = [words.HEAD.format(machine=machine(results.context)), ""]
     for n in (10000, 100000):
-        lines += [f"### At n = {size_text(n)}", ""] + summary(results, n) + [""]
+        lines += [f"## At n = {size_text(n)}", ""] + summary(results, n) + [""]
     lines += ["## Where a peer is faster", ""] + misses_section(results) + [""]
     lines += ["## Against the plain scan, n = 100,000", ""] + targets_section(results) + ["", words.TARGETS, ""]
     lines += ["## Memory", "", words.MEMORY, ""] + memory_section(results) + [""]

@@ -9,9 +9,11 @@
 class VELDISPC_API gxColor {
  public:
   constexpr gxColor() = default;
+  /// Makes a colour of its three parts, 0 to 255.
   constexpr gxColor(unsigned char red, unsigned char green, unsigned char blue)
       : red_(red), green_(green), blue_(blue) {}
 
+  /// Return the parts, 0 to 255.
   constexpr unsigned char red() const { return red_; }
   constexpr unsigned char green() const { return green_; }
   constexpr unsigned char blue() const { return blue_; }
@@ -19,6 +21,7 @@ class VELDISPC_API gxColor {
   /// Returns the colour as "#rrggbb", lower case.
   std::string hex() const;
 
+  /// Compares all three parts.
   friend constexpr bool operator==(const gxColor&, const gxColor&) = default;
 
  private:

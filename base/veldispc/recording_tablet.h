@@ -11,10 +11,10 @@ class VELDISPC_API gxRecordingTablet : public gxUITablet {
  public:
   /// One drawn segment, number for number as it was handed over.
   struct Segment {
-    gxPair<double> from;
-    gxPair<double> to;
-    gxColor colour;
-    Layers layer = eImageLayer;
+    gxPair<double> from;         ///< Where the segment begins.
+    gxPair<double> to;           ///< Where it ends.
+    gxColor colour;              ///< What it was drawn with.
+    Layers layer = eImageLayer;  ///< What it was drawn on.
 
     /// Is true when all is equal, exactly (a NaN equals nothing).
     friend bool operator==(const Segment&, const Segment&) = default;

@@ -43,12 +43,14 @@ class VELDISPC_API gxSvgTablet : public gxUITablet {
     ~Errors() override;
 
    protected:
+    /// Makes the exception with this message.
     explicit Errors(const wchar_t* message);
   };
 
   /// The view, the picture's width or a width of lines cannot be drawn with.
   class VELDISPC_API BadView final : public gx_ConcreteException<BadView, Errors, 0x10003101> {
    public:
+    /// Makes the exception with this message.
     explicit BadView(const wchar_t* message);
     BadView(const BadView&) noexcept;
     BadView& operator=(const BadView&) noexcept;
@@ -58,6 +60,7 @@ class VELDISPC_API gxSvgTablet : public gxUITablet {
   /// The file could not be written; the message names its path.
   class VELDISPC_API CannotWrite final : public gx_ConcreteException<CannotWrite, Errors, 0x10003102> {
    public:
+    /// Makes the exception; the message names the file.
     explicit CannotWrite(const std::filesystem::path& path);
     CannotWrite(const CannotWrite&) noexcept;
     CannotWrite& operator=(const CannotWrite&) noexcept;

@@ -8,6 +8,7 @@
 class VELIP_API gxAngle8 {
  public:
   constexpr gxAngle8() = default;
+  /// Makes an angle of so many 256ths of a turn.
   constexpr explicit gxAngle8(unsigned char units) : units_(units) {}
   /// Rounds the angle to the nearest unit, any number of turns away; NaN and infinities give 0.
   explicit gxAngle8(const gxDegree& degrees);
@@ -25,6 +26,7 @@ class VELIP_API gxAngle8 {
     return gxAngle8(static_cast<unsigned char>(units_ - o.units_));
   }
 
+  /// Compares the units.
   friend constexpr bool operator==(const gxAngle8&, const gxAngle8&) = default;
 
   static constexpr double kDegreesPerUnit = 1.40625;  ///< 360 / 256, exact

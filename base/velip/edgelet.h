@@ -17,9 +17,11 @@ struct gx_LeastEncodedSize;
 class VELIP_API gxEdgelet {
  public:
   constexpr gxEdgelet() = default;
+  /// Makes an edge point of its three parts.
   constexpr gxEdgelet(const gxVector<2>& position, unsigned short magnitude, const gxAngle8& angle)
       : position_(position), magnitude_(magnitude), angle_(angle) {}
 
+  /// Return the three parts.
   constexpr gxVector<2> position() const { return position_; }
   constexpr unsigned short magnitude() const { return magnitude_; }
   constexpr gxAngle8 angle() const { return angle_; }

@@ -12,6 +12,7 @@ class gxDegree;
 class VELSTD_API gxRadian {
  public:
   constexpr gxRadian() = default;
+  /// Makes an angle of a number of radians, or of degrees.
   constexpr explicit gxRadian(double radians) : value_(radians) {}
   constexpr explicit gxRadian(const gxDegree& degrees);
 
@@ -23,6 +24,7 @@ class VELSTD_API gxRadian {
   ///  - NaN and infinities give NaN
   gxRadian norm() const;
 
+  /// Calculate as with numbers; nothing is brought into a range.
   constexpr gxRadian operator-() const { return gxRadian(-value_); }
   constexpr gxRadian operator+(const gxRadian& other) const { return gxRadian(value_ + other.value_); }
   constexpr gxRadian operator-(const gxRadian& other) const { return gxRadian(value_ - other.value_); }
@@ -39,6 +41,7 @@ class VELSTD_API gxRadian {
 class VELSTD_API gxDegree {
  public:
   constexpr gxDegree() = default;
+  /// Makes an angle of a number of degrees, or of radians.
   constexpr explicit gxDegree(double degrees) : value_(degrees) {}
   constexpr explicit gxDegree(const gxRadian& radians);
 
@@ -48,11 +51,13 @@ class VELSTD_API gxDegree {
   /// Returns the same direction in [0, 360); NaN and infinities give NaN.
   gxDegree norm() const;
 
+  /// Calculate as with numbers; nothing is brought into a range.
   constexpr gxDegree operator-() const { return gxDegree(-value_); }
   constexpr gxDegree operator+(const gxDegree& other) const { return gxDegree(value_ + other.value_); }
   constexpr gxDegree operator-(const gxDegree& other) const { return gxDegree(value_ - other.value_); }
   constexpr gxDegree operator*(double factor) const { return gxDegree(value_ * factor); }
 
+  /// Compares the numbers.
   friend constexpr auto operator<=>(const gxDegree&, const gxDegree&) = default;
 
  private:

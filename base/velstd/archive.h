@@ -58,6 +58,7 @@ class VELSTD_API gxArchive {
     }
 
    protected:
+    /// Makes the exception with this message.
     explicit Errors(std::wstring message = std::wstring());
     Errors(const Errors&) noexcept;
     Errors& operator=(const Errors&) noexcept;
@@ -72,6 +73,7 @@ class VELSTD_API gxArchive {
   /// The archive ends before the value does, or a count promises more elements than bytes are left.
   class VELSTD_API Truncated final : public gx_ConcreteException<Truncated, Errors, 0x10000121> {
    public:
+    /// Makes the exception with this message.
     explicit Truncated(std::wstring message = std::wstring());
     Truncated(const Truncated&) noexcept;
     Truncated& operator=(const Truncated&) noexcept;
@@ -81,6 +83,7 @@ class VELSTD_API gxArchive {
   /// The bytes are not those of an archive, or a field holds a value that it cannot have.
   class VELSTD_API BadFormat final : public gx_ConcreteException<BadFormat, Errors, 0x10000122> {
    public:
+    /// Makes the exception with this message.
     explicit BadFormat(std::wstring message = std::wstring());
     BadFormat(const BadFormat&) noexcept;
     BadFormat& operator=(const BadFormat&) noexcept;
@@ -90,6 +93,7 @@ class VELSTD_API gxArchive {
   /// The checksum at the end of a frame is not that of its bytes.
   class VELSTD_API BadChecksum final : public gx_ConcreteException<BadChecksum, Errors, 0x10000123> {
    public:
+    /// Makes the exception with this message.
     explicit BadChecksum(std::wstring message = std::wstring());
     BadChecksum(const BadChecksum&) noexcept;
     BadChecksum& operator=(const BadChecksum&) noexcept;
@@ -99,6 +103,7 @@ class VELSTD_API gxArchive {
   /// A limit of the archive is passed, or a number does not fit its field.
   class VELSTD_API LimitExceeded final : public gx_ConcreteException<LimitExceeded, Errors, 0x10000124> {
    public:
+    /// Makes the exception with this message.
     explicit LimitExceeded(std::wstring message = std::wstring());
     LimitExceeded(const LimitExceeded&) noexcept;
     LimitExceeded& operator=(const LimitExceeded&) noexcept;
@@ -108,6 +113,7 @@ class VELSTD_API gxArchive {
   /// A reference to an object that was not read yet, or that is still being read or stored (a cycle).
   class VELSTD_API BadReference final : public gx_ConcreteException<BadReference, Errors, 0x10000125> {
    public:
+    /// Makes the exception with this message.
     explicit BadReference(std::wstring message = std::wstring());
     BadReference(const BadReference&) noexcept;
     BadReference& operator=(const BadReference&) noexcept;
@@ -117,6 +123,7 @@ class VELSTD_API gxArchive {
   /// The archive names a class that the registry does not hold, or such an object is to be stored.
   class VELSTD_API UnknownClass final : public gx_ConcreteException<UnknownClass, Errors, 0x10000126> {
    public:
+    /// Makes the exception with this message.
     explicit UnknownClass(std::wstring message = std::wstring());
     UnknownClass(const UnknownClass&) noexcept;
     UnknownClass& operator=(const UnknownClass&) noexcept;
@@ -133,6 +140,7 @@ class VELSTD_API gxArchive {
     UnknownVersion& operator=(const UnknownVersion&) noexcept;
     ~UnknownVersion() override;
 
+    /// Return the class that refused, and a number that tells the place within it.
     const char* source() const noexcept { return source_; }
     int line() const noexcept { return line_; }
 
@@ -144,6 +152,7 @@ class VELSTD_API gxArchive {
   /// A stream or a file cannot be opened, read or written; the message gives the system's reason.
   class VELSTD_API FileError final : public gx_ConcreteException<FileError, Errors, 0x10000128> {
    public:
+    /// Makes the exception with this message.
     explicit FileError(std::wstring message = std::wstring());
     FileError(const FileError&) noexcept;
     FileError& operator=(const FileError&) noexcept;
@@ -152,6 +161,7 @@ class VELSTD_API gxArchive {
 
   // ---- Making an archive (archive.cpp) ------------------------------------------------------------
 
+  /// Which way an archive goes.
   enum class Direction { eStoring, eLoading };
 
   /// What a pass may cost at most, in either direction: what could not be read back is not written.
@@ -187,9 +197,11 @@ class VELSTD_API gxArchive {
   gxArchive& operator=(const gxArchive&) = delete;
   ~gxArchive();
 
+  /// Tell which way the archive goes.
   bool isStoring() const noexcept { return direction_ == Direction::eStoring; }
   bool isLoading() const noexcept { return direction_ == Direction::eLoading; }
 
+  /// Returns the limits in force.
   const Limits& limits() const noexcept { return limits_; }
   /// Sets the limits of the passes that follow.
   /// Throws: LimitExceeded for a nesting above `kMostNesting`; the limits are then as they were.

@@ -12,6 +12,7 @@
 class VELSTD_API gxStopped final
     : public gx_ConcreteException<gxStopped, gxExceptionWithString, 0x10000151> {
  public:
+  /// Makes the exception with this message.
   explicit gxStopped(const wchar_t* message = L"");
   gxStopped(const gxStopped&) noexcept;
   gxStopped& operator=(const gxStopped&) noexcept;
@@ -30,6 +31,7 @@ class VELSTD_API gxStopped final
 /// read an atomic flag.
 class VELSTD_API gxBudget {
  public:
+  /// No limit.
   static constexpr std::uint64_t kUnlimited = (std::numeric_limits<std::uint64_t>::max)();
   /// So many steps pass from one question of `stop` to the next, at most a millisecond or so.
   static constexpr std::uint64_t kStepsBetweenQuestions = 4096;

@@ -9,6 +9,7 @@
 class VELSTD_API gxCircle : public gxPersistent {
  public:
   gxCircle() noexcept = default;
+  /// Makes a circle; the numbers are kept as given.
   gxCircle(const gxVector<2>& center, double radius) noexcept : center_(center), radius_(radius) {}
   gxCircle(const gxCircle&) noexcept = default;
   gxCircle& operator=(const gxCircle& other) noexcept {
@@ -19,9 +20,11 @@ class VELSTD_API gxCircle : public gxPersistent {
   }
   ~gxCircle() override;
 
+  /// Return centre and radius.
   const gxVector<2>& center() const noexcept { return center_; }
   double radius() const noexcept { return radius_; }
 
+  /// Compares centre and radius.
   friend bool operator==(const gxCircle& a, const gxCircle& b) {
     return a.center_ == b.center_ && a.radius_ == b.radius_;
   }

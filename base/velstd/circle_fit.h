@@ -20,6 +20,7 @@ class VELSTD_API gxCircleFitDefs {
   /// Any failure of a circle fit; never thrown itself.
   class VELSTD_API Errors : public gxExceptionWithString {
    public:
+    /// Makes the exception with this message.
     explicit Errors(const wchar_t* message = L"");
     Errors(const Errors&) noexcept;
     Errors& operator=(const Errors&) noexcept;
@@ -30,6 +31,7 @@ class VELSTD_API gxCircleFitDefs {
   /// number, a limit that is negative or NaN.
   class VELSTD_API BadParams final : public gx_ConcreteException<BadParams, Errors, 0x10000141> {
    public:
+    /// Makes the exception with this message.
     explicit BadParams(const wchar_t* message = L"");
     BadParams(const BadParams&) noexcept;
     BadParams& operator=(const BadParams&) noexcept;
@@ -39,6 +41,7 @@ class VELSTD_API gxCircleFitDefs {
   /// The points do not determine a circle: too few distinct ones, all on one line, not finite.
   class VELSTD_API BadPoints final : public gx_ConcreteException<BadPoints, Errors, 0x10000142> {
    public:
+    /// Makes the exception with this message.
     explicit BadPoints(const wchar_t* message = L"");
     BadPoints(const BadPoints&) noexcept;
     BadPoints& operator=(const BadPoints&) noexcept;
@@ -58,6 +61,7 @@ class VELSTD_API gxCircleFitParams {
   gxCircleFitParams(gxCircleFitDefs::fit_mode mode, double radius, unsigned long ignore, double limit)
       : mode_(mode), radius_(radius), ignore_(ignore), limit_(limit) {}
 
+  /// Return what was given.
   gxCircleFitDefs::fit_mode mode() const { return mode_; }
   double radius() const { return radius_; }
   unsigned long ignore() const { return ignore_; }
@@ -78,6 +82,7 @@ class VELSTD_API gxCircleFitResults {
   gxCircleFitResults(const gxCircle& circle, double residual, const std::vector<unsigned long>& ignored)
       : circle_(circle), residual_(residual), ignored_(ignored) {}
 
+  /// Returns the fitted circle.
   const gxCircle& circle() const { return circle_; }
   /// Returns the root mean square of the distances between the circle and the points that were
   /// kept, in the unit of the points; 0 or more.

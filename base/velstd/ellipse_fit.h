@@ -21,6 +21,7 @@ class VELSTD_API gxEllipseFitDefs {
   /// Any failure of an ellipse fit; never thrown itself.
   class VELSTD_API Errors : public gxExceptionWithString {
    public:
+    /// Makes the exception with this message.
     explicit Errors(const wchar_t* message = L"");
     Errors(const Errors&) noexcept;
     Errors& operator=(const Errors&) noexcept;
@@ -31,6 +32,7 @@ class VELSTD_API gxEllipseFitDefs {
   /// limit that is negative or NaN.
   class VELSTD_API BadParams final : public gx_ConcreteException<BadParams, Errors, 0x10000131> {
    public:
+    /// Makes the exception with this message.
     explicit BadParams(const wchar_t* message = L"");
     BadParams(const BadParams&) noexcept;
     BadParams& operator=(const BadParams&) noexcept;
@@ -40,6 +42,7 @@ class VELSTD_API gxEllipseFitDefs {
   /// The points do not determine an ellipse: too few distinct ones, all on one line, not finite.
   class VELSTD_API BadPoints final : public gx_ConcreteException<BadPoints, Errors, 0x10000132> {
    public:
+    /// Makes the exception with this message.
     explicit BadPoints(const wchar_t* message = L"");
     BadPoints(const BadPoints&) noexcept;
     BadPoints& operator=(const BadPoints&) noexcept;
@@ -60,6 +63,7 @@ class VELSTD_API gxEllipseFitParams {
                      double limit)
       : mode_(mode), rotation_(rotation), ignore_(ignore), limit_(limit) {}
 
+  /// Return what was given.
   gxEllipseFitDefs::fit_mode mode() const { return mode_; }
   const gxRadian& rotation() const { return rotation_; }
   unsigned long ignore() const { return ignore_; }
@@ -81,6 +85,7 @@ class VELSTD_API gxEllipseFitResults {
                       const std::vector<unsigned long>& ignored)
       : ellipse_(ellipse), residual_(residual), ignored_(ignored) {}
 
+  /// Returns the fitted ellipse.
   const gxEllipse& ellipse() const { return ellipse_; }
   /// Returns the root mean square of the distances between the ellipse and the points that were
   /// kept, in the unit of the points; 0 or more.

@@ -52,6 +52,7 @@ class VELSTD_API gxException : public gxPersistent, public std::exception {
 /// text, so that copying cannot throw.
 class VELSTD_API gxExceptionWithString : public gxException {
  public:
+  /// Makes the exception with this message.
   explicit gxExceptionWithString(const wchar_t* message = L"");
   gxExceptionWithString(const gxExceptionWithString&) noexcept;
   gxExceptionWithString& operator=(const gxExceptionWithString&) noexcept;

@@ -56,7 +56,9 @@ class VELSTD_API gxPtrHandleBase_const {
   explicit operator bool() const noexcept { return rep_ != nullptr; }
 
  protected:
+  /// Makes a handle to no object.
   gxPtrHandleBase_const() noexcept = default;
+  /// Makes a handle to this object, or to none.
   explicit gxPtrHandleBase_const(const gxRepBase* rep) noexcept : rep_(rep) {
     gx_PtrHandleBase_RepAccessor::acquire(rep_);
   }
@@ -67,6 +69,7 @@ class VELSTD_API gxPtrHandleBase_const {
   gxPtrHandleBase_const& operator=(const gxPtrHandleBase_const&) = delete;
   gxPtrHandleBase_const& operator=(gxPtrHandleBase_const&&) = delete;
 
+  /// Exchanges the objects of two handles.
   void swapRep_(gxPtrHandleBase_const& o) noexcept { std::swap(rep_, o.rep_); }
 
  private:
@@ -88,9 +91,11 @@ template <class T>
 class gxPtrHandle : public gxPtrHandleBase {
  public:
   gxPtrHandle() noexcept = default;
+  /// Makes a handle to no object.
   gxPtrHandle(std::nullptr_t) noexcept {}  // NOLINT(google-explicit-constructor)
   /// Takes part in owning an object on the heap (null gives a null handle).
   explicit gxPtrHandle(T* object) noexcept : gxPtrHandleBase(object), object_(object) {}
+  /// Copies and moves, also from a handle to a derived class.
   gxPtrHandle(const gxPtrHandle&) noexcept = default;
   gxPtrHandle(gxPtrHandle&& o) noexcept
       : gxPtrHandleBase(std::move(o)), object_(std::exchange(o.object_, nullptr)) {}
@@ -101,6 +106,7 @@ class gxPtrHandle : public gxPtrHandleBase {
 
   // By value: the old object is released last, after this handle holds the new one, so that
   // assigning from something that the old object owned is safe.
+  /// Assigns.
   gxPtrHandle& operator=(gxPtrHandle o) noexcept {
     std::swap(object_, o.object_);
     this->swapRep_(o);
@@ -111,6 +117,7 @@ class gxPtrHandle : public gxPtrHandleBase {
   T* get() const noexcept { return object_; }
   /// Gives the object.  Throws: gxBadPointer when the handle is null.
   T& operator*() const { return *checked_(); }
+  /// Return the object; gxBadPointer where there is none.
   T* operator->() const { return checked_(); }
 
   /// Is true when both refer to the same object, or both to none.
@@ -133,9 +140,11 @@ template <class T>
 class gxPtrHandle_const : public gxPtrHandleBase_const {
  public:
   gxPtrHandle_const() noexcept = default;
+  /// Makes a handle to no object, or to this one.
   gxPtrHandle_const(std::nullptr_t) noexcept {}  // NOLINT(google-explicit-constructor)
   explicit gxPtrHandle_const(const T* object) noexcept
       : gxPtrHandleBase_const(object), object_(object) {}
+  /// Copies and moves, also from a handle to a derived class or to one that may be written.
   gxPtrHandle_const(const gxPtrHandle_const&) noexcept = default;
   gxPtrHandle_const(gxPtrHandle_const&& o) noexcept
       : gxPtrHandleBase_const(std::move(o)), object_(std::exchange(o.object_, nullptr)) {}
@@ -149,6 +158,7 @@ class gxPtrHandle_const : public gxPtrHandleBase_const {
 
   // By value: the old object is released last, after this handle holds the new one, so that
   // assigning from something that the old object owned is safe.
+  /// Assigns.
   gxPtrHandle_const& operator=(gxPtrHandle_const o) noexcept {
     std::swap(object_, o.object_);
     this->swapRep_(o);
@@ -159,6 +169,7 @@ class gxPtrHandle_const : public gxPtrHandleBase_const {
   const T* get() const noexcept { return object_; }
   /// Gives the object.  Throws: gxBadPointer when the handle is null.
   const T& operator*() const { return *checked_(); }
+  /// Return the object; gxBadPointer where there is none.
   const T* operator->() const { return checked_(); }
 
   /// Is true when both refer to the same object, or both to none.

@@ -15,6 +15,7 @@
 class VELSTD_API gxLine : public gxPersistent {
  public:
   gxLine() noexcept : direction_(1.0, 0.0) {}
+  /// Makes the line through a point along a direction of any length.
   gxLine(const gxVector<2>& point, const gxVector<2>& direction) noexcept
       : point_(point), direction_(direction) {
     const double size = (direction.x() < 0 ? -direction.x() : direction.x()) +
@@ -30,6 +31,7 @@ class VELSTD_API gxLine : public gxPersistent {
   }
   ~gxLine() override;
 
+  /// Return point and direction as they were given.
   const gxVector<2>& point() const noexcept { return point_; }
   const gxVector<2>& direction() const noexcept { return direction_; }
 

@@ -10,6 +10,7 @@
 class VELSTD_API gxLineSeg : public gxPersistent {
  public:
   gxLineSeg() noexcept = default;
+  /// Makes the segment between two points.
   gxLineSeg(const gxVector<2>& p1, const gxVector<2>& p2) noexcept : p1_(p1), p2_(p2) {}
   gxLineSeg(const gxLineSeg&) noexcept = default;
   gxLineSeg& operator=(const gxLineSeg& other) noexcept {
@@ -20,6 +21,7 @@ class VELSTD_API gxLineSeg : public gxPersistent {
   }
   ~gxLineSeg() override;
 
+  /// Return the ends.
   const gxVector<2>& p1() const noexcept { return p1_; }
   const gxVector<2>& p2() const noexcept { return p2_; }
 
@@ -33,6 +35,7 @@ class VELSTD_API gxLineSeg : public gxPersistent {
   ///  - a NaN anywhere gives NaN
   double distToPoint(const gxVector<2>& point) const;
 
+  /// Compares the ends, in their order.
   friend bool operator==(const gxLineSeg& a, const gxLineSeg& b) {
     return a.p1_ == b.p1_ && a.p2_ == b.p2_;
   }

@@ -14,12 +14,14 @@ template <>
 class VELSTD_API gxMatrix<2> {
  public:
   constexpr gxMatrix() = default;
+  /// Makes a matrix row by row.
   constexpr gxMatrix(double m00, double m01, double m10, double m11)
       : m00_(m00), m01_(m01), m10_(m10), m11_(m11) {}
   /// Builds the matrix with the columns scale0·(cos rotation, sin rotation) and
   /// scale1·(−sin skew, cos skew): with skew = rotation and scales 1, a rotation.
   gxMatrix(const gxRadian& rotation, const gxRadian& skew, double scale0, double scale1);
 
+  /// Return the elements: row, column.
   constexpr double m00() const { return m00_; }
   constexpr double m01() const { return m01_; }
   constexpr double m10() const { return m10_; }
@@ -27,6 +29,7 @@ class VELSTD_API gxMatrix<2> {
   /// Returns the element in that row and column.  Throws: std::out_of_range unless both are 0 or 1.
   double element(int row, int column) const;
 
+  /// Calculate as matrices do; a product maps by its right factor first.
   constexpr gxVector<2> operator*(const gxVector<2>& v) const {
     return {m00_ * v.x() + m01_ * v.y(), m10_ * v.x() + m11_ * v.y()};
   }
@@ -41,8 +44,10 @@ class VELSTD_API gxMatrix<2> {
   constexpr gxMatrix operator-(const gxMatrix& o) const {
     return {m00_ - o.m00_, m01_ - o.m01_, m10_ - o.m10_, m11_ - o.m11_};
   }
+  /// Compares the elements.
   friend constexpr bool operator==(const gxMatrix&, const gxMatrix&) = default;
 
+  /// Returns the matrix with rows and columns exchanged.
   constexpr gxMatrix transpose() const { return {m00_, m10_, m01_, m11_}; }
   /// Returns m00·m11 − m01·m10, accurate to 1.5 units in the last place while the products are
   /// inside the double range.

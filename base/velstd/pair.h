@@ -7,8 +7,10 @@ template <class T>
 class gxPair {
  public:
   constexpr gxPair() = default;
+  /// Makes a pair.
   constexpr gxPair(T x, T y) : x_(x), y_(y) {}
 
+  /// Return the two values.
   constexpr T x() const { return x_; }
   constexpr T y() const { return y_; }
 

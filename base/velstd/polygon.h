@@ -17,6 +17,7 @@ class VELSTD_API gxPolygon {
   };
 
   gxPolygon() = default;
+  /// Makes a polygon; the list is kept as given.
   gxPolygon(const std::vector<gxVector<2>>& vertices, PolyFillMode fillMode)
       : vertices_(vertices), fillMode_(fillMode) {}
 
@@ -24,9 +25,11 @@ class VELSTD_API gxPolygon {
   int size() const;
   /// Returns vertex i, 0 to size − 1.  Throws: std::out_of_range elsewhere.
   const gxVector<2>& operator[](long i) const;
+  /// Return what was given.
   const std::vector<gxVector<2>>& vertices() const { return vertices_; }
   PolyFillMode fillMode() const { return fillMode_; }
 
+  /// Compares vertices and fill mode.
   friend bool operator==(const gxPolygon&, const gxPolygon&) = default;
 
  private:

@@ -27,6 +27,7 @@ class VELSTD_API gxRect : public gxPersistent {
   }
   ~gxRect() override;
 
+  /// Returns the lowest corner.
   const gxVector<2>& origin() const noexcept { return origin_; }
   /// Returns the highest corner.
   const gxVector<2>& corner() const noexcept { return corner_; }

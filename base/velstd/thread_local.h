@@ -11,6 +11,7 @@
 /// ended is not taken for another's.
 class VELSTD_API gxThreadID {
  public:
+  /// Compares.
   friend bool operator==(const gxThreadID&, const gxThreadID&) = default;
 
   /// Returns the thread's number: 1, 2, 3 … in the order in which threads first asked.

@@ -19,15 +19,19 @@ template <>
 class VELSTD_API gxVector<2> {
  public:
   constexpr gxVector() = default;
+  /// Makes a vector of its coordinates.
   constexpr gxVector(double x, double y) : x_(x), y_(y) {}
   /// Builds the vector of that length in that direction: (length cos angle, length sin angle).
   gxVector(double length, gxRadian angle);
+  /// Makes a vector of two whole numbers.
   constexpr explicit gxVector(const gxPair<long>& pair)
       : x_(static_cast<double>(pair.x())), y_(static_cast<double>(pair.y())) {}
 
+  /// Return the coordinates.
   constexpr double x() const { return x_; }
   constexpr double y() const { return y_; }
 
+  /// Calculate coordinate by coordinate.
   constexpr gxVector operator+(const gxVector& o) const { return {x_ + o.x_, y_ + o.y_}; }
   constexpr gxVector operator-(const gxVector& o) const { return {x_ - o.x_, y_ - o.y_}; }
   constexpr gxVector operator-() const { return {-x_, -y_}; }

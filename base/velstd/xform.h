@@ -15,6 +15,7 @@ template <>
 class VELSTD_API gxXform<2> {
  public:
   constexpr gxXform() = default;
+  /// Makes the transform that maps p to matrix * p + translation.
   constexpr gxXform(const gxMatrix<2>& matrix, const gxVector<2>& translation)
       : stored_{matrix.m00(),
                 matrix.m01(),
@@ -27,6 +28,7 @@ class VELSTD_API gxXform<2> {
   /// The identity.
   static const gxXform I;
 
+  /// Return the numbers: rows of the matrix, then the translation.
   constexpr double xx() const { return stored_[0]; }
   constexpr double xy() const { return stored_[1]; }
   constexpr double yy() const { return stored_[2]; }
@@ -37,6 +39,7 @@ class VELSTD_API gxXform<2> {
   /// beside the six numbers; `matrix().determinant()` is the accurate one.
   constexpr double determinant() const { return stored_[6]; }
 
+  /// Return the two parts.
   constexpr gxMatrix<2> matrix() const { return {xx(), xy(), yx(), yy()}; }
   constexpr gxVector<2> translation() const { return {tx(), ty()}; }
 

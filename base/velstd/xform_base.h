@@ -46,6 +46,7 @@ class VELSTD_API gx2XformBase : public gxPersistent, public gxRepBase {
 class VELSTD_API gx2XformLinear : public gx2XformBase {
  public:
   gx2XformLinear() = default;
+  /// Makes the object of a linear transform.
   explicit gx2XformLinear(const gxXform<2>& xform) : xform_(xform) {}
 
   /// Takes and gives back memory inside this library, so that a transform made by one module can
@@ -55,6 +56,7 @@ class VELSTD_API gx2XformLinear : public gx2XformBase {
   static void operator delete(void* object) noexcept;
   static void operator delete(void* object, void* place) noexcept;
 
+  /// Returns the transform.
   const gxXform<2>& xform() const { return xform_; }
 
   gxVector<2> mapPoint(const gxVector<2>& point) const override;
@@ -68,6 +70,7 @@ class VELSTD_API gx2XformLinear : public gx2XformBase {
 
  protected:
   void dispatchSerialize(gxArchive& archive) override;
+  /// Stores or loads the fields of that version.
   virtual void serialize_(gxArchive& archive, unsigned char version);
 
  private:
@@ -81,6 +84,7 @@ class VELSTD_API gx2Rigid : public gx2XformBase {
   /// Rotates by `angle` from the x axis towards the y axis, then moves by `translation`.
   gx2Rigid(const gxDegree& angle, const gxVector<2>& translation);
 
+  /// Return the two parts.
   const gxDegree& angle() const { return angle_; }
   const gxVector<2>& translation() const { return translation_; }
   /// Returns the same transform as a value; whole quarter turns are exact.
@@ -100,6 +104,7 @@ class VELSTD_API gx2Rigid : public gx2XformBase {
 
  protected:
   void dispatchSerialize(gxArchive& archive) override;
+  /// Stores or loads the fields of that version.
   virtual void serialize_(gxArchive& archive, unsigned char version);
 
  private:
