@@ -173,6 +173,8 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
 
   /// Tells whether the contour crosses or touches itself: whether some edge meets another one that
   /// comes nowhere within 1e-6 of its ends.  Neighbours that overlap do not count.
+  /// It is no test of validity: an outline that comes back to one of its vertices, folds back, repeats
+  /// a point or runs along itself passes.
   ///  - fewer than 2 points: false
   /// Remembers: the answer; the upright rectangle of the points; of many points a tree over the edges.
   bool isSelfIntersecting() const;
@@ -204,7 +206,8 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
 
   // ---- Enclosing circle (contour_circle.cpp) ----------------------------------------------------
 
-  /// Returns the circle of that mode.
+  /// Returns the circle of that mode; that of `eFirstPoint` encloses every vertex, that of `eAllPairs`
+  /// often does not.
   ///  - `eAllPairs`: the farthest pair of vertices is its diameter; among equal distances the pair
   ///    with the lowest first index, then the lowest second.  Other vertices may lie outside.
   ///    Without two distinct points the slot keeps the circle it held: the default one, or that of
@@ -232,7 +235,10 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// Throws: EmptyContour below 2 points.  Remembers: the position.
   gxVector<2> meanPosition() const;
 
-  /// Gives the ellipse fitted to the points and its residual, as `gf_FitEllipse`.
+  /// Gives the ellipse fitted to the points and its residual, as `gf_FitEllipse`: for outlines of
+  /// ellipses.  Of another outline it may come out many times as large as the points lie apart; the
+  /// axes of any shape are those of `gf_EllipseFromInertiaData`.  Where some points belong to something
+  /// else, `gfEllipseFit` with its `ignore` leaves them out.
   /// Throws: EmptyContour below 2 points.  Remembers: both.
   void fitEllipse(gxEllipse& ellipse, double& residual) const;
 
@@ -251,8 +257,9 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
 
   // ---- Mapping, conversion, drawing (contour_mapping.cpp, contour_drawing.cpp) -------------------
 
-  /// Puts the contour of the mapped points into `result`, with the same closedness and label;
-  /// `result` may be this contour.
+  /// Puts the contour of the mapped points into `result`, with the same closedness and label and the
+  /// default `cachedVectorSize` of 3; `result` may be this contour.  As `==` reads that size, the
+  /// identity maps a contour of another size to an unequal one.
   void map(const gxXform<2>& xform, gxContour& result) const;
 
   /// Returns the contour as a polygon with the even-odd fill mode: a closed one repeats its first
@@ -289,6 +296,7 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
 
  protected:
   void dispatchSerialize(gxArchive& archive) override;
+  /// Stores or loads the fields of that version.
   virtual void serialize_(gxArchive& archive, unsigned char version);
 
   // ---- For derived classes ----------------------------------------------------------------------

@@ -6,7 +6,17 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <limits>
 #include <vector>
+
+/// The first hole of a list that a region refuses, and where (`gxRegion::firstHoleConflict`).
+struct gxHoleConflict {
+  bool found = false;  ///< whether a hole is refused
+  long hole = -1;      ///< its place in the list, from 0; −1 where none is refused
+  /// Where its outline crosses or touches the region's; (NaN, NaN) where none is refused, where the
+  /// handle is null, and where the region is empty.
+  gxVector<2> point{std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::quiet_NaN()};
+};
 
 /// A closed outline (the contour part) together with an ordered list of holes, each itself a region
 /// held by a shared, read-only handle.  A hole counts through its own outline; only containment
@@ -15,6 +25,10 @@
 /// Degenerate regions.  An outline of fewer than 3 points has no area: measures throw
 /// `EmptyContour`.  Holes are only asked not to cross the outline: they may lie outside it, and
 /// overlap each other.
+///
+/// What leaves the holes out: `length`, `==`, `map`, `draw`, the hull and the repair read the outline
+/// alone, and the region that `map` makes has no holes and label 0.  To map, draw or compare them too,
+/// take each region of `holes()` in turn, and give the mapped ones to `holes(…)` of the mapped outline.
 ///
 /// What it refuses: being opened, and holes whose outline crosses or touches its own.
 ///
@@ -26,6 +40,7 @@
 /// used on two threads at the same time.
 class GXSHAPE_API gxRegion : public virtual gxContour {
  public:
+  /// A hole, shared and read-only.
   using HoleHandle = gxPtrHandle_const<gxRegion>;
 
   // ---- Model (region.cpp) -----------------------------------------------------------------------
@@ -75,13 +90,22 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   void holes(const std::vector<gxPtrHandle<gxRegion>>& holes);
   void holes(std::initializer_list<HoleHandle> holes);
 
+  /// Tells without throwing whether `holes(list)` would refuse the list, and if so for which hole and
+  /// where: the first in the list, and of it the crossing that comes first in `intersections`.
+  /// Nothing of the region changes.
+  ///  - a null handle, and any hole of a region of fewer than 2 points, is refused, at (NaN, NaN)
+  ///  - an empty list: nothing found
+  /// Throws: std::bad_alloc alone.
+  /// Cost: O(m log n) for m edges of holes; ends at the first crossing.  Remembers: as `intersections`.
+  gxHoleConflict firstHoleConflict(const std::vector<HoleHandle>& holes) const;
+
   void reInit() override;
 
   // ---- Mapping, drawing (region_mapping.cpp) ----------------------------------------------------
 
   using gxContour::map;
-  /// Puts the region of the mapped outline into `result`, without holes, label 0; `result` may be
-  /// this region.
+  /// Puts the region of the mapped outline into `result`, without holes, label 0 and `cachedVectorSize`
+  /// 3; `result` may be this region.  The class comment says how holes are mapped along.
   void map(const gxXform<2>& xform, gxRegion& result) const;
 
   using gxContour::draw;
@@ -218,6 +242,7 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
 
  protected:
   void dispatchSerialize(gxArchive& archive) override;
+  /// Stores or loads the fields of that version.
   void serialize_(gxArchive& archive, unsigned char version) override;
 
   // ---- For derived classes ----------------------------------------------------------------------

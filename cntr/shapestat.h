@@ -22,6 +22,7 @@ class GXSHAPE_API gx_InertiaData {
   gx_InertiaData(double area, const gxVector<2>& centerOfMass, const gxMatrix<2>& inertiaMatrix)
       : area_(area), centerOfMass_(centerOfMass), inertiaMatrix_(inertiaMatrix) {}
 
+  /// Return the three as they were stored.
   double area() const { return area_; }
   const gxVector<2>& centerOfMass() const { return centerOfMass_; }
   const gxMatrix<2>& inertiaMatrix() const { return inertiaMatrix_; }
@@ -83,8 +84,10 @@ GXSHAPE_API gx_InertiaData gf_InertiaDataPolygon(const std::vector<gxVector<2>>&
 GXSHAPE_API gxEllipse gf_EllipseFromInertiaData(const gx_InertiaData& inertia);
 
 /// Gives the ellipse fitted to the points and the root mean square of their orthogonal distances
-/// from it.  Where no ellipse can be fitted, a circle as an ellipse; where no circle can either, a
-/// default ellipse and the residual −1, the one sign of failure.
+/// from it.  Points that lie on no ellipse may give one many times as large as they lie apart: the
+/// axes of any shape are those of `gf_EllipseFromInertiaData`.  Where no ellipse can be fitted, a
+/// circle as an ellipse; where no circle can either, a default ellipse and the residual −1, the one
+/// sign of failure.
 /// Throws: nothing of the library's own; std::bad_alloc passes, with nothing changed.
 GXSHAPE_API void gf_FitEllipse(const std::vector<gxVector<2>>& points, gxEllipse& ellipse,
                                double& residual);

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -165,6 +166,17 @@ TEST(Area, OfAClosedListWithItsFirstPointRepeatedIsTheSame) {
 }
 
 // ---- Centre of mass -------------------------------------------------------------------------------
+
+// (1, 1) is not known. The area says so; centre and moments look like numbers and are those of nothing.
+TEST(ShapeWithANaNVertex, HasANaNAreaAndAFiniteCentreAndMatrix) {
+  const std::vector<V> points{{0, 0}, {1, 0}, {kNaN, kNaN}, {1, 1}, {0, 1}};
+  EXPECT_TRUE(std::isnan(gf_Area(points)));
+  const V centre = gf_CenterOfMass(points);
+  EXPECT_TRUE(std::isfinite(centre.x()) && std::isfinite(centre.y()));
+  const gx_InertiaData moments = gf_InertiaDataPolygon(points);
+  for (int i = 0; i < 2; ++i)
+    for (int k = 0; k < 2; ++k) EXPECT_TRUE(std::isfinite(moments.inertiaMatrix().element(i, k)));
+}
 
 TEST(CenterOfMass, OfTheUnitSquareIsItsMiddleInBothDirections) {
   EXPECT_EQ(gf_CenterOfMass(square(0, 0, 1)), V(0.5, 0.5));
