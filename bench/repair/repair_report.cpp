@@ -6,13 +6,14 @@
 // crosses itself (isSelfIntersecting); whether its ring is simple to GEOS, to which a point passed
 // twice is not; and its area divided by that of the union of everything the outline goes around,
 // the non-zero fill of polyclipping.
+#include "union_area.h"
+
 #include <cntr/region.h>
 #include <support/exposed.h>
 #include <support/outline_files.h>
 #include <support/random_shapes.h>
 
 #include <geos_c.h>
-#include <polyclipping/clipper.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -25,24 +26,6 @@ namespace {
 
 using V = gxVector<2>;
 using Points = std::vector<V>;
-
-// The area of the non-zero union, on a lattice of 1e12 steps across the figure.
-double unionArea(const Points& points) {
-  double size = 0.0;
-  for (const V& p : points)
-    size = std::max({size, std::abs(p.x() - points[0].x()), std::abs(p.y() - points[0].y())});
-  const double scale = 1e12 / size;
-  ClipperLib::Path path;
-  for (const V& p : points) {
-    path.emplace_back(std::llround((p.x() - points[0].x()) * scale),
-                      std::llround((p.y() - points[0].y()) * scale));
-  }
-  ClipperLib::Paths out;
-  ClipperLib::SimplifyPolygon(path, out, ClipperLib::pftNonZero);
-  double area = 0.0;
-  for (const ClipperLib::Path& p : out) area += ClipperLib::Area(p);
-  return std::abs(area) / (scale * scale);
-}
 
 bool isSimpleRing(GEOSContextHandle_t geos, const Points& points) {
   const auto count = static_cast<unsigned>(points.size());
@@ -83,7 +66,7 @@ struct Group {
     const gxRegion region(points);
     if (points.size() < 3 || !region.isSelfIntersecting()) return;
     ++outlines;
-    const double whole = unionArea(points);
+    const double whole = unionArea({points});
     for (const bool hull : {false, true}) {
       Outcome& outcome = repairs[hull ? 1 : 0];
       gxRegion result;
@@ -165,6 +148,28 @@ void random(GEOSContextHandle_t geos, const char* what, bool star) {
   }
 }
 
+// Kinds on which exact coincidences are the rule: repeated points, edges on each other, vertices on edges.
+void kinds(GEOSContextHandle_t geos) {
+  head("Of a kind");
+  const std::pair<OutlineKind, const char*> all[] = {
+      {OutlineKind::eWalk, "random walk, 30 points"},
+      {OutlineKind::eLattice, "whole numbers, 12 points"},
+      {OutlineKind::eRepeated, "star with repeated points"},
+      {OutlineKind::eTolerance, "on a grid of the tolerance"},
+  };
+  for (const auto& [kind, title] : all) {
+    RandomShapes source(title, 2000);
+    Group group;
+    while (source.next()) {
+      Points points;
+      for (int i = 0; i < 200 && (points.size() < 3 || !gxContour(points).isSelfIntersecting()); ++i)
+        points = source.outline(kind, kind == OutlineKind::eWalk ? 30 : 12);
+      group.add(geos, points);
+    }
+    group.print(title);
+  }
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -176,6 +181,7 @@ int main(int count, char** arguments) {
   tangled(geos, arguments[1]);
   random(geos, "Points anywhere in a square", false);
   random(geos, "Points of a shaken circle", true);
+  kinds(geos);
   GEOS_finish_r(geos);
   return 0;
 }

@@ -5,6 +5,7 @@
 #include <support/exact_containment.h>
 #include <support/random_doubles.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <string>
@@ -74,5 +75,34 @@ inline void askContainment(const std::vector<gxVector<2>>& points, RandomDoubles
   }
   for (const V& corner : {low, V(high.x(), low.y()), high, V(low.x(), high.y())}) {
     ask(QueryKind::eBoxCorner, corner);
+  }
+}
+
+/// The answers for points at 1e-6 to 1e-3 from a vertex, by decade: [0] is 1e-3 to 1e-4.
+using NearVertexCounts = std::array<ContainmentCount, 3>;
+
+/// Asks one outline `each` points near its vertices, in every direction, and adds up the answers.
+inline void askNearVertices(const std::vector<gxVector<2>>& points, RandomDoubles& random, int each,
+                            NearVertexCounts& counts) {
+  using V = gxVector<2>;
+  const ExactOutline exact(points);
+  const gxRegion region(exact.points());
+  const std::vector<V>& p = exact.points();
+  for (int i = 0; i < each; ++i) {
+    const V& vertex = p[static_cast<std::size_t>(random.whole(static_cast<int>(p.size())))];
+    const double away = std::pow(10.0, random.uniform(-6.0, -3.0));
+    const double t = random.uniform(0.0, 6.283185307179586);
+    const V q = ExactOutline::onGrid(vertex + V(std::cos(t), std::sin(t)) * away);
+    const double distance = q.distance(vertex);
+    if (distance <= 1e-6 || distance > 1e-3) continue;  // by rule inside, and rounded out of the range
+    const ExactSide side = exact.locate(q);
+    if (side != ExactSide::eInside && side != ExactSide::eOutside) continue;
+    ContainmentCount& count = counts[distance > 1e-4 ? 0 : distance > 1e-5 ? 1 : 2];
+    const bool answer = region.inside(q, false);
+    ++count.asked;
+    if (answer) ++count.saidInside;
+    if (answer == (side == ExactSide::eInside)) continue;
+    ++count.differ;
+    count.farthest = std::max(count.farthest, region.distToPoint(q, false));
   }
 }
