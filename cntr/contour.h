@@ -236,7 +236,7 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   gxVector<2> meanPosition() const;
 
   /// Gives the ellipse fitted to the points and its residual, as `gf_FitEllipse`: for outlines of
-  /// ellipses.  Of another outline it may come out many times as large as the points lie apart; the
+  /// ellipses.  Of another outline it may come out several times as large as the points lie apart; the
   /// axes of any shape are those of `gf_EllipseFromInertiaData`.  Where some points belong to something
   /// else, `gfEllipseFit` with its `ignore` leaves them out.
   /// Throws: EmptyContour below 2 points.  Remembers: both.

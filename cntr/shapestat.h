@@ -84,7 +84,7 @@ GXSHAPE_API gx_InertiaData gf_InertiaDataPolygon(const std::vector<gxVector<2>>&
 GXSHAPE_API gxEllipse gf_EllipseFromInertiaData(const gx_InertiaData& inertia);
 
 /// Gives the ellipse fitted to the points and the root mean square of their orthogonal distances
-/// from it.  Points that lie on no ellipse may give one many times as large as they lie apart: the
+/// from it.  Points that lie on no ellipse may give one several times as large as they lie apart: the
 /// axes of any shape are those of `gf_EllipseFromInertiaData`.  Where no ellipse can be fitted, a
 /// circle as an ellipse; where no circle can either, a default ellipse and the residual −1, the one
 /// sign of failure.
