@@ -173,8 +173,8 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
 
   /// Tells whether the contour crosses or touches itself: whether some edge meets another one that
   /// comes nowhere within 1e-6 of its ends.  Neighbours that overlap do not count.
-  /// It is no test of validity: an outline that comes back to one of its vertices, folds back, repeats
-  /// a point or runs along itself passes.
+  /// It is no test of validity: an outline that comes back to one of its vertices, folds back along an
+  /// edge, repeats a point or runs along itself may pass.
   ///  - fewer than 2 points: false
   /// Remembers: the answer; the upright rectangle of the points; of many points a tree over the edges.
   bool isSelfIntersecting() const;
