@@ -22,9 +22,11 @@
 /// Used by any number of threads at a time, as nothing changes.
 class GXSHAPE_API gxArcLength {
  public:
+  /// Measures the way along the points, once for all questions.
   gxArcLength(std::span<const gxVector<2>> points, bool closed);
   explicit gxArcLength(const gxContour& contour) : gxArcLength(contour.points(), contour.isClosed()) {}
 
+  /// Return whether there is an answer, and what was given.
   gxStatus status() const { return status_; }
   bool isClosed() const { return closed_; }
   const std::vector<gxVector<2>>& points() const { return points_; }

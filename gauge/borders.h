@@ -22,12 +22,13 @@ class GXSHAPE_API gxBorders {
  public:
   /// The points of one ring; a closed one leads from its last point back to the first.
   struct Ring {
-    std::span<const gxVector<2>> points;
-    bool closed = true;
+    std::span<const gxVector<2>> points;  ///< in the order of the walk
+    bool closed = true;                   ///< whether the last leads back to the first
   };
 
   // Every shape is a list of rings, so these are conversions.
   // NOLINTBEGIN(google-explicit-constructor)
+  /// Looks at the one ring that there is.
   gxBorders(const gxContour& contour);
   /// Looks at the outline and all holes.
   /// Throws: gxBadPointer for a null hole; BadParams "holes nest too deeply" where a region comes up
@@ -42,6 +43,7 @@ class GXSHAPE_API gxBorders {
   /// Looks at a list of rings; the first is −1 in places.
   explicit gxBorders(std::vector<Ring> rings) : rings_(std::move(rings)) {}
 
+  /// Returns the rings, outlines before their holes.
   const std::vector<Ring>& rings() const { return rings_; }
 
  private:

@@ -35,7 +35,7 @@ GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxBend& bend);
 /// One answer for every point.
 struct GXSHAPE_API gxBends {
   gxStatus status = gxStatus::eOk;
-  std::vector<gxBend> at;
+  std::vector<gxBend> at;  ///< in the order of the points
 };
 
 /// Fits a curve to the points within `window` of arc length on either side of every vertex, with weights
@@ -52,15 +52,15 @@ GXSHAPE_API gxBends gfCurvature(const gxContour& contour, double window,
 
 /// A corner: a vertex, and by how much the walk turns there, in (−π, π], positive from x towards y.
 struct GXSHAPE_API gxCorner {
-  std::size_t vertex = 0;
-  gxRadian turn;
+  std::size_t vertex = 0;  ///< its index
+  gxRadian turn;           ///< by how much
 };
 GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxCorner& corner);
 
 /// The corners in the order of the vertices.
 struct GXSHAPE_API gxCorners {
   gxStatus status = gxStatus::eOk;
-  std::vector<gxCorner> corners;
+  std::vector<gxCorner> corners;  ///< in the order of the vertices
 };
 
 /// Returns the vertices at which the line fitted to the curve over `window` of arc length before, and the

@@ -14,8 +14,9 @@
 /// The smallest circle that holds all points.
 struct GXSHAPE_API gxEnclosingCircle {
   gxStatus status = gxStatus::eEmpty;
+  /// Where it lies, in the coordinates of the points.
   gxVector<2> centre{std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::quiet_NaN()};
-  double radius = 0.0;
+  double radius = 0.0;  ///< in the unit of the points
   /// How many points determine the circle: 0 (no answer), 1 (a point), 2 (a diameter) or 3.
   int supports = 0;
   /// Their indices, ascending; −1 behind them.
@@ -45,6 +46,7 @@ GXSHAPE_API gxEnclosingCircle gfEnclosingCircle(const gxRegionSet& set);
 /// A rectangle in any direction.
 struct GXSHAPE_API gxTurnedRectangle {
   gxStatus status = gxStatus::eEmpty;
+  /// Where it lies, in the coordinates of the points.
   gxVector<2> centre{std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::quiet_NaN()};
   /// The longer side, and the shorter one.
   double length = 0.0;

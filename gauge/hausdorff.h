@@ -21,9 +21,11 @@ GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxDirectedHausdorf
 /// Both directions, and the larger of them.
 struct GXSHAPE_API gxHausdorff {
   gxStatus status = gxStatus::eOk;
+  /// The larger of both distances, in the unit of the points.
   double hausdorff = std::numeric_limits<double>::quiet_NaN();
   double hausdorffForward = std::numeric_limits<double>::quiet_NaN();  ///< of the shape from the golden
   double hausdorffBack = std::numeric_limits<double>::quiet_NaN();     ///< of the golden from the shape
+  /// Both directions, with their places.
   gxDirectedHausdorff forward;
   gxDirectedHausdorff back;
 };

@@ -13,7 +13,7 @@
 /// Points and what they are worth.
 struct GXSHAPE_API gxResampled {
   gxStatus status = gxStatus::eOk;
-  std::vector<gxVector<2>> points;
+  std::vector<gxVector<2>> points;  ///< in the order of the walk
 };
 
 /// Returns points at `pieces` equal arc lengths: of an outline that many points, the first one point 0;

@@ -19,7 +19,7 @@ enum class gxSmoothCorrection : int {
 /// One point for every point that came.
 struct GXSHAPE_API gxSmoothed {
   gxStatus status = gxStatus::eOk;
-  std::vector<gxVector<2>> points;
+  std::vector<gxVector<2>> points;  ///< in the order of the points that came
 };
 
 /// Replaces every point by the mean of the curve around it, weighted with a Gaussian of standard

@@ -22,7 +22,7 @@ struct GXSHAPE_API gxEdgeNoise {
 /// Standard deviations of measures, in the unit of the points and its square; 0 or more.
 struct GXSHAPE_API gxUncertainty {
   gxStatus status = gxStatus::eOk;
-  double length = std::numeric_limits<double>::quiet_NaN();
+  double length = std::numeric_limits<double>::quiet_NaN();  ///< of the outline
   /// By how much noise lengthens the outline on average: it makes a dense outline jagged.
   double lengthBias = std::numeric_limits<double>::quiet_NaN();
   double area = std::numeric_limits<double>::quiet_NaN();                ///< NaN for a poly-line

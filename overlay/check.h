@@ -31,8 +31,8 @@ enum class gxProblemKind : int {
 
 /// One thing that is wrong.
 struct gxProblem {
-  gxProblemKind kind;
-  gxVector<2> point;  ///< where; of a crossing the double nearest to it
+  gxProblemKind kind;  ///< what
+  gxVector<2> point;   ///< where; of a crossing the double nearest to it
   /// The edges that take part, by their numbers in their rings (edge k ends at point k); −1 where
   /// the whole ring is meant; the same one twice where there is only one.
   std::array<long, 2> edges;

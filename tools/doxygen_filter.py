@@ -8,8 +8,9 @@ Pages.  Sites that show Markdown give every heading an anchor made of its words,
 Doxygen wants anchors written out, unique within all pages, pages named from the root, and pictures by name.
 
 Headers.  A comment here stands above a run of declarations and is that of each; Doxygen takes it for the
-first alone. The others get its first sentence. Copying, moving and destroying, where they are declared
-without a comment, get the sentence that there is to say. No line is added, so that line numbers hold.
+first alone. The others get its first sentence. Copying, moving, destroying and the status of an answer,
+where they are declared without a comment, get the sentence that there is to say. No line is added, so that
+line numbers hold.
 """
 import os
 import re
@@ -62,6 +63,7 @@ def turned(page, text):
 
 COMMENT = re.compile(r"^\s*///(?!<) ?(.*)$")
 TYPE = re.compile(r"^\s*(?:template\b.*>\s*)?(?:class|struct|enum|namespace|union|extern)\b(?!.*[;)]\s*$)")
+MEMBER = re.compile(r"^\s+[\w:<>,&* ]+ \w+(?: = [^;]+|\{[^;]*\})?;$")
 ACCESS = re.compile(r"^\s*(?:public|protected|private):")
 COPIES = [
     (re.compile(r"\b(\w+)(?:<[^>]*>)?&? operator=\(const \1\b"), "Assigns by copying."),
@@ -69,6 +71,7 @@ COPIES = [
     (re.compile(r"^\s*(\w+)\(const \1(?:<[^>]*>)?&[^,)]*\)"), "Copies."),
     (re.compile(r"^\s*(\w+)\(\1(?:<[^>]*>)?&&[^,)]*\)"), "Moves."),
     (re.compile(r"^\s*(?:virtual )?~\w+\(\)"), "Destroys."),
+    (re.compile(r"^\s*gxStatus status\b"), "Whether there is an answer, and why not."),
 ]
 
 
@@ -106,6 +109,8 @@ def header(text):
                 i += 1
                 comment.append(COMMENT.match(lines[i]).group(1))
             i += _declaration(lines, i + 1)
+        elif MEMBER.match(line) and (comment or said_of(line)):
+            lines[i] = f"/** {first_sentence(comment) if comment else said_of(line)} */ {line}"
         elif "(" in line and not re.match(r"\s*(//|#|}|\w+\(.*\)$)", line) and not TYPE.match(line):
             sentence = first_sentence(comment) if comment else said_of(line)
             length = _declaration(lines, i)

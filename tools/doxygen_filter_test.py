@@ -35,6 +35,10 @@ class HeaderTest(unittest.TestCase):
         self.assertEqual(header("  /// Return both.  More.\n  int a() const;\n  int b() const { return b_; }"),
                          "  /// Return both.  More.\n  int a() const;\n/** Return both. */   int b() const { return b_; }")
 
+    def test_so_it_is_for_data_members(self):
+        self.assertEqual(header("  /// Where it ends.\n  double a = 0.0;\n  long b;\n  long c;  ///< Other."),
+                         "  /// Where it ends.\n  double a = 0.0;\n/** Where it ends. */   long b;\n  long c;  ///< Other.")
+
     def test_a_blank_line_ends_the_run(self):
         text = "  /// Returns a.\n  int a() const;\n\n  int b() const;"
         self.assertEqual(header(text), text)
