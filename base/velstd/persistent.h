@@ -26,7 +26,7 @@ class VELSTD_API gxPersistent {
   virtual ~gxPersistent();
 
   /// Reports a change of the object.  Counts only while tracking is on; saturates instead of
-  /// wrapping around.  Const, because region sets count the memories that they fill, in const members.
+  /// wrapping around.  Const, because memories are filled and dropped by const members too.
   void mutating_() const noexcept {
     if (isTrackingChanges()) count_();
   }
