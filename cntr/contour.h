@@ -28,8 +28,8 @@ class gxRegion;
 
 /// An ellipse fitted to points, and its residual: the root mean square of the orthogonal distances.
 struct gxFittedEllipse {
-  gxEllipse ellipse;
-  double residual = 0.0;
+  gxEllipse ellipse;      ///< the default one where nothing could be fitted
+  double residual = 0.0;  ///< −1 where nothing could be fitted
 };
 
 /// An ordered list of points of the plane, either closed (an outline: the last point joins the

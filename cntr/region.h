@@ -158,6 +158,7 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   double distToPoint(const gxVector<2>& point, bool vertexOnly, bool considerHoles,
                      bool insideIsZero) const;
 
+  /// Return the crossings of the outline alone, as the contour's.
   std::vector<gxVector<2>> intersections(const gxLineSeg& seg, bool countEndContacts) const {
     return gxContour::intersections(seg, countEndContacts);
   }
