@@ -284,12 +284,12 @@ std::optional<Shape> gx_refined(
   }
 }
 
-template std::optional<gx_FitLine> gx_refined(const gx_FitLine&, std::span<const gxVector<2>>,
+template GXSHAPE_API std::optional<gx_FitLine> gx_refined(const gx_FitLine&, std::span<const gxVector<2>>,
                                               std::span<const double>, int,
                                               std::array<std::array<double, 2>, 2>*);
-template std::optional<gx_FitCircle> gx_refined(const gx_FitCircle&, std::span<const gxVector<2>>,
+template GXSHAPE_API std::optional<gx_FitCircle> gx_refined(const gx_FitCircle&, std::span<const gxVector<2>>,
                                                 std::span<const double>, int,
                                                 std::array<std::array<double, 3>, 3>*);
-template std::optional<gx_FitEllipse> gx_refined(const gx_FitEllipse&, std::span<const gxVector<2>>,
+template GXSHAPE_API std::optional<gx_FitEllipse> gx_refined(const gx_FitEllipse&, std::span<const gxVector<2>>,
                                                  std::span<const double>, int,
                                                  std::array<std::array<double, 5>, 5>*);
