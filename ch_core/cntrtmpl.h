@@ -65,7 +65,7 @@ class GXSHAPE_API gxContourT : public virtual gxContour {
 
   /// Assigns as the copy constructor copies.  Self-assignment does nothing.
   gxContourT& operator=(const gxContourT& other);
-  gxContourT& operator=(gxContourT&& other);
+  gxContourT& operator=(gxContourT&& other);  // NOLINT(performance-noexcept-move-constructor)
 
   /// Is true when the points are equal one by one and both hold the very same transform object (or
   /// none): a copy equals its original, two contours made of the same arguments are different.
@@ -187,7 +187,7 @@ class GXSHAPE_API gxRegionT : public gxRegion, public gxContourT<T> {
   /// Assigns as the copy constructor copies; the source may be owned by this region (its hole).
   /// Self-assignment does nothing.
   gxRegionT& operator=(const gxRegionT& other);
-  gxRegionT& operator=(gxRegionT&& other);
+  gxRegionT& operator=(gxRegionT&& other);  // NOLINT(performance-noexcept-move-constructor)
 
   /// Compares the outlines as edge-point contours: equal points, the very same transform.  Holes of
   /// either kind take no part.
@@ -287,7 +287,7 @@ class GXSHAPE_API gxRegionSetT : public gxRegionSet {
 
   /// Assigns as the copy constructor copies.  Self-assignment does nothing.
   gxRegionSetT& operator=(const gxRegionSetT& other);
-  gxRegionSetT& operator=(gxRegionSetT&& other);
+  gxRegionSetT& operator=(gxRegionSetT&& other);  // NOLINT(performance-noexcept-move-constructor)
 
   /// Compares the regions as a region set does; the edge points take no part.
   bool operator==(const gxRegionSetT& other) const;

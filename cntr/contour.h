@@ -78,7 +78,7 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// class then follows as above.
   /// Throws: what assigning a copy throws, where the object behind this contour cannot follow (an
   /// edge-point shape without a transform); both are then as they were.
-  gxContour& operator=(gxContour&& other);
+  gxContour& operator=(gxContour&& other);  // NOLINT(performance-noexcept-move-constructor)
 
   /// Is true when both are closed or both open, the points are equal one by one (exactly), and
   /// `cachedVectorSize` is equal.  Labels and memories take no part.

@@ -69,7 +69,7 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   /// Assigns by moving: `other` is then without points and holes, and usable.
   /// Throws: what assigning a copy throws, where the object behind this region cannot follow; both are
   /// then as they were.
-  gxRegion& operator=(gxRegion&& other);
+  gxRegion& operator=(gxRegion&& other);  // NOLINT(performance-noexcept-move-constructor)
 
   /// Compares the outlines as contours; holes take no part.
   bool operator==(const gxRegion& other) const;

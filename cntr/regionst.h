@@ -60,7 +60,7 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   /// Assigns by moving: `other` is then without regions, and usable.
   /// Throws: what assigning a copy throws, where the object behind this set cannot follow; both are
   /// then as they were.
-  gxRegionSet& operator=(gxRegionSet&& other);
+  gxRegionSet& operator=(gxRegionSet&& other);  // NOLINT(performance-noexcept-move-constructor)
 
   /// Is true when both hold as many regions and these are equal one by one, in order; so the same
   /// regions in another order are not.  Memories and `cachedVectorSize` take no part.

@@ -8,8 +8,7 @@
 void gxPersistent::count_() const noexcept {
   std::uint32_t now = tracking_.load(std::memory_order_relaxed);
   while ((now & kMostChanges) != kMostChanges &&
-         !tracking_.compare_exchange_weak(now, now + 1, std::memory_order_relaxed)) {
-  }
+         !tracking_.compare_exchange_weak(now, now + 1, std::memory_order_relaxed)) {}
 }
 
 gxPersistent::~gxPersistent() = default;

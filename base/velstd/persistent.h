@@ -32,9 +32,7 @@ class VELSTD_API gxPersistent {
   }
 
   /// Turns change tracking on or off; either way the count starts again at 0.
-  void trackChanges(bool on) const noexcept {
-    tracking_.store(on ? kOn : 0, std::memory_order_relaxed);
-  }
+  void trackChanges(bool on) const noexcept { tracking_.store(on ? kOn : 0, std::memory_order_relaxed); }
   /// Tells whether changes are being counted.
   bool isTrackingChanges() const noexcept {
     return (tracking_.load(std::memory_order_relaxed) & kOn) != 0;

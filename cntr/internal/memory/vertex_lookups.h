@@ -29,7 +29,8 @@ class gx_VertexLookups {
 
   gx_VertexLookups() = default;
   gx_VertexLookups(const gx_VertexLookups& other) {
-    for (const Known& known : other.all_()) inOrder_.push_back(std::make_shared<gx_VertexLookup>(*known));
+    for (const Known& known : other.all_())
+      inOrder_.push_back(std::make_shared<gx_VertexLookup>(*known));
   }
   gx_VertexLookups& operator=(const gx_VertexLookups&) = delete;
   ~gx_VertexLookups() = default;

@@ -67,7 +67,8 @@ void gx_SetIndex::take_(const gx_SetIndex& other) noexcept {
 }
 
 void gx_SetIndex::drop() noexcept {
-  if (const gx_RegionIndex* index = index_.exchange(nullptr, std::memory_order_relaxed)) index->release();
+  if (const gx_RegionIndex* index = index_.exchange(nullptr, std::memory_order_relaxed))
+    index->release();
   checkedAt_.store(0, std::memory_order_relaxed);
   questions_.drop();
   nextTry_.drop();
