@@ -57,10 +57,11 @@ class GXSHAPE_API gxLocator {
  public:
   /// Make the indexes.  Throws: gxBadPointer for a null handle; BadParams "holes nest too deeply".
   /// Cost: O(n), some 100 ns an edge.
-  gxLocator(
-      const gxContour& contour);      // NOLINT(google-explicit-constructor): a shape stands for its own
-  gxLocator(const gxRegion& region);  // NOLINT(google-explicit-constructor): as above
-  gxLocator(const gxRegionSet& set);  // NOLINT(google-explicit-constructor): as above
+  // NOLINTBEGIN(google-explicit-constructor): a shape stands for its own locator
+  gxLocator(const gxContour& contour);
+  gxLocator(const gxRegion& region);
+  gxLocator(const gxRegionSet& set);
+  // NOLINTEND(google-explicit-constructor)
   explicit gxLocator(std::span<const gxVector<2>> outline);
   gxLocator(const gxLocator&) = default;
   gxLocator(gxLocator&&) noexcept = default;

@@ -37,20 +37,22 @@ double gx_ringLength(const gx_Ring& ring, const gx_Frame& frame) {
 }
 
 gxVector<2> gx_borderCentre(const std::vector<gx_Ring>& rings, const gx_Frame& frame) {
-  const gxVector<2>* first = nullptr;
+  const auto begun =
+      std::find_if(rings.begin(), rings.end(), [](const gx_Ring& ring) { return !ring.points.empty(); });
+  if (begun == rings.end()) return {NAN, NAN};
+  const gxVector<2> first = begun->points[0];
+  const gxVector<2> origin = frame.scaled(first);
   double total = 0.0;
   gxVector<2> weighted;
   for (const gx_Ring& ring : rings) {
-    if (first == nullptr && !ring.points.empty()) first = &ring.points[0];
     gx_forEachEdge(ring.points.size(), ring.closed, [&](std::size_t i, std::size_t j, std::size_t) {
-      const gxVector<2> a = frame.scaled(ring.points[i]) - frame.scaled(*first);
-      const gxVector<2> b = frame.scaled(ring.points[j]) - frame.scaled(*first);
+      const gxVector<2> a = frame.scaled(ring.points[i]) - origin;
+      const gxVector<2> b = frame.scaled(ring.points[j]) - origin;
       const double length = lengthOf(a, b);
       total += length;
       weighted += (a + b) * (0.5 * length);
     });
   }
-  if (first == nullptr) return {NAN, NAN};
-  if (total == 0.0) return *first;
-  return frame.unscaled(frame.scaled(*first) + weighted / total);
+  if (total == 0.0) return first;
+  return frame.unscaled(origin + weighted / total);
 }
