@@ -46,9 +46,9 @@ struct gxFittedEllipse {
 /// Memory.  Every answer is remembered until the points or the closed flag change; label and
 /// `cachedVectorSize` keep it.  Copies carry it along.
 ///
-/// Threads.  A contour is used by one thread at a time, also through const members, which fill the
-/// memory.  Contours that share nothing may be used on different threads freely; contours that
-/// share a cached hull or holes (copies do) share their memories too.
+/// Threads.  Const operations may run on any number of threads at once, on one contour and on contours
+/// that share parts (copies do); the others need the contour to themselves.  Threads that ask one shape
+/// have the same rounding mode, since whoever computes an answer first answers for all.
 class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepBase {
  public:
   // ---- Model (contour.cpp) ----------------------------------------------------------------------

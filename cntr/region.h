@@ -36,8 +36,8 @@ struct gxHoleConflict {
 /// dropped together with it on every change of points or holes.  A change of a hole after it was
 /// given is not noticed.  Copies share holes and repaired forms.
 ///
-/// Threads.  As the contour's.  Regions that share a hole share the hole's memory: they may not be
-/// used on two threads at the same time.
+/// Threads.  As the contour's, also for regions that share a hole.  A hole is changed only while nobody
+/// asks a region that has it.
 class GXSHAPE_API gxRegion : public virtual gxContour {
  public:
   /// A hole, shared and read-only.

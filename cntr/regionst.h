@@ -24,9 +24,9 @@
 ///
 /// Copies share the regions and the repaired sets, and carry the rest of the memory along.
 ///
-/// Threads.  A set is used by one thread at a time, also through const members, which fill its
-/// memory and that of its regions.  Sets that share a region share the region's memory: they may not
-/// be used on two threads at the same time.  Sets that share nothing may be used freely.
+/// Threads.  Const operations may run on any number of threads at once, on one set and on sets that
+/// share regions; the others need the set to themselves.  A region is changed only while nobody asks a
+/// set that has it.
 class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRepBase {
  public:
   /// A region, shared and read-only.

@@ -17,7 +17,7 @@ class gxArchive;
 /// The tracking state belongs to the object, not to its value: copies and moves start untracked,
 /// assignment leaves it alone.
 ///
-/// Threads: an object is used by one thread at a time, also through const members.
+/// Threads: const operations may run on any number of threads at once; the others need the object alone.
 class VELSTD_API gxPersistent {
  public:
   gxPersistent() noexcept = default;
