@@ -77,8 +77,9 @@ gxResampled gfResampleByDeviation(std::span<const gxVector<2>> points, bool clos
     const gxVector<2>& b = corners[(i + 1) % corners.size()];
     const double pieces = std::max(1.0, std::ceil(a.distance(b) / spacing));
     result.points.push_back(a);
-    for (double k = 1.0; k < pieces; ++k) {
-      result.points.push_back(a * (1.0 - k / pieces) + b * (k / pieces));
+    for (std::size_t k = 1; static_cast<double>(k) < pieces; ++k) {
+      const double share = static_cast<double>(k) / pieces;
+      result.points.push_back(a * (1.0 - share) + b * share);
     }
   }
   if (!closed || edges == 0) result.points.push_back(corners.back());
