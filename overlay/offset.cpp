@@ -154,8 +154,7 @@ gxRegionSet gfOffset(const gxShapes& shape, double distance, const gxOffsetForm&
                      const gxOverlayLimits& limits, gxOffsetReport* report) {
   refuse(form, distance);
   gxOffsetReport own;
-  const gxRegionSet result =
-      gx_regionSetOf(offsetOf(settled(shape, limits), distance, form, limits, own));
+  gxRegionSet result = gx_regionSetOf(offsetOf(settled(shape, limits), distance, form, limits, own));
   if (report != nullptr) *report = own;
   return result;
 }
