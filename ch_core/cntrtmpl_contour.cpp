@@ -54,6 +54,7 @@ gxContourT<T>& gxContourT<T>::operator=(const gxContourT& other) {
 // Points and data come together, so that nothing has to be made anew.  What this contour held lives to
 // the end, and goes back where a derived class cannot follow.
 template <class T>
+// NOLINTNEXTLINE(performance-noexcept-move-constructor): it throws where an object cannot follow
 gxContourT<T>& gxContourT<T>::operator=(gxContourT&& other) {
   if (this == &other) return *this;
   gxContourT old;

@@ -64,6 +64,7 @@ gxRegionT<T>& gxRegionT<T>::operator=(const gxRegionT& other) {
 
 // What this region held may own the source, so it stays alive to the end.
 template <class T>
+// NOLINTNEXTLINE(performance-noexcept-move-constructor): it throws where an object cannot follow
 gxRegionT<T>& gxRegionT<T>::operator=(gxRegionT&& other) {
   if (this == &other) return *this;
   const gxRegionT old(std::move(*this));

@@ -49,6 +49,7 @@ gxRegionSetT<T>& gxRegionSetT<T>::operator=(const gxRegionSetT& other) {
 
 // What this set held may own the source, so it stays alive to the end.
 template <class T>
+// NOLINTNEXTLINE(performance-noexcept-move-constructor): it throws where an object cannot follow
 gxRegionSetT<T>& gxRegionSetT<T>::operator=(gxRegionSetT&& other) {
   if (this == &other) return *this;
   const gxRegionSetT old(std::move(*this));

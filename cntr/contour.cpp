@@ -71,6 +71,7 @@ gxContour& gxContour::operator=(const gxContour& other) {
   return *this;
 }
 
+// NOLINTNEXTLINE(performance-noexcept-move-constructor): it throws where an object cannot follow
 gxContour& gxContour::operator=(gxContour&& other) {
   if (this == &other) return *this;
   const bool closed = other.isClosed();

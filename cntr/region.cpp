@@ -52,6 +52,7 @@ gxRegion& gxRegion::operator=(const gxRegion& other) {
   return *this;
 }
 
+// NOLINTNEXTLINE(performance-noexcept-move-constructor): it throws where an object cannot follow
 gxRegion& gxRegion::operator=(gxRegion&& other) {
   if (this != &other) takeOver_(other);
   return *this;

@@ -50,6 +50,7 @@ gxRegionSet& gxRegionSet::operator=(const gxRegionSet& other) {
   return *this;
 }
 
+// NOLINTNEXTLINE(performance-noexcept-move-constructor): it throws where an object cannot follow
 gxRegionSet& gxRegionSet::operator=(gxRegionSet&& other) {
   if (this == &other) return *this;
   State old = std::exchange(state_, std::exchange(other.state_, State()));

@@ -106,13 +106,16 @@ class NewFile {
 
 #else
 
+unsigned nextNumber() {
+  static std::atomic<unsigned> counter{0};
+  return ++counter;
+}
+
 /// The same with what the language offers, which has no flush to the disk.
 class NewFile {
  public:
-  explicit NewFile(const fs::path& target) {
-    static std::atomic<unsigned> counter{0};
-    path_ = target.parent_path() / (".archive-" + std::to_string(++counter) + ".new");
-  }
+  explicit NewFile(const fs::path& target)
+      : path_(target.parent_path() / (".archive-" + std::to_string(nextNumber()) + ".new")) {}
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
   ~NewFile() {
