@@ -6,7 +6,8 @@
 //   3. Split runs of points at the one farthest from the chord, until all of a run are within the
 //      tolerance.  Runs wait on a list, not on the stack.
 //   4. Where crossings are to be kept out, look for chords that meet, split each of them once more, and
-//      look again.  A chord that is an edge of the outline stays.
+//      look again.  A chord that is an edge of the outline stays.  What was within the tolerance of a chord
+//      need not be within it of the two that it is split into, so these are split on, as in 3.
 //
 // The distance from a chord is computed from its lower end (by x, then y), so that it has the same bits
 // in both directions; of equal distances the lower point wins.  Several points of these coordinates, as
@@ -257,6 +258,10 @@ class Simplifier {
     const std::vector<std::size_t> kept = indices();
     for (std::size_t i = 0; i + 1 < kept.size(); ++i) runs.push_back({kept[i], kept[i + 1]});
     if (closed_) runs.push_back({kept.back(), kept.front()});
+    split(std::move(runs));
+  }
+
+  void split(std::vector<Run> runs) {
     while (!runs.empty()) {
       const Run run = runs.back();
       runs.pop_back();
@@ -283,6 +288,7 @@ class Simplifier {
     for (std::size_t i = 0; i < n_; ++i) {
       if (source_[i] == source_[best]) keeps_[i] = 1;
     }
+    splitRunsBetweenKept();
   }
 
   bool splitOnce(std::size_t from, std::size_t to) {
@@ -292,6 +298,7 @@ class Simplifier {
     const std::size_t at = farthest(run, measure);
     if (at == n_) return false;
     keep(run, at, runs);
+    split(std::move(runs));
     return true;
   }
 

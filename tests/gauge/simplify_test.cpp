@@ -166,7 +166,8 @@ TEST(Simplify, CrossingsAreKeptOutWhereAsked) {
   while (random.next()) {
     SCOPED_TRACE(random.trace());
     const OutlineKind kinds[] = {OutlineKind::eStar, OutlineKind::eSpiral, OutlineKind::eComb};
-    const Points points = random.outline(kinds[random.integer(0, 2)], random.integer(20, 120));
+    const OutlineKind kind = kinds[random.integer(0, 2)];
+    const Points points = random.outline(kind, random.integer(20, 120));
     if (crosses(points)) continue;
     const double tolerance = random.uniform(0.05, 3.0);
     crossed += crosses(kept(points, true, tolerance)) ? 1 : 0;
