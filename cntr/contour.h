@@ -275,6 +275,7 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// Makes a contour of these points, in this order; for whoever has them in memory of his own.
   /// A template, so that lists in braces go to the constructors above.
   template <class Span, class = std::enable_if_t<std::is_same_v<Span, std::span<const gxVector<2>>>>>
+  // cppcheck-suppress passedByValue; a span is two words
   explicit gxContour(Span points, bool closed = true, unsigned long label = 0)
       : gxContour(std::vector<gxVector<2>>(points.begin(), points.end()), closed, label) {}
 

@@ -192,14 +192,14 @@ gxStatus statusOf(std::span<const gxVector<2>> points, double window) {
 // The direction of the curve over a window before or after a vertex, along the walk: of the line nearest
 // to samples at equal arc lengths.
 gxVector<2> sideDirection(const gxArcLength& arc, double from, double to) {
-  constexpr int kSamples = 16;
-  std::array<gxVector<2>, kSamples + 1> p;
+  constexpr std::size_t kSamples = 17;
+  std::array<gxVector<2>, kSamples> p;
   gxVector<2> mean;
-  for (std::size_t k = 0; k <= kSamples; ++k) {
-    p[k] = arc.at(from + (to - from) * (static_cast<double>(k) / kSamples));
+  for (std::size_t k = 0; k < kSamples; ++k) {
+    p[k] = arc.at(from + (to - from) * (static_cast<double>(k) / (kSamples - 1.0)));
     mean += p[k];
   }
-  mean = mean / (kSamples + 1.0);
+  mean = mean / static_cast<double>(kSamples);
   double xx = 0.0;
   double xy = 0.0;
   double yy = 0.0;
@@ -210,7 +210,7 @@ gxVector<2> sideDirection(const gxArcLength& arc, double from, double to) {
     yy += d.y() * d.y();
   }
   const gxVector<2> direction(1.0, gxRadian(0.5 * std::atan2(2.0 * xy, xx - yy)));
-  return direction * (p[kSamples] - p[0]) < 0.0 ? -direction : direction;
+  return direction * (p.back() - p.front()) < 0.0 ? -direction : direction;
 }
 
 std::vector<double> turnsOf(const gxArcLength& arc, double window) {
