@@ -13,6 +13,7 @@ Findings are printed as file:line: rule: text, and make the exit status 1. Warni
   inner      the folders under cntr/internal include downward only (INNER below), and none but sets/
              includes the header of a class above them
   map        cntr/README.md names every file of cntr, and no other
+  picture    docs/architecture.md shows the folders and arrows of the first two rules
   test       each source file of the library, and each header under internal/, has a test file of
              the same name in the same place under tests/, or a test file elsewhere that names it in a
              line of its own: "// Covers cntr/region_archive.cpp"
@@ -48,6 +49,9 @@ INNER = {"outline": set(), "sums": set(), "archive": set(), "memo": set(), "inde
 CLASS_HEADERS = {"cntr/contour.h", "cntr/region.h", "cntr/regionst.h"}
 # The map of these folders is checked against their files.
 MAPS = {"cntr/": "cntr/README.md", "gauge/": "gauge/README.md"}
+PICTURE = "docs/architecture.md"
+PICTURE_BEGINS = "<!-- the folders: written by tools/check_layout.py --repair -->"
+PICTURE_ENDS = "<!-- end -->"
 UMBRELLA = "include/gxshape/gxshape.h"
 MAX_LINES = 500
 
@@ -201,6 +205,38 @@ def check_maps(tree):
             yield Finding(readme, 1, "map", f"`{stem}` is no file of {folder}")
 
 
+def picture():
+    """The folders of the library, lowest first, each with those that it sees directly."""
+    lines = ["```"]
+    row = "  {:<26}{:<11}{}".format
+    lines.append(row("folder", "library", "sees").rstrip())
+    for folder, layer in LAYERS.items():
+        below = [f for f, l in LAYERS.items() if l == max((x for x in LAYERS.values() if x < layer), default=-1)]
+        lines.append(row(folder + "/", LIBRARY_OF[folder], ", ".join(below)).rstrip())
+        if INNER_ROOT.startswith(folder + "/"):
+            for inner, sees in INNER.items():
+                lines.append(row("  internal/" + inner + "/", "", ", ".join(n for n in INNER if n in sees)).rstrip())
+    return lines + ["```"]
+
+
+def picture_of(lines):
+    """Where the picture stands among the lines of its page: begin and end, or None."""
+    if PICTURE_BEGINS in lines and PICTURE_ENDS in lines:
+        return lines.index(PICTURE_BEGINS) + 1, lines.index(PICTURE_ENDS)
+    return None
+
+
+def check_picture(tree):
+    if PICTURE not in tree.files:
+        return
+    lines = tree.lines(PICTURE)
+    place = picture_of(lines)
+    if place is None:
+        yield Finding(PICTURE, 1, "picture", "has no place for the picture of the folders")
+    elif lines[place[0]:place[1]] != picture():
+        yield Finding(PICTURE, place[0] + 1, "picture", "is not what the folders are; `make format` draws it")
+
+
 def check_tests(tree):
     files = set(tree.files)
     covered = set()
@@ -320,7 +356,7 @@ def check_alone(tree, compiler):
                 yield Finding(path, 1, "alone", f"does not compile alone: {first}")
 
 
-RULES = [check_includes, check_inner, check_maps, check_tests, check_stories, check_pragma_once, check_names, check_words,
+RULES = [check_includes, check_inner, check_maps, check_picture, check_tests, check_stories, check_pragma_once, check_names, check_words,
          check_lengths, check_umbrella]
 
 
@@ -338,6 +374,11 @@ def main():
         for path, folder in umbrellas(tree).items():
             with open(os.path.join(tree.root, path), "w", encoding="utf-8") as file:
                 file.write(umbrella_text(tree, folder))
+        lines = tree.lines(PICTURE)
+        place = picture_of(lines)
+        if place is not None:
+            with open(os.path.join(tree.root, PICTURE), "w", encoding="utf-8") as file:
+                file.write("\n".join(lines[:place[0]] + picture() + lines[place[1]:]) + "\n")
         return 0
     findings = check(tree)
     if options.headers:

@@ -77,6 +77,14 @@ class LayoutTest(unittest.TestCase):
               "cntr/README.md": "| `contour`, `memo`, `walk` |\n"}
         self.assertEqual(self.findings(up), [("inner", "cntr/internal/outline/walk.h")])
 
+    def test_the_picture_of_the_folders_is_the_one_that_the_rules_draw(self):
+        begin, end = check_layout.PICTURE_BEGINS, check_layout.PICTURE_ENDS
+        drawn = "\n".join([begin, *check_layout.picture(), end, ""])
+        self.assertEqual(self.findings({"docs/architecture.md": drawn}), [])
+        old = drawn.replace("cntr/", "shapes/")
+        self.assertEqual(self.findings({"docs/architecture.md": old}), [("picture", "docs/architecture.md")])
+        self.assertEqual(self.findings({"docs/architecture.md": "# nothing\n"}), [("picture", "docs/architecture.md")])
+
     def test_a_class_is_known_to_sets_alone(self):
         for folder, rule in [("sets", []), ("repair", [("inner", "cntr/internal/repair/loops.h")])]:
             self.assertEqual(self.findings({
