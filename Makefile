@@ -39,10 +39,10 @@ asan:  ## the tests under the address and undefined behaviour sanitizers
 	@tools/build asan
 	@tools/run_tests asan
 
-tsan:  ## the tests under the thread sanitizer
+tsan:  ## the tests that start threads, under the thread sanitizer
 	@tools/install_packages build test
-	@tools/build tsan
-	@tools/run_tests tsan
+	@tools/build tsan gxshape_threads_tests
+	@tools/run_tests tsan --tests-regex '^threads$$'
 
 debug:  ## the tests without optimisation, with the standard library's assertions
 	@tools/install_packages build test

@@ -25,6 +25,18 @@ foreach(file IN LISTS all_tests)
 endforeach()
 list(REMOVE_DUPLICATES rooms)
 
+# For the thread sanitizer the program of tests/threads has every test file that starts threads, of all
+# rooms, so that one program, and what it needs, is all that has to be built.
+if(GXSHAPE_SANITIZE MATCHES "thread")
+  foreach(file IN LISTS all_tests)
+    set(path "${PROJECT_SOURCE_DIR}/tests/${file}")
+    file(STRINGS "${path}" starts REGEX "std::j?thread[ (]|<support/together\\.h>" LIMIT_COUNT 1)
+    if(starts AND NOT file MATCHES "^threads/")
+      list(APPEND tests_of_threads "${path}")
+    endif()
+  endforeach()
+endif()
+
 foreach(room IN LISTS rooms)
   set(program gxshape_${room}_tests)
   # What the tests of a folder share lies beside them; of support/, it is a library.

@@ -44,6 +44,12 @@ void check(const gxCircleFitParams& params) {
 
 void gfCircleFit(const gxCircleFitParams& params, const std::vector<gxVector<2>>& points,
                  gxCircleFitResults& results) {
+  gxBudget unlimited;
+  gfCircleFit(params, points, results, unlimited);
+}
+
+void gfCircleFit(const gxCircleFitParams& params, const std::vector<gxVector<2>>& points,
+                 gxCircleFitResults& results, gxBudget& budget) {
   check(params);
   const gx_FitFrame frame(points);
   if (!frame.valid()) throw gxCircleFitDefs::BadPoints(L"no points, all equal, or not finite");
@@ -51,8 +57,8 @@ void gfCircleFit(const gxCircleFitParams& params, const std::vector<gxVector<2>>
   std::optional<double> radius;
   if (params.mode() == gxCircleFitDefs::eFixedRadius) radius = frame.lengthIn(params.radius());
   const gx_CircleSolver solver(radius, frame.rounding());
-  const gx_OutlierSearch<gx_CircleSolver> search(solver, params.ignore(),
-                                                 frame.lengthIn(params.limit()));
+  const gx_OutlierSearch<gx_CircleSolver> search(solver, params.ignore(), frame.lengthIn(params.limit()),
+                                                 budget);
   const auto found = search.run(frame.points());
   if (!found) throw gxCircleFitDefs::BadPoints(L"the points do not determine a circle");
 

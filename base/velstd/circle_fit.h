@@ -1,6 +1,7 @@
 /// The circle that fits a set of points best.
 #pragma once
 
+#include <velstd/budget.h>
 #include <velstd/circle.h>
 #include <velstd/exception.h>
 #include <velstd/export.h>
@@ -122,3 +123,7 @@ class VELSTD_API gxCircleFitResults {
 /// regression for large data sets", Data Mining and Knowledge Discovery 12, 2006.
 VELSTD_API void gfCircleFit(const gxCircleFitParams& params, const std::vector<gxVector<2>>& points,
                             gxCircleFitResults& results);
+/// The same within a budget.  A step is a point in one pass: with outliers there may be hundreds of passes.
+/// Throws: gxStopped besides, with `results` as it was.
+VELSTD_API void gfCircleFit(const gxCircleFitParams& params, const std::vector<gxVector<2>>& points,
+                            gxCircleFitResults& results, gxBudget& budget);

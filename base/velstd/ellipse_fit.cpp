@@ -73,9 +73,9 @@ bool isCircle(const gx_EllipseImage& image) {
 // The found ellipse, or the circle that obeys the same rules where that has no larger residual.
 std::optional<Search::Result> noWorseThanCircle(std::optional<Search::Result> found,
                                                 const gx_FitFrame& frame, const Points& points,
-                                                unsigned long ignore, double limit) {
+                                                unsigned long ignore, double limit, gxBudget& budget) {
   const gx_CircleSolver circles(std::nullopt, frame.rounding());
-  const auto circle = gx_OutlierSearch<gx_CircleSolver>(circles, ignore, limit).run(points);
+  const auto circle = gx_OutlierSearch<gx_CircleSolver>(circles, ignore, limit, budget).run(points);
   if (!circle) return found;
   const auto mean = [&points](double kept, std::size_t left) {
     return kept / static_cast<double>(points.size() - left);
@@ -101,6 +101,12 @@ gxEllipse::gxEllipseGeom describe(const gx_EllipseImage& image, const gx_FitFram
 
 void gfEllipseFit(const gxEllipseFitParams& params, const std::vector<gxVector<2>>& points,
                   gxEllipseFitResults& results) {
+  gxBudget unlimited;
+  gfEllipseFit(params, points, results, unlimited);
+}
+
+void gfEllipseFit(const gxEllipseFitParams& params, const std::vector<gxVector<2>>& points,
+                  gxEllipseFitResults& results, gxBudget& budget) {
   check(params);
   const gx_FitFrame frame(points);
   if (!frame.valid()) throw gxEllipseFitDefs::BadPoints(L"no points, all equal, or not finite");
@@ -112,11 +118,11 @@ void gfEllipseFit(const gxEllipseFitParams& params, const std::vector<gxVector<2
 
   const double limit = frame.lengthIn(params.limit());
   const gx_EllipseSolver solver(held, frame.rounding());
-  const Search search(solver, params.ignore(), limit);
+  const Search search(solver, params.ignore(), limit, budget);
   std::optional<Search::Result> found = search.run(seen);
   // Without outliers the solver has compared already; a circle that it chose gets its own numbers.
   if (found && (!found->left.empty() || isCircle(found->shape))) {
-    found = noWorseThanCircle(std::move(found), frame, seen, params.ignore(), limit);
+    found = noWorseThanCircle(std::move(found), frame, seen, params.ignore(), limit, budget);
   }
   if (!found) throw gxEllipseFitDefs::BadPoints(L"the points do not determine an ellipse");
 

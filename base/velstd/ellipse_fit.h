@@ -2,6 +2,7 @@
 #pragma once
 
 #include <velstd/angle.h>
+#include <velstd/budget.h>
 #include <velstd/ellipse.h>
 #include <velstd/exception.h>
 #include <velstd/export.h>
@@ -135,3 +136,7 @@ class VELSTD_API gxEllipseFitResults {
 /// K. Levenberg and D. Marquardt.  How near it comes, and beside which others: docs/accuracy.md.
 VELSTD_API void gfEllipseFit(const gxEllipseFitParams& params, const std::vector<gxVector<2>>& points,
                              gxEllipseFitResults& results);
+/// The same within a budget.  A step is a point in one pass: with outliers there may be hundreds of passes.
+/// Throws: gxStopped besides, with `results` as it was.
+VELSTD_API void gfEllipseFit(const gxEllipseFitParams& params, const std::vector<gxVector<2>>& points,
+                             gxEllipseFitResults& results, gxBudget& budget);

@@ -429,6 +429,37 @@ TEST(RegionSetRegions, RawSetterKeepsTheMemory) {
   EXPECT_EQ(set.area(true), 9.0);
 }
 
+// Counts how often it is told to forget, and to bring its view in step.
+class RememberingSet : public ExposedRegionSet {
+ public:
+  int forgot = 0;
+  int followed = 0;
+
+  void cleanCacheInfo() override {
+    ++forgot;
+    ExposedRegionSet::cleanCacheInfo();
+  }
+  void makeDataConsistentWithPoints() override { ++followed; }
+};
+
+TEST(RegionSetWithAMemoryOfItsOwn, HearsOfEveryChangeOfItsRegions) {
+  RememberingSet set;
+  const auto during = [&set](const auto& change) {
+    const int forgot = set.forgot;
+    const int followed = set.followed;
+    change();
+    return std::pair(set.forgot - forgot, set.followed - followed);
+  };
+  EXPECT_EQ(during([&] { set.regions({square(0, 0)}); }), std::pair(1, 1));
+  EXPECT_EQ(during([&] { set.regions(Handles{square(0, 0)}, gxContourDefs::eNone); }), std::pair(1, 1));
+  EXPECT_EQ(during([&] { set.add(square(5, 5)); }), std::pair(1, 1));
+  EXPECT_EQ(during([&] { EXPECT_THROW(set.add(nullptr, gxContourDefs::eRegularize), gxBadPointer); }),
+            std::pair(1, 1))
+      << "also where the mode then fails";
+  EXPECT_EQ(during([&] { set.cachedVectorSize(4); }), std::pair(0, 0));
+  EXPECT_EQ(during([&] { static_cast<void>(set.area(false)); }), std::pair(0, 0));
+}
+
 TEST(RegionSetRegions, HooksOfAPlainSetChangeNothing) {
   ExposedRegionSet set(gxRegionSet({square(0, 0)}));
   static_cast<void>(set.area(true));

@@ -320,6 +320,21 @@ TEST(AllocationFailure, InQuestionsOfAContour) {
   }
 }
 
+// Where no ellipse can be fitted a circle is, and where that fails too, −1 stands for it: want of memory is
+// neither.
+TEST(AllocationFailure, InAnEllipseThatCanOnlyBeACircleOrNone) {
+  for (const Points& points : {Points{{5, 0}, {0, 5}, {-5, 0}}, Points{{0, 0}, {1, 1}, {2, 2}}}) {
+    all({{"ellipse of three points", [=] { return world(Contour(points)); },
+          [](World& w) {
+            gxEllipse ellipse;
+            double residual = 0;
+            gf_FitEllipse(w.at<Contour>(0).points(), ellipse, residual);
+            Numbers answer{ellipse.geom().radii.x(), residual};
+            w.answer.swap(answer);
+          }}});
+  }
+}
+
 TEST(AllocationFailure, InChangesOfARegion) {
   const auto make = [] {
     World w = world(Region(square(0, 10)), Region(bowTie()), regionWithHole());

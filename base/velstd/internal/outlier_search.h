@@ -1,6 +1,7 @@
 /// A fit that may leave out a few points far from the shape.
 #pragma once
 
+#include <velstd/budget.h>
 #include <velstd/random.h>
 #include <velstd/vector.h>
 
@@ -36,12 +37,14 @@ class gx_OutlierSearch {
     std::vector<unsigned long> left;  ///< indices of the points that are left out, ascending
   };
 
-  gx_OutlierSearch(const Solver& solver, unsigned long ignore, double limit)
-      : solver_(solver), ignore_(ignore), limit_(limit) {}
+  /// Every pass over points spends as many steps of the budget.
+  gx_OutlierSearch(const Solver& solver, unsigned long ignore, double limit, gxBudget& budget)
+      : solver_(solver), ignore_(ignore), limit_(limit), budget_(budget) {}
 
   /// Returns the best fit found, nothing where the points determine none.
   std::optional<Result> run(const Points& points) const {
     const std::size_t most = std::isfinite(limit_) ? mostLeft(points.size(), ignore_) : 0;
+    budget_.spend(points.size());
     const std::optional<typename Solver::Fitted> plain = solver_.fit(points);
     if (most == 0)
       return plain ? std::optional<Result>({plain->shape, plain->cost, plain->cost, {}}) : std::nullopt;
@@ -61,6 +64,7 @@ class gx_OutlierSearch {
 
   /// Chooses the points to leave out for a given shape.
   Result judge(const Shape& shape, const Points& points, std::size_t most) const {
+    budget_.spend(points.size());
     Result result{shape, 0.0, 0.0, {}};
     std::vector<double> distance;
     Solver::distances(shape, points, distance);
@@ -122,6 +126,7 @@ class gx_OutlierSearch {
   // Takes turns, from a judged shape, while the sum falls.
   Result concentrate(Result best, const Points& points, std::size_t most) const {
     for (int i = 0; i < kMostTurns; ++i) {
+      budget_.spend(points.size());
       const std::optional<typename Solver::Fitted> fitted = solver_.fit(without(points, best.left));
       if (!fitted) break;
       Result next = judge(fitted->shape, points, most);
@@ -178,4 +183,5 @@ class gx_OutlierSearch {
   const Solver& solver_;
   unsigned long ignore_;
   double limit_;
+  gxBudget& budget_;
 };

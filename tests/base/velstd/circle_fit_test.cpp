@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <random>
 #include <vector>
@@ -336,4 +337,32 @@ TEST(CircleFit, DefaultResultsAreEmpty) {
   EXPECT_EQ(results.circle(), gxCircle());
   EXPECT_EQ(results.residual(), 0.0);
   EXPECT_TRUE(results.ignored().empty());
+}
+
+// ---- Within a budget ----------------------------------------------------------------------------
+
+TEST(CircleFit, ThatIsStoppedLeavesTheResultsAsTheyWere) {
+  Points points = arc({3, 4}, 10, 360, 200, 0.001, 5);
+  for (std::size_t i = 0; i < points.size(); i += 15) points[i] = points[i] * 1.5;
+  const gxCircleFitParams params(Defs::eFitAll, 1.0, 20, 0.5);
+  gxCircleFitResults expected;
+  gfCircleFit(params, points, expected);
+  gxCircleFitResults results;
+  int stopped = 0;
+  for (std::uint64_t most = 0;; most = most * 3 + 1) {
+    gxBudget budget(most);
+    try {
+      gfCircleFit(params, points, results, budget);
+      break;
+    } catch (const gxStopped&) {
+      ++stopped;
+      EXPECT_EQ(results.residual(), 0.0);
+      EXPECT_TRUE(results.ignored().empty());
+    }
+  }
+  EXPECT_GT(stopped, 8) << "hundreds of passes over the points";
+  EXPECT_EQ(results.circle(), expected.circle());
+  EXPECT_EQ(results.residual(), expected.residual());
+  EXPECT_EQ(results.ignored(), expected.ignored());
+  EXPECT_GT(results.ignored().size(), 10U);
 }

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <random>
 #include <vector>
@@ -597,4 +598,32 @@ TEST(EllipseFit, DefaultResultsAreEmpty) {
   EXPECT_EQ(results.ellipse(), gxEllipse());
   EXPECT_EQ(results.residual(), 0.0);
   EXPECT_TRUE(results.ignored().empty());
+}
+
+// ---- Within a budget ----------------------------------------------------------------------------
+
+TEST(EllipseFit, ThatIsStoppedLeavesTheResultsAsTheyWere) {
+  Points points = sample(ellipse({3, 4}, 10, 6, 0.5), {17.0, 360.0, 200, 0.001}, 5);
+  for (std::size_t i = 0; i < points.size(); i += 15) points[i] = points[i] * 1.5;
+  const gxEllipseFitParams params(Defs::eFitAll, gxRadian(0.0), 20, 0.5);
+  gxEllipseFitResults expected;
+  gfEllipseFit(params, points, expected);
+  gxEllipseFitResults results;
+  int stopped = 0;
+  for (std::uint64_t most = 0;; most = most * 3 + 1) {
+    gxBudget budget(most);
+    try {
+      gfEllipseFit(params, points, results, budget);
+      break;
+    } catch (const gxStopped&) {
+      ++stopped;
+      EXPECT_EQ(results.residual(), 0.0);
+      EXPECT_TRUE(results.ignored().empty());
+    }
+  }
+  EXPECT_GT(stopped, 8) << "hundreds of passes over the points";
+  EXPECT_EQ(results.ellipse(), expected.ellipse());
+  EXPECT_EQ(results.residual(), expected.residual());
+  EXPECT_EQ(results.ignored(), expected.ignored());
+  EXPECT_GT(results.ignored().size(), 10U);
 }
