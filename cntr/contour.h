@@ -217,6 +217,10 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// Throws: BadParams "diameterMode is not one of the valid enums" for any other mode.
   /// Remembers: one circle a mode.
   gxCircle encloseCircle(gxContourDefs::DiameterMode mode) const;
+  /// The same within a budget, which `eAllPairs` spends: where very many pairs of vertices are about as
+  /// far apart as the farthest, it may cost n² steps.
+  /// Throws: gxStopped besides; nothing is remembered then.
+  gxCircle encloseCircle(gxContourDefs::DiameterMode mode, gxBudget& budget) const;
 
   /// Returns twice the radius of `encloseCircle(mode)`.  Throws: as that.
   double diameter(gxContourDefs::DiameterMode mode) const;

@@ -46,6 +46,11 @@ void circleAroundFirst(const std::vector<gxVector<2>>& points, gxCircle& circle)
 }  // namespace
 
 gxCircle gxContour::encloseCircle(gxContourDefs::DiameterMode mode) const {
+  gxBudget unlimited;
+  return encloseCircle(mode, unlimited);
+}
+
+gxCircle gxContour::encloseCircle(gxContourDefs::DiameterMode mode, gxBudget& budget) const {
   const gx_ContourMemory& memory = state_.memory;
   const auto slot = static_cast<unsigned>(mode);
   if (slot >= memory.encloseCircles.size()) {
@@ -58,12 +63,13 @@ gxCircle gxContour::encloseCircle(gxContourDefs::DiameterMode mode) const {
   gxCircle circle({before[0], before[1]}, before[2]);
   const std::vector<gxVector<2>>& points = state_.points;
   if (mode == gxContourDefs::eAllPairs && indexPays_()) {
-    circleOf(points, gx_farthestPair(edgeIndex_(), points, isClosed()), circle);
+    circleOf(points, gx_farthestPair(edgeIndex_(), points, isClosed(), budget), circle);
   } else if (mode == gxContourDefs::eAllPairs && points.size() <= kPairsPay) {
     circleOf(points, farthestOfFew(points), circle);
   } else if (mode == gxContourDefs::eAllPairs) {
     // Of few points, an index is made faster than kept.
-    circleOf(points, gx_farthestPair(gx_EdgeIndex(points, isClosed()), points, isClosed()), circle);
+    const gx_EdgeIndex index(points, isClosed());
+    circleOf(points, gx_farthestPair(index, points, isClosed(), budget), circle);
   } else {
     circleAroundFirst(points, circle);
   }

@@ -32,6 +32,8 @@ class GXSHAPE_API gxContourDefs {
   /// Any error of this library; never thrown itself.
   class GXSHAPE_API Errors : public gxExceptionWithString {
    public:
+    Errors(const Errors&) noexcept;
+    Errors& operator=(const Errors&) noexcept;
     ~Errors() override;
     long errorNumber() const override = 0;
     void suicideAndRethrow() override = 0;
@@ -39,8 +41,6 @@ class GXSHAPE_API gxContourDefs {
    protected:
     /// Makes the exception with this message.
     explicit Errors(const std::basic_string<wchar_t>& message = std::basic_string<wchar_t>());
-    Errors(const Errors&) noexcept;
-    Errors& operator=(const Errors&) noexcept;
     void dispatchSerialize(gxArchive& archive) override;
     /// Stores or loads the message.
     void serialize_(gxArchive& archive, unsigned char version);

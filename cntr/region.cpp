@@ -125,19 +125,23 @@ void gxRegion::checkEmptyContour() const {
   if (points().size() < 3) throw gxContourDefs::EmptyContour();
 }
 
-void gxRegion::checkHoles_(const std::vector<HoleHandle>& holes) const {
+void gxRegion::checkHoles_(const std::vector<HoleHandle>& holes, gxBudget& budget) const {
   for (const HoleHandle& hole : holes) {
-    gxBudget unlimited;
-    if (meets_(*hole, unlimited)) {
+    if (meets_(*hole, budget)) {
       throw gxContourDefs::BadParams(L"holes cannot intersect region");
     }
   }
 }
 
 void gxRegion::holes(const std::vector<HoleHandle>& holes) {
+  gxBudget unlimited;
+  this->holes(holes, unlimited);
+}
+
+void gxRegion::holes(const std::vector<HoleHandle>& holes, gxBudget& budget) {
   std::vector<HoleHandle> copy(holes);
   cleanCacheInfo();
-  checkHoles_(copy);
+  checkHoles_(copy, budget);
   if (typeid(*this) == typeid(gxRegion)) {  // there are no data, and what the check computed stays
     mutating_();
   } else {

@@ -89,6 +89,9 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   void holes(const std::vector<HoleHandle>& holes);
   void holes(const std::vector<gxPtrHandle<gxRegion>>& holes);
   void holes(std::initializer_list<HoleHandle> holes);
+  /// The same within a budget: edges that lie close together without meeting may cost n² steps.
+  /// Throws: gxStopped besides, with the old holes kept.
+  void holes(const std::vector<HoleHandle>& holes, gxBudget& budget);
 
   /// Tells without throwing whether `holes(list)` would refuse the list, and if so for which hole and
   /// where: the first in the list, and of it the crossing that comes first in `intersections`.
@@ -118,6 +121,8 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   /// of times.  With `considerHoles` a point in a hole is outside, in a hole of the hole inside
   /// again.
   ///  - within 1e-6 of a vertex of the outline: inside
+  ///  - near a vertex, up to about 1e-6 · 2n / π from it, the ray may pass that vertex within 1e-6 and
+  ///    the answer be wrong; elsewhere only within 1e-6 of the border
   ///  - NaN: outside
   /// Throws: EmptyContour below 2 points; gxBadPointer for a null hole; BadParams "holes nest too
   /// deeply" when a region comes up again among the holes of its own holes.
@@ -282,7 +287,7 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
 
   void takeOver_(gxRegion& source);
   void applyMode_(gxContourDefs::IntersectionMode mode);
-  void checkHoles_(const std::vector<HoleHandle>& holes) const;
+  void checkHoles_(const std::vector<HoleHandle>& holes, gxBudget& budget) const;
   double outlineArea_() const;
   gxVector<2> outlineCenter_() const;
   void countRays_(std::uint64_t effort) const;

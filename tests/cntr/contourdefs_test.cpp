@@ -41,6 +41,16 @@ TEST(ContourErrors, TheFamilyItselfCannotBeMade) {
   static_assert(std::has_virtual_destructor_v<Defs::Errors>);
 }
 
+TEST(ContourErrors, AreAssignedThroughTheFamily) {
+  static_assert(std::is_nothrow_copy_assignable_v<Defs::Errors>);
+  Defs::BadParams target(L"before");
+  const Defs::EmptyContour source(L"after");
+  Defs::Errors& family = target;
+  family = source;
+  EXPECT_EQ(target.message(), L"after");
+  EXPECT_EQ(target.errorNumber(), 0x10004683) << "the class stays";
+}
+
 TEST(ContourErrors, ADefaultOneHasNoMessage) {
   EXPECT_EQ(Defs::BadParams().message(), L"");
   EXPECT_EQ(Defs::EmptyContour().message(), L"");

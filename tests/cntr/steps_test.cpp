@@ -294,6 +294,42 @@ TEST(Stopping, QuestionsRememberNothingAndAnswerLater) {
   EXPECT_EQ(answer, set.isSelfIntersecting());
 }
 
+Points ring(int count, double radius) {
+  Points points;
+  for (int i = 0; i < count; ++i) {
+    const double angle = 2 * kPi * i / count;
+    points.emplace_back(radius * std::cos(angle), radius * std::sin(angle));
+  }
+  return points;
+}
+
+TEST(Stopping, SettingHolesKeepsTheOldOnes) {
+  const Handle old = shared(gxRegion(square(1, 1, 1)));
+  const Handle close = shared(gxRegion(ring(200, 99.99)));
+  gxRegion region(ring(200, 100.0));
+  region.holes({old});
+  const int stopped =
+      stopEverywhere([&](gxBudget& budget) { region.holes(std::vector<Handle>{close}, budget); },
+                     [&] { EXPECT_EQ(region.holes(), std::vector<Handle>{old}); });
+  EXPECT_GT(stopped, 5);
+  EXPECT_EQ(region.holes(), std::vector<Handle>{close});
+}
+
+TEST(Stopping, TheFarthestPairRemembersNoCircle) {
+  for (const int count : {20, 400}) {  // through an index of its own, through the contour's
+    const gxContour contour(ring(count, 10.0), true);
+    gxCircle circle;
+    const int stopped = stopEverywhere(
+        [&](gxBudget& budget) { circle = contour.encloseCircle(gxContourDefs::eAllPairs, budget); },
+        [&] { EXPECT_EQ(circle, gxCircle()); });
+    EXPECT_GT(stopped, 2) << count;
+    EXPECT_EQ(circle, gxContour(ring(count, 10.0), true).encloseCircle(gxContourDefs::eAllPairs));
+    gxBudget none(0);
+    EXPECT_EQ(contour.encloseCircle(gxContourDefs::eAllPairs, none), circle) << "now it is remembered";
+    EXPECT_NO_THROW(contour.encloseCircle(gxContourDefs::eFirstPoint, none));
+  }
+}
+
 TEST(Stopping, ByAQuestionIsStoppedWithinSomeThousandSteps) {
   int asked = 0;
   gxBudget budget([&asked] { return ++asked > 3; });

@@ -85,8 +85,8 @@ double farthestSquare(const Slab& a, const Slab& b) {
 
 class Search {
  public:
-  Search(const gx_EdgeIndex& index, const Points& points, bool closed)
-      : index_(index), points_(points), closed_(closed) {}
+  Search(const gx_EdgeIndex& index, const Points& points, bool closed, gxBudget& budget)
+      : index_(index), points_(points), closed_(closed), budget_(budget) {}
 
   gx_Pair find() {
     start();
@@ -178,6 +178,7 @@ class Search {
   }
 
   void between(std::size_t level, std::size_t a, std::size_t b) {
+    budget_.spend();
     if (hopeless(index_.box(level, a), vertex(level, a), index_.box(level, b), vertex(level, b))) return;
     const Range inA = below(level, a);
     const Range inB = below(level, b);
@@ -234,6 +235,7 @@ class Search {
   const gx_EdgeIndex& index_;
   const Points& points_;
   bool closed_;
+  gxBudget& budget_;
   gx_Pair best_;
   bool plain_ = false;
   double tooShort_ = 0.0;
@@ -243,6 +245,6 @@ class Search {
 
 }  // namespace
 
-gx_Pair gx_farthestPair(const gx_EdgeIndex& index, const Points& points, bool closed) {
-  return Search(index, points, closed).find();
+gx_Pair gx_farthestPair(const gx_EdgeIndex& index, const Points& points, bool closed, gxBudget& budget) {
+  return Search(index, points, closed, budget).find();
 }

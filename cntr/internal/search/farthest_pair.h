@@ -3,6 +3,7 @@
 
 #include <cntr/export.h>
 #include <cntr/internal/index/edge_index.h>
+#include <velstd/budget.h>
 #include <velstd/vector.h>
 
 #include <cstddef>
@@ -16,6 +17,6 @@ struct gx_Pair {
 };
 
 /// Returns the first pair, in the order of i and then j, whose distance no other exceeds; distance
-/// 0 where no two points are apart (NaN distances take no part).
+/// 0 where no two points are apart (NaN distances take no part).  A step of the budget is a pair of boxes.
 GXSHAPE_API gx_Pair gx_farthestPair(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
-                                    bool closed);
+                                    bool closed, gxBudget& budget);

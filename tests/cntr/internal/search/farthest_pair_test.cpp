@@ -13,7 +13,8 @@
 namespace {
 
 gx_Pair pairOf(const std::vector<gxVector<2>>& points, bool closed = true) {
-  return gx_farthestPair(gx_EdgeIndex(points, closed), points, closed);
+  gxBudget unlimited;
+  return gx_farthestPair(gx_EdgeIndex(points, closed), points, closed, unlimited);
 }
 
 TEST(FarthestPair, OfEqualPointsHasDistanceZero) {
