@@ -69,7 +69,7 @@ TEST(Judges, takeHolesAway) {
 }
 
 TEST(Judges, agreeOnLatticesByEveryRule) {
-  RandomShapes random("judges on lattices", 300);
+  RandomShapes random("judges on lattices", 60);
   while (random.next()) {
     SCOPED_TRACE(random.trace());
     const OverlayFamily family =

@@ -155,7 +155,7 @@ double signedDistance(const Set& valid, const V& p) {
 }
 
 TEST(OffsetRandom, holdsThePointsWithinTheDistance) {
-  RandomShapes random("offsets", 400);
+  RandomShapes random("offsets", 200);
   while (random.next()) {
     const OverlayFamily family = someFamily(random);
     SCOPED_TRACE(random.trace() + " " + nameOf(family));

@@ -152,7 +152,7 @@ Rings piecesOf(const Ring& ring, double d, const gx_ArcDirections& arcs) {
 }
 
 TEST(OffsetWalkSlowTruth, coversWhatItsPiecesCover) {
-  RandomShapes random("offset walks", 250);
+  RandomShapes random("offset walks", 60);
   while (random.next()) {
     SCOPED_TRACE(random.trace());
     Ring ring = random.star(random.integer(3, 12), V(0, 0), random.uniform(0.5, 3), 9.0);

@@ -108,7 +108,7 @@ TEST(Overlap, isInfiniteBeyondTheRange) {
 // ---- Against exact areas --------------------------------------------------------------------------
 
 TEST(RelateSlowTruth, hasTheAreasOfTheExactJudge) {
-  RandomShapes random("overlap areas", 150);
+  RandomShapes random("overlap areas", 50);
   while (random.next()) {
     const OverlayFamily family = someFamily(random);
     SCOPED_TRACE(random.trace() + " " + nameOf(family));

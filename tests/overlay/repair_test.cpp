@@ -118,7 +118,7 @@ TEST(Repair, ARingThatGoesOnAGridIsReported) {
 }
 
 TEST(Repair, RandomShapesByEveryRuleAgainstTheSlabs) {
-  RandomShapes random("repair on lattices", 300);
+  RandomShapes random("repair on lattices", 150);
   while (random.next()) {
     SCOPED_TRACE(random.trace());
     const OverlayFamily family =

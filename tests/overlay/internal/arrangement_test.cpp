@@ -147,7 +147,7 @@ TEST(Arrangement, ZerosOfEitherSignAreOneNodeAndThatIsPlusZero) {
 }
 
 TEST(Arrangement, RandomOperandsGiveValidRegionsInOrderAndTheSameHoweverTheyAreSaid) {
-  RandomShapes random("arrangements", 1500);
+  RandomShapes random("arrangements", 400);
   std::map<std::uint32_t, int> rounds;
   int snapped = 0;
   while (random.next()) {
@@ -169,12 +169,12 @@ TEST(Arrangement, RandomOperandsGiveValidRegionsInOrderAndTheSameHoweverTheyAreS
     ++rounds[result.rounds];
     snapped += result.snapped != 0 ? 1 : 0;
   }
-  EXPECT_GT(rounds[3], 20);
-  EXPECT_GT(snapped, 5);
+  EXPECT_GT(rounds[3], 5);
+  EXPECT_GT(snapped, 1);
 }
 
 TEST(Arrangement, AreasOfLatticesAreThoseOfTheSlabs) {
-  RandomShapes random("arrangements on lattices", 600);
+  RandomShapes random("arrangements on lattices", 150);
   while (random.next()) {
     SCOPED_TRACE(random.trace());
     const OverlayFamily family =
