@@ -18,8 +18,8 @@ struct gxOverlayLimits {
   std::function<bool()> stop;
 
   /// The most nodes inside of edges that a call may find before it throws `gxLimitExceeded`: a crossing
-  /// makes two, one on each edge.  n edges can have n² of them, and each costs about 100 bytes: 8 million
-  /// need about 800 MB.
+  /// makes two, one on each edge.  n edges can have n² of them, and each costs about 240 bytes: 8 million
+  /// need about 2 GB (overlay_memory_benchmark).
   std::size_t maxMeetings = 8'000'000;
 };
 
