@@ -62,7 +62,7 @@ class GXSHAPE_API gx_Noding {
   }
 
  private:
-  enum Flag : unsigned char { eSplit = 1, eNode = 2, eClosing = 4 };
+  enum Flag : unsigned char { eSplit = 1, eNode = 2, eClosing = 4, eBent = 8 };
   // An end of a piece: a node, or a vertex that is none yet.
   struct End {
     gxVector<2> at;
@@ -84,11 +84,14 @@ class GXSHAPE_API gx_Noding {
   void equalEnds_(std::uint32_t i, std::uint32_t own, std::uint32_t far, std::uint32_t j,
                   std::uint32_t other, std::uint32_t otherFar);
   void laterRound_();
+  void findBentEdges_();
   void bentEdge_(std::uint32_t edge);
+  void bentPair_(std::uint32_t edge, std::uint32_t other);
   void piecePair_(const Piece& s, const Piece& t);
   void sharedEnd_(const Piece& s, const End& own, const End& far, const Piece& t, const End& other,
                   const End& otherFar);
   bool insert_();
+  void noteInsides_();
 
   std::uint32_t vertexOf_(std::uint32_t point) const;
   void mark_(std::uint32_t point, std::uint32_t node);
@@ -98,16 +101,28 @@ class GXSHAPE_API gx_Noding {
   void onPiece_(const Piece& piece, const gxVector<2>& p, bool bends);
   void ensureNode_(const End& end);
   void endOn_(const End& end, const Piece& piece);
-  std::size_t firstInside_(std::uint32_t edge) const;
+  std::size_t firstInside_(std::uint32_t edge) const { return inside_[edge]; }
   void piecesOf_(std::uint32_t edge, std::vector<Piece>& pieces) const;
-  bool before_(const gx_Incidence& a, const gx_Incidence& b) const;
+  // The order of the rings, and along each edge by x, then y, in its direction.
+  bool before_(const gx_Incidence& a, const gx_Incidence& b) const {
+    if (a.place != b.place) return a.place < b.place;
+    if (a.node == b.node) return a.round > b.round;
+    const gxVector<2>& from = edges_.from(a.place / 2);
+    const gxVector<2>& to = edges_.to(a.place / 2);
+    const gxVector<2>& p = nodes_.at(a.node);
+    const gxVector<2>& q = nodes_.at(b.node);
+    if (p.x() != q.x()) return (p.x() < q.x()) == (from.x() < to.x());
+    return (p.y() < q.y()) == (from.y() < to.y());
+  }
 
   const gx_EdgeSet& edges_;
   gx_Steps& steps_;
   gx_NodeTable nodes_;
   std::vector<unsigned char> flags_;  // of every point and the edge behind it
   std::vector<gx_Incidence> incidences_;
-  std::vector<gx_Incidence> added_;  // in this round, in no order
+  std::vector<gx_Incidence> added_;    // in this round, in no order
+  std::vector<std::uint32_t> inside_;  // of split edges: their first incidence inside; empty without any
+  std::vector<std::uint32_t> bent_;    // edges that were bent in the last round
   std::vector<std::uint32_t> unsettled_;
   std::vector<Piece> pieces_;
   std::vector<Piece> others_;

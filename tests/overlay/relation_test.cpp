@@ -184,7 +184,7 @@ std::vector<Set> cleanPair(RandomShapes& random, bool& lattice) {
 }
 
 TEST(RelationSlowTruth, tellsWhatAreasTell) {
-  RandomShapes random("relations", 1500);
+  RandomShapes random("relations", 4000);
   std::map<std::string, int> seen;
   while (random.next()) {
     SCOPED_TRACE(random.trace());
