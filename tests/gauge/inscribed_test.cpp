@@ -1,0 +1,204 @@
+#include <gauge/inscribed.h>
+#include <gauge/locate.h>
+#include <gtest/gtest.h>
+#include <support/gauge_shapes.h>
+#include <support/random_shapes.h>
+#include <support/shape_text.h>
+
+#include <cmath>
+#include <sstream>
+
+namespace {
+
+using V = gxVector<2>;
+using Points = std::vector<V>;
+using Handle = gxPtrHandle_const<gxRegion>;
+
+TEST(Inscribed, DegenerateShapes) {
+  EXPECT_EQ(gfInscribedCircle(gxRegion()).status, gxStatus::eEmpty);
+  EXPECT_EQ(gfInscribedCircle(gxRegion()).radius, 0.0);
+  EXPECT_EQ(gfInscribedCircle(gxRegionSet()).status, gxStatus::eEmpty);
+  EXPECT_EQ(gfInscribedCircle(gxRegion(pointsOf("0 0, 1 nan, 2 2"))).status, gxStatus::eNotFinite);
+  for (const char* text : {"3 3", "0 0, 6 6", "0 0, 6 6, 2 2"}) {
+    const auto c = gfInscribedCircle(gxRegion(pointsOf(text)));
+    EXPECT_EQ(c.status, gxStatus::eFlat) << text;
+    EXPECT_EQ(c.radius, 0.0);
+    EXPECT_EQ(c.centre, V(3, 3));
+  }
+  for (const double tolerance : {0.0, -1.0, std::nan("")}) {
+    EXPECT_EQ(gfInscribedCircle(gxRegion(pointsOf("0 0, 1 0, 1 1")), tolerance).status,
+              gxStatus::eBadArgument);
+  }
+}
+
+TEST(Inscribed, OfATriangleToTheLastDigits) {
+  const auto c = gfInscribedCircle(gxRegion(pointsOf("0 0, 4 0, 0 3")));
+  EXPECT_EQ(c.status, gxStatus::eOk);
+  EXPECT_NEAR(c.radius, 1.0, 1e-15);
+  EXPECT_NEAR(c.centre.distance({1, 1}), 0.0, 1e-14);
+  EXPECT_LE(c.gap, 1e-9);
+  EXPECT_LT(c.looks, 1000U);
+  EXPECT_TRUE(c.touch.valid());
+}
+
+TEST(Inscribed, APlateauEnds) {
+  // All points of a line, or of a ring, are equally good.
+  const auto c = gfInscribedCircle(gxRegion(pointsOf("0 0, 3 0, 3 1, 0 1")), 1e-12);
+  EXPECT_EQ(c.status, gxStatus::eOk);
+  EXPECT_NEAR(c.radius, 0.5, 1e-15);
+  EXPECT_LT(c.looks, 1000U);
+  const auto slanted = gfInscribedCircle(gxRegion(pointsOf("0 0, 80 60, 77 64, -3 4")), 1e-12);
+  EXPECT_EQ(slanted.status, gxStatus::eOk);
+  EXPECT_NEAR(slanted.radius, 2.5, 1e-13);
+  gxRegion ring(regularPolygon(360));
+  Points inner;
+  for (const V& p : regularPolygon(360)) inner.push_back(p * 0.5);
+  ring.holes({Handle(new gxRegion(inner))});
+  const auto around = gfInscribedCircle(ring, 1e-9);
+  EXPECT_EQ(around.status, gxStatus::eOk);
+  EXPECT_NEAR(around.radius, 0.25, 2e-5);
+}
+
+TEST(Inscribed, ASliverEnds) {
+  const auto c = gfInscribedCircle(gxRegion(pointsOf("0 0, 1000 0, 1000 1e-6, 0 1e-6")));
+  EXPECT_EQ(c.status, gxStatus::eOk);
+  EXPECT_NEAR(c.radius, 5e-7, 1e-15);
+}
+
+TEST(Inscribed, ASliverThatLiesAskewEnds) {
+  // 1000 by 1e-4, along (0.8, 0.6).
+  for (const double scale : {1e-6, 1.0, 1e6}) {
+    const Points points{{0, 0},
+                        {800 * scale, 600 * scale},
+                        {(800 - 6e-5) * scale, (600 + 8e-5) * scale},
+                        {-6e-5 * scale, 8e-5 * scale}};
+    const auto c = gfInscribedCircle(gxRegion(points));
+    EXPECT_EQ(c.status, gxStatus::eOk) << scale;
+    EXPECT_NEAR(c.radius, 5e-5 * scale, 1e-12 * scale);
+    EXPECT_LT(c.looks, 20000U);
+  }
+}
+
+TEST(Inscribed, AThinRingHasPlateausAllAround) {
+  gxRegion ring(regularPolygon(500));
+  Points inner;
+  for (const V& p : regularPolygon(500)) inner.push_back(p * 0.999);
+  ring.holes({Handle(new gxRegion(inner))});
+  const auto c = gfInscribedCircle(ring);
+  EXPECT_EQ(c.status, gxStatus::eOk);
+  EXPECT_NEAR(c.radius, 5e-4, 2e-5);
+  EXPECT_LE(c.gap, 1e-9 * c.radius + 1e-14);
+}
+
+TEST(Inscribed, ADenseCircleIsFast) {
+  // Near the centre all edges are equally far: looking there for the nearest one 20,000 times would take
+  // long.
+  const auto c = gfInscribedCircle(gxRegion(regularPolygon(20000)));
+  EXPECT_EQ(c.status, gxStatus::eOk);
+  EXPECT_NEAR(c.radius, std::cos(3.141592653589793 / 20000), 1e-14);
+  EXPECT_LT(c.looks, 10000U);
+}
+
+TEST(Inscribed, HeldByThreeTipsAlone) {
+  // Three needles point to the middle of a large plate: no side of an edge is touched.
+  gxRegion plate(pointsOf("-100 -100, 100 -100, 100 100, -100 100"));
+  std::vector<Handle> needles;
+  for (int k = 0; k < 3; ++k) {
+    const gxRadian angle(0.4 + k * 2.0943951023931953);
+    const V tip(5.0, angle);
+    const V along = V(1.0, angle);
+    const V side(-along.y(), along.x());
+    needles.emplace_back(
+        new gxRegion(Points{tip, tip + along * 80 + side * 20, tip + along * 80 - side * 20}));
+  }
+  plate.holes(needles);
+  const auto c = gfInscribedCircle(plate, 1e-12);
+  EXPECT_EQ(c.status, gxStatus::eOk);
+  const gxLocator locator(plate);
+  for (int i = 0; i <= 200; ++i) {
+    for (int j = 0; j <= 200; ++j) {
+      EXPECT_LE(-locator.signedDistance({i - 100.0, j - 100.0}), c.radius * (1 + 1e-12));
+    }
+  }
+}
+
+TEST(Inscribed, AnOutlineThatCrossesItselfIsReadEvenOdd) {
+  // A bow tie; a pentagram, whose middle is outside.
+  EXPECT_NEAR(gfInscribedCircle(gxRegion(pointsOf("0 0, 4 4, 4 0, 0 4"))).radius, 2 * std::sqrt(2.0) - 2,
+              1e-14);
+  const Points p = regularPolygon(5);
+  const auto c = gfInscribedCircle(gxRegion(Points{p[0], p[2], p[4], p[1], p[3]}));
+  EXPECT_EQ(c.status, gxStatus::eOk);
+  // A point of the star: 36 degrees at the tip, sides to the inner pentagon of radius 1 / golden ratio².
+  const double inner = 0.3819660112501051;
+  const double base = inner * std::sin(0.6283185307179586);
+  const double height = 1 - inner * std::cos(0.6283185307179586);
+  EXPECT_NEAR(c.radius, base * height / (base + std::hypot(base, height)), 1e-14);
+}
+
+TEST(Inscribed, TheCapIsKeptAndTheGapTold) {
+  const auto c = gfInscribedCircle(gxRegion(pointsOf("0 0, 9 1, 12 7, 3 5")), 1e-12, 6);
+  EXPECT_EQ(c.status, gxStatus::eCapped);
+  const auto whole = gfInscribedCircle(gxRegion(pointsOf("0 0, 9 1, 12 7, 3 5")), 1e-12);
+  EXPECT_GE(c.radius + c.gap, whole.radius);
+  EXPECT_LE(c.radius, whole.radius + 1e-12);
+}
+
+TEST(Inscribed, KnownShapesInAnyPlace) {
+  for (const KnownShape& known : knownShapes()) {
+    for (const bool turn : {false, true}) {
+      for (const double scale : {1e-3, 1.0, 1e6}) {
+        for (const V offset : {V(0, 0), V(1e6, -1e6)}) {
+          const KnownShape s = placed(known, turn, scale, offset);
+          const auto c = gfInscribedCircle(s.set());
+          EXPECT_EQ(c.status, gxStatus::eOk) << s.name;
+          EXPECT_NEAR(c.radius, s.inscribed, s.inscribed * 1e-9 + offset.len() * 1e-15) << s.name;
+          EXPECT_NEAR(gxLocator(s.set()).signedDistance(c.centre), -c.radius,
+                      s.inscribed * 1e-12 + offset.len() * 1e-15)
+              << s.name;
+        }
+      }
+    }
+  }
+}
+
+TEST(Inscribed, RandomShapesAgainstManyPoints) {
+  RandomShapes random("inscribed", 40);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const auto shape = random.outlineWithHoles();
+    gxRegion region(shape.outline);
+    std::vector<Handle> holes;
+    for (const auto& hole : shape.holes) holes.emplace_back(new gxRegion(hole));
+    region.holes(holes);
+    const auto c = gfInscribedCircle(region, 1e-6);
+    ASSERT_EQ(c.status, gxStatus::eOk);
+    const gxLocator locator(region);
+    EXPECT_NEAR(locator.signedDistance(c.centre), -c.radius, 1e-12 * c.radius);
+    gx_Box box;
+    for (const V& p : shape.outline) box.add(p);
+    for (int i = 0; i <= 60; ++i) {
+      for (int j = 0; j <= 60; ++j) {
+        const V p(box.lowX + (box.highX - box.lowX) * i / 60,
+                  box.lowY + (box.highY - box.lowY) * j / 60);
+        EXPECT_LE(-locator.signedDistance(p), c.radius * (1 + 1e-6));
+      }
+    }
+  }
+}
+
+TEST(Inscribed, TheEndsOfTheRange) {
+  for (const double scale : {1e300, 1e-300}) {
+    const auto c = gfInscribedCircle(gxRegion(Points{{0, 0}, {4 * scale, 0}, {0, 3 * scale}}));
+    EXPECT_NEAR(c.radius / scale, 1.0, 1e-14);
+    EXPECT_NEAR(c.centre.x() / scale, 1.0, 1e-13);
+  }
+}
+
+TEST(Inscribed, Prints) {
+  std::ostringstream out;
+  out << gfInscribedCircle(gxRegion());
+  EXPECT_EQ(out.str(), "centre (nan, nan) radius 0 gap 0 touches no place empty");
+}
+
+}  // namespace
