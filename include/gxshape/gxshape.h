@@ -46,6 +46,7 @@
 #include <cntr/regionst.h>
 #include <cntr/shapestat.h>
 
+#include <gauge/align.h>
 #include <gauge/arc.h>
 #include <gauge/borders.h>
 #include <gauge/clean.h>
@@ -56,15 +57,20 @@
 #include <gauge/distance.h>
 #include <gauge/enclosing.h>
 #include <gauge/feret.h>
+#include <gauge/form.h>
+#include <gauge/frechet.h>
 #include <gauge/gauge.h>
 #include <gauge/hausdorff.h>
+#include <gauge/inscribed.h>
 #include <gauge/locate.h>
 #include <gauge/moments.h>
 #include <gauge/places.h>
 #include <gauge/resample.h>
+#include <gauge/robust_fit.h>
 #include <gauge/simplify.h>
 #include <gauge/smooth.h>
 #include <gauge/uncertainty.h>
+#include <gauge/wall.h>
 
 #include <ch_core/cntrtmpl.h>
 
