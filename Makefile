@@ -22,7 +22,7 @@ test:  ## build a release, run every test, count them
 	@tools/build release
 	@tools/run_tests release
 
-check: test lint asan clang  ## all that CI runs: test, lint, asan, clang
+check: test lint asan  ## all that CI runs: test, lint, asan
 	@tail -q -n 1 build/release/test-results/totals.txt
 
 format:  ## repair what a tool can repair: formatting, the umbrella header
@@ -34,8 +34,8 @@ lint:  ## formatting, clang-tidy, cppcheck, layout
 	@tools/build release
 	@tools/lint
 
-asan:  ## the tests under the address and undefined behaviour sanitizers
-	@tools/install_packages build test
+asan:  ## the tests, compiled with clang, under the address and undefined behaviour sanitizers
+	@tools/install_packages build test clang
 	@tools/build asan
 	@tools/run_tests asan
 
@@ -49,7 +49,7 @@ debug:  ## the tests without optimisation, with the standard library's assertion
 	@tools/build debug
 	@tools/run_tests debug
 
-clang:  ## build with clang, run the tests
+clang:  ## a release built with clang, its tests
 	@tools/install_packages build test clang
 	@tools/build clang
 	@tools/run_tests clang

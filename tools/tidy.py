@@ -103,7 +103,7 @@ def compiles_together(names, flags, folder, compiler="clang++"):
         while True:
             with tempfile.NamedTemporaryFile(suffix=".cpp", dir=folder) as file:
                 batch = Batch(taken, file.name)
-                result = run([compiler, *flags, "-w", "-ferror-limit=0", "-fsyntax-only", file.name])
+                result = run([compiler, *flags, "-w", "-fmax-errors=0", "-fsyntax-only", file.name])
                 if result.returncode == 0:
                     lists.append(taken)
                     break
