@@ -6,9 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -213,6 +215,39 @@ TEST(PublishedOnce, IsWholeForReadersAndCopiersMeanwhile) {
     EXPECT_EQ(published, 1);
     ASSERT_NE(once.get(), nullptr);
   }
+}
+
+// A value that lets others look while it is being written, as another thread might.
+struct Watched {
+  Watched() = default;
+  explicit Watched(int v) : value(v) {}
+  Watched(const Watched&) noexcept = default;
+  Watched& operator=(const Watched& o) noexcept {
+    if (whileWritten) whileWritten();
+    value = o.value;
+    return *this;
+  }
+
+  int value = 0;
+  static inline std::function<void()> whileWritten;
+};
+
+TEST(PublishedOnce, IsNotThereWhileItIsBeingWritten) {
+  const gx_Once<Watched> once;
+  int looked = 0;
+  Watched::whileWritten = [&once, &looked] {
+    const std::function<void()> mine = std::exchange(Watched::whileWritten, nullptr);
+    ++looked;
+    EXPECT_EQ(once.get(), nullptr);
+    EXPECT_FALSE(once.publish(Watched(9))) << "somebody is about to";
+    const gx_Once<Watched> copy(once);
+    EXPECT_EQ(copy.get(), nullptr);
+    EXPECT_TRUE(copy.publish(Watched(8))) << "a copy has none, and may get one";
+  };
+  EXPECT_TRUE(once.publish(Watched(5)));
+  EXPECT_EQ(looked, 1);
+  ASSERT_NE(once.get(), nullptr);
+  EXPECT_EQ(once.get()->value, 5);
 }
 
 TEST(Published, AllKindsAreCopiedWithoutFailing) {
