@@ -57,8 +57,7 @@ gxRepaired gfRepair(const gxShapes& shapes, const gxOverlayOptions& options) {
   rings.add(shapes, 0, options.rule);
   gx_Steps steps(options.limits);
   const gx_Arrangement arrangement(rings.list, steps);
-  gxRepaired result;
-  gxRepairReport& report = result.report;
+  gxRepairReport report;
   gx_FaceLabels labels;
   std::vector<gx_ResultRegion> regions;
   if (options.rule == gxFillRule::eOuter) {
@@ -73,8 +72,7 @@ gxRepaired gfRepair(const gxShapes& shapes, const gxOverlayOptions& options) {
   report.nodes = arrangement.graph().nodes();
   report.ringsSnapped = arrangement.snappedRings();
   report.largestMove = arrangement.largestMove();
-  result.regions = gx_regionSetOf(regions);
-  return result;
+  return {gx_regionSetOf(regions), report};
 }
 
 gxRepaired gfRepair(const gxShapes& shapes, gxFillRule rule) {

@@ -21,12 +21,12 @@ constexpr int kMostPasses = 4;
 gx_Arrangement::~gx_Arrangement() = default;
 
 gx_Arrangement::gx_Arrangement(const gx_RingList& rings, gx_Steps& steps) : rings_(rings) {
-  std::vector<gx_SnappedRing> snapped(rings.size());
-  std::vector<unsigned char> isSnapped(rings.size(), 0);
+  std::vector<gx_SnappedRing> snapped;
+  std::vector<unsigned char> isSnapped;  // of every ring; empty while none is
   for (int pass = 0;; ++pass) {
     edges_ = std::make_unique<gx_EdgeSet>();
     for (std::size_t r = 0; r < rings.size(); ++r) {
-      if (isSnapped[r] != 0) {
+      if (!isSnapped.empty() && isSnapped[r] != 0) {
         edges_->add(snapped[r].points.data(), snapped[r].points.size(), rings.isClosed(r),
                     snapped[r].sources.data());
       } else {
@@ -38,6 +38,8 @@ gx_Arrangement::gx_Arrangement(const gx_RingList& rings, gx_Steps& steps) : ring
     if (noding_->run()) break;
     if (pass == kMostPasses)
       throw gxContourDefs::BadParams(L"internal error: rings on a grid do not settle");
+    snapped.resize(rings.size());
+    isSnapped.resize(rings.size(), 0);
     for (gx_SnappedRing& moved :
          gx_snapRings(*edges_, noding_->unsettled(), pass + 1 == kMostPasses, steps)) {
       const std::uint32_t ring = moved.ring;
@@ -45,7 +47,7 @@ gx_Arrangement::gx_Arrangement(const gx_RingList& rings, gx_Steps& steps) : ring
       snapped[ring] = std::move(moved);
     }
   }
-  for (std::size_t r = 0; r < rings.size(); ++r) {
+  for (std::size_t r = 0; r < isSnapped.size(); ++r) {
     if (isSnapped[r] == 0) continue;
     ++snappedRings_;
     for (std::size_t i = 0; i < snapped[r].points.size(); ++i) {

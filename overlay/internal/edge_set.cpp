@@ -111,9 +111,16 @@ void gx_EdgeSet::copy_(std::uint32_t number) {
 }
 
 void gx_EdgeSet::build_() {
+  // An eighth and, at most, one of each ring are leaves; a seventh more stands above them.
+  const std::size_t leaves = points_.size() / kFan + order_.size();
   leafRing_.clear();
+  leafRing_.reserve(leaves);
   boxes_.clear();
-  starts_ = {0};
+  boxes_.reserve(leaves + leaves / (kFan - 1) + 2);
+  constexpr std::size_t kMostLevels = 12;
+  starts_.clear();
+  starts_.reserve(kMostLevels);
+  starts_.push_back(0);
   box_ = gx_Box();
   for (const std::uint32_t number : order_) {
     Ring& ring = rings_[number];
@@ -144,8 +151,7 @@ void gx_EdgeSet::build_() {
   }
 }
 
-std::uint32_t gx_EdgeSet::ringOf(std::uint32_t point) const {
-  if (order_.size() == 1) return order_[0];
+std::uint32_t gx_EdgeSet::ringAmongMany_(std::uint32_t point) const {
   const auto behind =
       std::upper_bound(order_.begin(), order_.end(), point,
                        [this](std::uint32_t p, std::uint32_t ring) { return p < rings_[ring].first; });

@@ -76,7 +76,10 @@ class GXSHAPE_API gx_EdgeSet {
   const gxVector<2>& to(std::uint32_t edge) const { return points_[edge + 1]; }
   gx_Box boxOf(std::uint32_t edge) const { return gx_boxOfEdge(points_[edge], points_[edge + 1]); }
   /// Returns the ring of a point or edge.
-  std::uint32_t ringOf(std::uint32_t point) const;
+  std::uint32_t ringOf(std::uint32_t point) const {
+    if (order_.size() > 2) return ringAmongMany_(point);
+    return order_[order_.size() == 2 && point >= rings_[order_[1]].first ? 1 : 0];
+  }
   /// Returns the source of a point: of the kept one, where repetitions were dropped.
   std::uint32_t source(std::uint32_t point) const { return sources_[point]; }
   /// Returns the box of all points.
@@ -134,6 +137,7 @@ class GXSHAPE_API gx_EdgeSet {
   void orderRings_();
   void copy_(std::uint32_t number);
   void build_();
+  std::uint32_t ringAmongMany_(std::uint32_t point) const;
 
   std::size_t levels() const { return starts_.size() - 1; }
   std::size_t count_(std::size_t level) const { return starts_[level + 1] - starts_[level]; }

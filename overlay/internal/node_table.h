@@ -52,6 +52,7 @@ class gx_NodeTable {
 
   void grow_() {
     slots_.assign(slots_.empty() ? 32 : 4 * slots_.size(), 0);
+    if (nodes_.empty()) nodes_.reserve(slots_.size() / 2);
     for (std::size_t i = 0; i < nodes_.size(); ++i)
       slots_[slotOf_(nodes_[i])] = static_cast<std::uint32_t>(i + 1);
   }

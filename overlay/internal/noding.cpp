@@ -213,23 +213,27 @@ void gx_Noding::noteInsides_() {
 
 // ---- Later rounds -------------------------------------------------------------------------------
 
-void gx_Noding::piecesOf_(std::uint32_t edge, std::vector<Piece>& pieces) const {
+// Of the pieces of an edge, those whose boxes meet a box.
+void gx_Noding::piecesOf_(std::uint32_t edge, const gx_Box& within, std::vector<Piece>& pieces) const {
   pieces.clear();
   const std::uint32_t start = edge;
   const std::uint32_t end = vertexOf_(edge + 1);
   End from{edges_.from(edge), start, (flags_[start] & eNode) != 0};
   bool bent = false;
+  const auto add = [&](const End& to, bool isBent) {
+    if (gx_boxesMeet(gx_boxOfEdge(from.at, to.at), within)) pieces.push_back({from, to, edge, isBent});
+  };
   if (isSplit(edge)) {
     for (std::size_t i = firstInside_(edge);
          i < incidences_.size() && incidences_[i].place == 2 * edge + 1; ++i) {
       const bool bends = incidences_[i].round + 1 == round_;
       const End to{nodes_.at(incidences_[i].node), gx_EdgeSet::kNone, true};
-      pieces.push_back({from, to, edge, bent || bends});
+      add(to, bent || bends);
       from = to;
       bent = bends;
     }
   }
-  pieces.push_back({from, {edges_.to(edge), end, (flags_[end] & eNode) != 0}, edge, bent});
+  add({edges_.to(edge), end, (flags_[end] & eNode) != 0}, bent);
 }
 
 void gx_Noding::findBentEdges_() {
@@ -256,14 +260,13 @@ void gx_Noding::laterRound_() {
   for (const std::uint32_t edge : bent_) flags_[edge] &= static_cast<unsigned char>(~eBent);
 }
 
-// The pieces of two edges, of which one at least is bent on one side.
+// The pieces of two edges, of which one at least is bent.
 void gx_Noding::bentPair_(std::uint32_t edge, std::uint32_t other) {
-  piecesOf_(edge, pieces_);
-  piecesOf_(other, others_);
-  const gx_Box box = edges_.boxOf(other);
+  piecesOf_(edge, edges_.boxOf(other), pieces_);
+  if (pieces_.empty()) return;
+  piecesOf_(other, edges_.boxOf(edge), others_);
   for (const Piece& s : pieces_) {
     const gx_Box own = gx_boxOfEdge(s.from.at, s.to.at);
-    if (!gx_boxesMeet(own, box)) continue;
     steps_.looked(others_.size());
     for (const Piece& t : others_) {
       if ((s.isBent || t.isBent) && gx_boxesMeet(own, gx_boxOfEdge(t.from.at, t.to.at)))
@@ -273,7 +276,7 @@ void gx_Noding::bentPair_(std::uint32_t edge, std::uint32_t other) {
 }
 
 void gx_Noding::bentEdge_(std::uint32_t edge) {
-  piecesOf_(edge, pieces_);
+  piecesOf_(edge, edges_.boxOf(edge), pieces_);
   gx_Box box;
   for (const Piece& piece : pieces_) {
     if (!piece.isBent) continue;
@@ -282,7 +285,7 @@ void gx_Noding::bentEdge_(std::uint32_t edge) {
   }
   edges_.forEachMeeting(box, [&](std::uint32_t other) {
     if (other == edge) return;
-    piecesOf_(other, others_);
+    piecesOf_(other, box, others_);
     for (const Piece& s : pieces_) {
       if (!s.isBent) continue;
       const gx_Box own = gx_boxOfEdge(s.from.at, s.to.at);

@@ -102,7 +102,7 @@ class GXSHAPE_API gx_Noding {
   void ensureNode_(const End& end);
   void endOn_(const End& end, const Piece& piece);
   std::size_t firstInside_(std::uint32_t edge) const { return inside_[edge]; }
-  void piecesOf_(std::uint32_t edge, std::vector<Piece>& pieces) const;
+  void piecesOf_(std::uint32_t edge, const gx_Box& within, std::vector<Piece>& pieces) const;
   // The order of the rings, and along each edge by x, then y, in its direction.
   bool before_(const gx_Incidence& a, const gx_Incidence& b) const {
     if (a.place != b.place) return a.place < b.place;
