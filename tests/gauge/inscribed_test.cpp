@@ -5,6 +5,7 @@
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
 
+#include <algorithm>
 #include <cmath>
 #include <sstream>
 
@@ -184,6 +185,74 @@ TEST(Inscribed, RandomShapesAgainstManyPoints) {
         EXPECT_LE(-locator.signedDistance(p), c.radius * (1 + 1e-6));
       }
     }
+  }
+}
+
+// The largest radius about places near the best of a grid, each moved to where it is greatest nearby.
+double plainRadius(const gxLocator& locator, const V& low, const V& high) {
+  std::vector<std::pair<double, V>> found;
+  constexpr int kCells = 150;
+  for (int i = 0; i <= kCells; ++i) {
+    for (int j = 0; j <= kCells; ++j) {
+      const V p(low.x() + (high.x() - low.x()) * i / kCells,
+                low.y() + (high.y() - low.y()) * j / kCells);
+      found.emplace_back(locator.signedDistance(p), p);
+    }
+  }
+  std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  double best = 0.0;
+  for (int k = 0; k < 60; ++k) {
+    auto [distance, p] = found[static_cast<std::size_t>(k)];
+    for (double step = (high.x() - low.x()) / kCells; step > 1e-9;) {
+      double least = distance;
+      V to = p;
+      for (int d = 0; d < 16; ++d) {
+        const V q = p + V(step, gxRadian(0.39269908169872414 * d));
+        const double there = locator.signedDistance(q);
+        if (there < least) {
+          least = there;
+          to = q;
+        }
+      }
+      if (!(least < distance)) step *= 0.5;
+      distance = least;
+      p = to;
+    }
+    best = std::max(best, -distance);
+  }
+  return best;
+}
+
+TEST(Inscribed, TheWidestGapAmongManyHoles) {
+  // A plate with some hundred splinters in it, all wound alike: many gaps are about as wide, and the first search
+  // seldom finds the widest.
+  RandomShapes random("inscribed many holes", 6);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const int rows = random.integer(4, 18);
+    const bool isTurned = random.chance(0.5);
+    const double longest =
+        random.chance(0.5) ? 0.05 : 3.0;  // of those like points only corners are touched
+    const double size = 10.0 * rows;
+    const auto turned = [&](const Points& points) { return isTurned ? reversed(points) : points; };
+    std::vector<Handle> holes;
+    for (int i = 0; i < rows; ++i) {
+      for (int j = 0; j < rows; ++j) {
+        const V middle(10.0 * i + 5 + random.uniform(-1.5, 1.5),
+                       10.0 * j + 5 + random.uniform(-1.5, 1.5));
+        const V along(longest * random.uniform(0.2, 1), gxRadian(random.uniform(0, 6.28)));
+        const V side = V(-along.y(), along.x()) * random.uniform(0.05, 0.5);
+        const Points bar{middle - along - side, middle + along - side, middle + along + side};
+        holes.emplace_back(new gxRegion(turned(bar)));
+      }
+    }
+    gxRegion plate(turned({{0, size}, {size, size}, {size, 0}, {0, 0}}));
+    plate.holes(holes);
+    const auto c = gfInscribedCircle(plate);
+    EXPECT_EQ(c.status, gxStatus::eOk);
+    const double plain = plainRadius(gxLocator(plate), {0, 0}, {size, size});
+    EXPECT_GE(c.radius, plain - 2e-9 * plain);
+    EXPECT_LE(c.radius, plain * 1.2);
   }
 }
 

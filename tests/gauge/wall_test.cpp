@@ -3,6 +3,7 @@
 #include <gauge/wall.h>
 #include <gtest/gtest.h>
 #include <support/gauge_shapes.h>
+#include <support/placements.h>
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
 
@@ -61,6 +62,17 @@ TEST(Wall, AcrossAGapIsNone) {
 
 TEST(Wall, BetweenTwoTips) {
   EXPECT_DOUBLE_EQ(wallOf("0 0, 3 0, 4 2, 5 0, 8 0, 8 9, 5 9, 4 3, 3 9, 0 9").wall, 1.0);
+}
+
+TEST(Wall, BetweenCornersWhoseSidesGoAwayAtRightAngles) {
+  // Two square holes; straight above the right corner of the lower one is the left corner of the other.
+  for (const bool turn : {false, true}) {
+    const Placement placed = turn ? kTurned345 : kInPlace;
+    gxRegion plate(placed.of(pointsOf("-20 -20, 20 -20, 20 20, -20 20")));
+    plate.holes({Handle(new gxRegion(placed.of(pointsOf("0 0, 5 0, 5 5, 0 5")))),
+                 Handle(new gxRegion(placed.of(pointsOf("5 6, 10 6, 10 11, 5 11"))))});
+    EXPECT_NEAR(gfSmallestWall(plate).wall, 1.0, 1e-14);
+  }
 }
 
 TEST(Wall, BetweenOutlineAndHoleAndBetweenHoles) {
@@ -187,6 +199,21 @@ TEST(Wall, RandomOutlinesAgainstAllPairs) {
       EXPECT_EQ(back, w.wall);
     } else {
       EXPECT_NEAR(back, w.wall, 1e-14);
+    }
+  }
+}
+
+TEST(Wall, RandomOutlinesOfManyPointsAgainstAllPairs) {
+  RandomShapes random("wall many", 25);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const auto ring = random.star(random.integer(60, 250), {0, 0}, random.uniform(0.3, 1.9), 2);
+    const double slow = plainWall(ring);
+    const auto w = gfSmallestWall(gxRegion(ring));
+    if (slow == HUGE_VAL) {
+      EXPECT_EQ(w.status, gxStatus::eNone);
+    } else {
+      EXPECT_NEAR(w.wall, slow, 1e-12);
     }
   }
 }
