@@ -5,11 +5,11 @@
 // overlay_union_tiles the number of regions.  Nothing remembers anything: every call is a first one, and what
 // a party indexes is indexed in the call.  Input is in the form that the party likes best, made before.
 //
-// overlay_repair_<outline>: what it encloses by the even-odd rule.  `smooth` does not meet itself; `winding`
-// does not either, but is a band wound up, whose boxes lie on each other; `jittered` crosses itself about
-// n / 20 times, close by; `tangled` is a random walk, with 1.7 crossings a point at 10,000.
-// overlay_union_two: an outline and the same one, turned by 3 degrees and shifted by a twentieth of its
-// radius, each jittered so that they cross about n / 20 times where they lie on each other.
+// overlay_repair_<outline>: what it encloses by the even-odd rule.  `smooth` is what an edge finder gives;
+// `winding` is a band wound up, whose boxes lie on each other, and which meets itself from 32 points on;
+// `jittered` is the smooth one with every 20th point moved back along it; `tangled` is a random walk.
+// overlay_union_two: an outline with waves and the same one, turned by 3 degrees and shifted by a twentieth of
+// its radius, so that they cross again and again.
 // overlay_union_coins: 16-gons at random, each meeting three others on the average.
 // overlay_union_tiles: squares of a board, whose sides lie on each other.
 // overlay_grow: the smooth outline, by 5 pixels, with round joins whose chords lie within 1/100 pixel.
