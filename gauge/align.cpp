@@ -327,7 +327,9 @@ Points sampled(const gxBorders& borders, const gx_Frame& frame, std::size_t coun
     if (arc.points().empty()) continue;
     const double share = total > 0.0 ? arc.length() / total : 0.0;
     const double pieces = std::max(1.0, std::ceil(share * static_cast<double>(count)));
-    for (double k = 0.0; k < pieces; ++k) samples.push_back(arc.at(arc.length() * ((k + 0.5) / pieces)));
+    for (std::size_t k = 0; k < static_cast<std::size_t>(pieces); ++k) {
+      samples.push_back(arc.at(arc.length() * ((static_cast<double>(k) + 0.5) / pieces)));
+    }
   }
   return samples;
 }

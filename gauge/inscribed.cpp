@@ -128,10 +128,10 @@ void Roll::forEachStretch(std::size_t k, double side, const Visit& visit) const 
   const double turn = std::atan2(gf_Cross(along, onward) * side, along * onward);
   if (turn >= 0.0 && turn < 3.0 * kThird - 1e-9)
     return;  // the border turns towards the centre, or not at all
-  const double arcs = std::ceil(std::fabs(turn) / kThird);
+  const int arcs = static_cast<int>(std::ceil(std::fabs(turn) / kThird));  // a turn is π at most
   Point from = normal;
-  for (double arc = 1.0; arc <= arcs; ++arc) {
-    const double angle = -std::fabs(turn) * side * (arc / arcs);
+  for (int arc = 1; arc <= arcs; ++arc) {
+    const double angle = -std::fabs(turn) * side * (static_cast<double>(arc) / arcs);
     const double c = std::cos(angle);
     const double d = std::sin(angle);
     const Point to = arc == arcs
