@@ -129,8 +129,13 @@ std::vector<Part> makeBatch(const Part& golden) {
     const gxVector<2> shift = kind == "shifted hole" ? gxVector<2>(0.25, 0.1) : gxVector<2>();
     const gxRadian turn(random.next(-0.5, 0.5));
     const gxMatrix<2> rotation(turn, turn, 1.0, 1.0);
-    const gxVector<2> place(random.next(-50.0, 50.0), random.next(-50.0, 50.0));
-    const auto noisy = [&] { return gxVector<2>(random.next(-0.01, 0.01), random.next(-0.01, 0.01)); };
+    // (Of two draws in one call, either may come first.)
+    const auto drawn = [&](double most) {
+      const double x = random.next(-most, most);
+      return gxVector<2>(x, random.next(-most, most));
+    };
+    const gxVector<2> place = drawn(50.0);
+    const auto noisy = [&] { return drawn(0.01); };
     for (gxVector<2>& p : part.outline) p = rotation * (p + noisy()) + place;
     for (gxVector<2>& p : part.hole) p = rotation * (p + shift + noisy()) + place;
     batch.push_back(part);

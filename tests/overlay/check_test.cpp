@@ -389,7 +389,7 @@ TEST(CheckSlowTruth, findsTheCrossingsAndOverlapsOfAllPairs) {
     }
     EXPECT_EQ(found, plainMeetings(set));
   }
-  EXPECT_GT(compared, 500);
+  EXPECT_GT(compared, 500 * random.share());
 }
 
 // Puts every vertex that lies within an edge into that edge.
@@ -438,7 +438,7 @@ TEST(CheckSlowTruth, findsSomethingExactlyWhereThePlainJudgeDoes) {
                                                << testing::PrintToString(judge::ringsOf(set));
     valid += fault.empty() ? 1 : 0;
   }
-  EXPECT_GT(valid, 200);
+  EXPECT_GT(valid, 200 * random.share());
 }
 
 }  // namespace

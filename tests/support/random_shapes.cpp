@@ -80,6 +80,7 @@ RandomShapes::RandomShapes(const std::string& tag, int rounds)
     rounds_ = soak * std::max(kSoakFactor * rounds_, rounds < kHandful ? 0 : kSoakRounds);
   } else {
     rounds_ = fewerWhereSanitized(rounds_);
+    if (rounds > 0) share_ = static_cast<double>(rounds_) / rounds;
   }
   const std::uint64_t alone = environment("GXSHAPE_ROUND", std::numeric_limits<std::uint64_t>::max());
   if (alone != std::numeric_limits<std::uint64_t>::max()) {

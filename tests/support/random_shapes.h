@@ -58,6 +58,9 @@ class RandomShapes {
 
   /// Begins the next round; false when there is none.
   bool next();
+  /// Returns which part of the rounds asked for there are: 1, and less under a sanitizer.  For tests that
+  /// count how often something came up.
+  double share() const { return share_; }
   /// Tells how to repeat this round.
   std::string trace() const;
 
@@ -112,6 +115,7 @@ class RandomShapes {
   std::string tag_;
   std::uint64_t seed_ = 0;
   std::uint64_t rounds_ = 0;
+  double share_ = 1.0;
   std::uint64_t round_ = 0;  // the next one
   std::uint64_t state_ = 0;
 };
