@@ -5,8 +5,7 @@
 
 Most of a run of clang-tidy over one file goes into the headers of the standard library, which every
 check walks through. So files that are compiled alike are written one after the other into a batch,
-which is checked as one file: 168 files took 952 s one by one and take a fourth of that in batches, on
-two cores. Findings are told with the file and line that they stand in.
+which is checked as one file. Findings are told with the file and line that they stand in.
 
 Files whose unnamed namespaces use a name twice do not compile together. Each batch is compiled first,
 without code; files with an error are taken out and go into a later batch, and one that has an error all
@@ -27,6 +26,9 @@ import sys
 import tempfile
 
 BATCH = 12
+# How far the static analyzer follows a function, in states; by itself it goes up to 225,000, which takes three
+# quarters of the whole run (overlay: 158 s of processor time; 57 so; 41 without the analyzer).
+STATES = 15000
 KEPT_FLAGS = ("-I", "-D", "-std=", "-isystem")
 LOCATION = re.compile(r"^(?P<file>[^\s:]+):(?P<line>\d+):(?P<column>\d+): ")
 
@@ -128,7 +130,8 @@ def checked(names, flags, folder, analyzer=True):
         command = ["clang-tidy", "--quiet", f"--config-file={os.path.abspath('.clang-tidy')}"]
         if not analyzer:
             command.append("--checks=-clang-analyzer-*")
-        result = run([*command, file.name, "--", *flags, "-Wno-unknown-warning-option"])
+        result = run([*command, file.name, "--", *flags, "-Wno-unknown-warning-option",
+                      "-Xclang", "-analyzer-config", "-Xclang", f"max-nodes={STATES}"])
         if result.returncode < 0 or result.returncode > 128:
             if len(names) > 1:
                 return "\n".join(filter(None, (checked([n], flags, folder) for n in names)))
