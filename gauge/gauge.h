@@ -17,6 +17,7 @@
 #include <gauge/hausdorff.h>
 #include <gauge/inscribed.h>
 #include <gauge/locate.h>
+#include <gauge/measure.h>
 #include <gauge/moments.h>
 #include <gauge/places.h>
 #include <gauge/resample.h>
