@@ -9,6 +9,9 @@ cmake_policy(VERSION 3.22)
 
 set(_roots base . include)    # what <velstd/...>, <cntr/...> and <gxshape/...> are looked up in
 set(_folders base/velstd base/velip base/veldispc cntr gauge ch_core overlay include/gxshape)
+if(GXSHAPE_IO)
+  list(APPEND _folders io)
+endif()
 
 set(_queue)
 foreach(_folder IN LISTS _folders)

@@ -8,7 +8,7 @@
 Findings are printed as file:line: rule: text, and make the exit status 1. Warnings do not.
 
   include    includes run one way: base/velstd, then base/velip and base/veldispc, then cntr, then
-             gauge and ch_core, then overlay, then everything else; the library includes the standard library and itself
+             gauge and ch_core, then overlay, then io, then everything else; the library includes the standard library and itself
              only; headers under internal/ are for their own library and for tests
   inner      the folders under cntr/internal include downward only (INNER below), and none but sets/
              includes the header of a class above them
@@ -35,12 +35,14 @@ import sys
 
 # The folders of the library in the order in which they may see each other.
 LAYERS = {"base/velstd": 0, "base/velip": 1, "base/veldispc": 1, "cntr": 2, "gauge": 3, "ch_core": 3,
-          "overlay": 4}
+          "overlay": 4, "io": 5}
 INCLUDE_NAMES = {"velstd": "base/velstd", "velip": "base/velip", "veldispc": "base/veldispc",
-                 "cntr": "cntr", "gauge": "gauge", "ch_core": "ch_core", "overlay": "overlay",
+                 "cntr": "cntr", "gauge": "gauge", "ch_core": "ch_core", "overlay": "overlay", "io": "io",
                  "gxshape": "include/gxshape"}
 LIBRARY_OF = {"base/velstd": "velstd", "base/velip": "velip", "base/veldispc": "veldispc",
-              "cntr": "gxshape", "gauge": "gxshape", "ch_core": "gxshape", "overlay": "gxshape"}
+              "cntr": "gxshape", "gauge": "gxshape", "ch_core": "gxshape", "overlay": "gxshape", "io": "gxshape_io"}
+# Companion libraries: built on request, so the umbrella leaves them out.
+COMPANIONS = ("io/",)
 # The folders under cntr/internal, and which of their neighbours each may see.
 INNER_ROOT = "cntr/internal/"
 INNER = {"outline": set(), "sums": set(), "archive": set(), "memo": set(), "index": {"outline", "memo"},
@@ -120,7 +122,7 @@ class Tree:
         return [f for f in self.files if f.endswith(suffixes) and layer_folder(f)]
 
     def public_headers(self):
-        return [f for f in self.sources(".h") if "/internal/" not in f]
+        return [f for f in self.sources(".h") if "/internal/" not in f and not f.startswith(COMPANIONS)]
 
 
 def layer_folder(path):
