@@ -12,10 +12,11 @@ help:  ## say what there is to say
 	@awk -F ':.*## ' '/^[a-z]+:.*## / {printf "  make %-10s %s\n", $$1, $$2}' $(MAKEFILE_LIST)
 
 demo:  ## measure the coin and country outlines in examples/data; draws build/demo/*.svg
-	@tools/install_packages build test
-	@tools/build release gxshape_demo
+	@tools/install_packages build tool test
+	@tools/build release gxshape_demo gxshape_tool
 	@mkdir -p build/demo
 	build/release/bin/gxshape_demo examples/data build/demo
+	@echo "your own shapes (WKT, GeoJSON, CSV ...): build/release/bin/gxshape measure FILE"
 
 test:  ## build a release, run every test, count them
 	@tools/install_packages build test

@@ -12,7 +12,11 @@
 include(CMakePackageConfigHelpers)
 
 set(_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/gxshape")
-install(TARGETS gxshape_velstd gxshape_velip gxshape_veldispc gxshape EXPORT gxshape-targets
+set(_libraries gxshape_velstd gxshape_velip gxshape_veldispc gxshape)
+if(GXSHAPE_IO)
+  list(APPEND _libraries gxshape_gxshape_io)
+endif()
+install(TARGETS ${_libraries} EXPORT gxshape-targets
         LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
         ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
         RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
@@ -20,6 +24,7 @@ install(EXPORT gxshape-targets NAMESPACE gxshape:: DESTINATION "${_package_dir}"
 
 install(CODE "
   set(GXSHAPE_SOURCE_DIR \"${PROJECT_SOURCE_DIR}\")
+  set(GXSHAPE_IO ${GXSHAPE_IO})
   set(GXSHAPE_INSTALL_INCLUDEDIR \"${GXSHAPE_INSTALL_INCLUDEDIR}\")
   include(\"${PROJECT_SOURCE_DIR}/cmake/InstallHeaders.cmake\")")
 

@@ -37,6 +37,9 @@ if(GXSHAPE_SANITIZE MATCHES "thread")
   endforeach()
 endif()
 
+if(NOT GXSHAPE_IO)
+  list(REMOVE_ITEM rooms io)
+endif()
 foreach(room IN LISTS rooms)
   set(program gxshape_${room}_tests)
   # What the tests of a folder share lies beside them; of support/, it is a library.
@@ -54,6 +57,10 @@ foreach(room IN LISTS rooms)
   set_tests_properties(${room} PROPERTIES TIMEOUT 900)
 endforeach()
 
+if(TARGET gxshape_io_tests)
+  target_link_libraries(gxshape_io_tests PRIVATE gxshape::gxshape_io)
+endif()
+
 # ---- The tools' own tests -----------------------------------------------------------------------
 
 find_program(GXSHAPE_PYTHON NAMES python3 PATHS /usr/bin NO_DEFAULT_PATH)
@@ -64,6 +71,11 @@ foreach(test IN LISTS tool_tests)
   add_test(NAME tools_${name} COMMAND ${GXSHAPE_PYTHON} "${test}")
   set_tests_properties(tools_${name} PROPERTIES TIMEOUT 300)
 endforeach()
+
+if(TARGET gxshape_tool)
+  add_test(NAME tool COMMAND ${GXSHAPE_PYTHON} "${PROJECT_SOURCE_DIR}/tests/tool/tool_test.py" $<TARGET_FILE:gxshape_tool>)
+  set_tests_properties(tool PROPERTIES TIMEOUT 300)
+endif()
 
 # ---- The overlay's exact judge and its corpus -----------------------------------------------------
 #

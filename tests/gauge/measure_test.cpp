@@ -23,7 +23,8 @@ gxMeasure measured(const OutlineWithHoles& shape) {
 }  // namespace
 
 TEST(Measure, APlateWithAHole) {
-  const OutlineWithHoles plate{{{0, 0}, {40, 0}, {40, 30}, {0, 30}}, {{{25, 10}, {35, 10}, {35, 20}, {25, 20}}}};
+  const OutlineWithHoles plate{{{0, 0}, {40, 0}, {40, 30}, {0, 30}},
+                               {{{25, 10}, {35, 10}, {35, 20}, {25, 20}}}};
   const gxMeasure m = measured(plate);
   EXPECT_EQ(m.status, gxStatus::eOk);
   EXPECT_EQ(m.area, 1100.0);

@@ -1,0 +1,535 @@
+// A run:
+//
+//   1. The main thread cuts the input into blocks of about 1 MiB, of whole records.
+//   2. Workers answer blocks; at most jobs + 2 exist at a time.
+//   3. The main thread writes the answers in the order of the blocks.
+//
+// With one job the same blocks go the same way without threads, so that bits, order and texts are equal.
+#include "run.h"
+
+#include "block.h"
+#include "files.h"
+
+#include <io/json.h>
+#include <io/writer.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <csignal>
+#include <cstdio>
+#include <deque>
+#include <iostream>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+volatile std::sig_atomic_t interrupted = 0;
+void onInterrupt(int) {
+  interrupted = 1;
+}
+
+double secondsSince(Clock::time_point start) {
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// 1,240,000
+std::string grouped(std::uint64_t number) {
+  std::string text = std::to_string(number);
+  for (std::size_t i = text.size(); i > 3; i -= 3) text.insert(i - 3, 1, ',');
+  return text;
+}
+
+// ---- A table -----------------------------------------------------------------------------------------------
+
+// Aligns rows of cells that are parted by tabs, a thousand at a time.
+class Table {
+ public:
+  Table(std::ostream& out, std::string head) : out_(out), head_(std::move(head)) {}
+
+  void add(std::string_view rows) {
+    for (const char c : rows) {
+      rows_ += c;
+      if (c == '\n' && ++count_ == 1000) flush();
+    }
+  }
+
+  void flush() {
+    if (count_ == 0 && isBegun_) return;
+    std::vector<std::vector<std::string>> cells;
+    if (!isBegun_) split(head_, cells);
+    split(rows_, cells);
+    std::vector<std::size_t> widths(widths_);
+    for (const auto& row : cells) {
+      widths.resize((std::max)(widths.size(), row.size()));
+      for (std::size_t i = 0; i < row.size(); ++i) widths[i] = (std::max)(widths[i], lengthOf(row[i]));
+    }
+    for (const auto& row : cells) print(row, widths);
+    widths_ = widths;
+    isBegun_ = true;
+    rows_.clear();
+    count_ = 0;
+  }
+
+ private:
+  // Of letters, not bytes.
+  static std::size_t lengthOf(const std::string& text) {
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+      return (static_cast<unsigned char>(c) & 0xc0) != 0x80;
+    }));
+  }
+
+  static void split(const std::string& text, std::vector<std::vector<std::string>>& rows) {
+    for (std::size_t at = 0; at < text.size();) {
+      const std::size_t end = text.find('\n', at);
+      auto& row = rows.emplace_back();
+      for (std::size_t from = at; from <= end;) {
+        const std::size_t to = (std::min)(text.find('\t', from), end);
+        row.push_back(text.substr(from, to - from));
+        from = to + 1;
+      }
+      at = end + 1;
+    }
+  }
+
+  void print(const std::vector<std::string>& row, const std::vector<std::size_t>& widths) {
+    std::string line;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      if (i > 0) line += "  ";
+      line.append(widths[i] - lengthOf(row[i]), ' ');
+      line += row[i];
+    }
+    out_ << line << '\n';
+  }
+
+  std::ostream& out_;
+  std::string head_;
+  std::string rows_;
+  std::size_t count_ = 0;
+  bool isBegun_ = false;
+  std::vector<std::size_t> widths_;
+};
+
+// ---- What is said to a person ---------------------------------------------------------------------------
+
+class Messages {
+ public:
+  explicit Messages(const Options& options) : options_(options) {
+    showsProgress_ = !options.quiet && !options.lines && ::isatty(2) != 0;
+  }
+
+  void tell(const std::string& file, const Failure& failure) {
+    ++failures_;
+    clearProgress();
+    if (options_.logJsonl) return tellAsJson(file, failure);
+    if (options_.lines || failures_ > kMostTold) return;
+    std::cerr << "gxshape: " << file << ": record " << failure.record << ", byte " << failure.byte
+              << ": " << failure.message << '\n';
+  }
+
+  void warn(const std::string& text) {
+    if (options_.quiet || options_.lines) return;
+    clearProgress();
+    std::cerr << "gxshape: " << text << '\n';
+  }
+
+  void progress(std::uint64_t records, std::uint64_t bytes, std::uint64_t size) {
+    const double elapsed = secondsSince(start_);
+    if (!showsProgress_ || elapsed < 1.0 || elapsed - last_ < 0.2) return;
+    last_ = elapsed;
+    std::string line = grouped(records) + " records";
+    if (size > 0) {
+      const double share = static_cast<double>(bytes) / static_cast<double>(size);
+      const auto left = static_cast<long>(elapsed / share - elapsed);
+      char text[64];
+      std::snprintf(text, sizeof text, "  %.0f %%  %s/s  %ld:%02ld left", 100.0 * share,
+                    grouped(static_cast<std::uint64_t>(static_cast<double>(records) / elapsed)).c_str(),
+                    left / 60, left % 60);
+      line += text;
+    } else {
+      line += "  " + grouped(static_cast<std::uint64_t>(static_cast<double>(records) / elapsed)) + "/s";
+    }
+    std::fprintf(stderr, "\r%-60s", line.c_str());
+    shown_ = true;
+  }
+
+  void finish(std::uint64_t records) {
+    clearProgress();
+    if (!options_.logJsonl && !options_.lines && failures_ > kMostTold) {
+      std::cerr << "gxshape: " << grouped(failures_ - kMostTold) << " more records failed\n";
+    }
+    if (!options_.time) return;
+    const double elapsed = secondsSince(start_);
+    std::fprintf(
+        stderr, "gxshape: %s records in %.3f s, %s/s\n", grouped(records).c_str(), elapsed,
+        grouped(static_cast<std::uint64_t>(static_cast<double>(records) / (elapsed > 0 ? elapsed : 1)))
+            .c_str());
+  }
+
+  std::uint64_t failures() const { return failures_; }
+
+ private:
+  static constexpr std::uint64_t kMostTold = 10;
+
+  void tellAsJson(const std::string& file, const Failure& failure) {
+    std::string line = "{\"level\":\"error\",\"file\":";
+    gfAppendJsonString(file == "(standard input)" ? "-" : file, line);
+    line += ",\"record\":" + std::to_string(failure.record) +
+            ",\"byte\":" + std::to_string(failure.byte) + ",\"code\":";
+    gfAppendJsonString(failure.code, line);
+    line += ",\"message\":";
+    gfAppendJsonString(failure.message, line);
+    std::cerr << line << "}\n";
+  }
+
+  void clearProgress() {
+    if (shown_) std::fprintf(stderr, "\r%60s\r", "");
+    shown_ = false;
+  }
+
+  const Options& options_;
+  Clock::time_point start_ = Clock::now();
+  double last_ = 0.0;
+  bool showsProgress_ = false;
+  bool shown_ = false;
+  std::uint64_t failures_ = 0;
+};
+
+// ---- Workers ----------------------------------------------------------------------------------------------
+
+// Threads that answer blocks of one file.  Blocks come back in the order in which they were given.
+class Pool {
+ public:
+  Pool(const Plan& plan, const gxRecordReader& reader, unsigned jobs)
+      : plan_(plan), reader_(reader), jobs_(jobs), own_(plan, reader) {
+    for (unsigned i = 0; jobs > 1 && i < jobs; ++i) threads_.emplace_back([this] { work(); });
+  }
+  Pool(const Pool&) = delete;
+  Pool& operator=(const Pool&) = delete;
+  ~Pool() {
+    {
+      const std::scoped_lock lock(mutex_);
+      ends_ = true;
+    }
+    toDo_.notify_all();
+    for (auto& thread : threads_) thread.join();
+  }
+
+  bool isFull() const { return given_.size() >= jobs_ + (jobs_ > 1 ? 2U : 0U); }
+  bool isEmpty() const { return given_.empty(); }
+
+  void give(std::unique_ptr<Block> block) {
+    auto task = std::make_shared<Task>();
+    task->block = std::move(block);
+    if (threads_.empty()) {
+      own_.run(*task->block);
+      task->isDone = true;
+    }
+    {
+      const std::scoped_lock lock(mutex_);
+      given_.push_back(task);
+      if (!threads_.empty()) waiting_.push_back(task);
+    }
+    toDo_.notify_one();
+  }
+
+  std::unique_ptr<Block> take() {
+    auto task = given_.front();
+    std::unique_lock lock(mutex_);
+    done_.wait(lock, [&] { return task->isDone; });
+    given_.pop_front();
+    return std::move(task->block);
+  }
+
+ private:
+  struct Task {
+    std::unique_ptr<Block> block;
+    bool isDone = false;
+  };
+
+  void work() {
+    Worker worker(plan_, reader_);
+    std::unique_lock lock(mutex_);
+    while (true) {
+      toDo_.wait(lock, [&] { return ends_ || !waiting_.empty(); });
+      if (ends_) return;
+      const auto task = waiting_.front();
+      waiting_.pop_front();
+      lock.unlock();
+      worker.run(*task->block);
+      lock.lock();
+      task->isDone = true;
+      done_.notify_one();
+    }
+  }
+
+  const Plan& plan_;
+  const gxRecordReader& reader_;
+  std::size_t jobs_;
+  Worker own_;
+  std::mutex mutex_;
+  std::condition_variable toDo_;
+  std::condition_variable done_;
+  std::deque<std::shared_ptr<Task>> given_;
+  std::deque<std::shared_ptr<Task>> waiting_;
+  bool ends_ = false;
+  std::vector<std::thread> threads_;
+};
+
+// ---- The run ------------------------------------------------------------------------------------------------
+
+class Run {
+ public:
+  explicit Run(const Options& options)
+      : options_(options), command_(makeCommand(options)), messages_(options) {
+    plan_.options = &options_;
+    plan_.command = command_.get();
+    const auto& columns = command_->givesShapes() ? measureColumns() : command_->columns();
+    plan_.selection = Selection(options_.select, columns);
+    if (!command_->givesShapes())
+      layOut();
+    else if (!options_.only.empty())
+      throw UsageError{"--only: " + options_.command + " gives shapes, not columns"};
+    jobs_ = options_.lines ? 1U : options_.jobs;
+    if (jobs_ == 0) jobs_ = (std::max)(std::thread::hardware_concurrency(), 1U);
+    shapeFormat();
+  }
+
+  int all() {
+    std::ios::sync_with_stdio(false);
+    std::signal(SIGINT, onInterrupt);
+    output_ = std::make_unique<Output>(options_.to);
+    if (layout_ && layout_->style() == Layout::Style::eTable) {
+      table_ = std::make_unique<Table>(output_->stream(), layout_->head());
+    } else if (layout_ && layout_->style() == Layout::Style::eCsv) {
+      output_->stream() << layout_->head();
+    }
+    bool filesGood = true;
+    for (const auto& file : options_.files.empty() ? std::vector<std::string>{"-"} : options_.files) {
+      if (isOver()) break;
+      filesGood = oneFile(file) && filesGood;
+    }
+    finish();
+    if (interrupted != 0) return 130;
+    if (!filesGood) return 3;
+    if (options_.lines) return 0;
+    return messages_.failures() > 0 || !isGood_ ? 1 : 0;
+  }
+
+ private:
+  void layOut() {
+    Layout::Style style = Layout::Style::eTable;
+    if (options_.output == "csv")
+      style = Layout::Style::eCsv;
+    else if (options_.output == "jsonl" || options_.lines)
+      style = Layout::Style::eJsonl;
+    else if (!options_.output.empty() && options_.output != "table") {
+      throw UsageError{"--output: " + options_.command + " answers as table, jsonl or csv, not " +
+                       options_.output};
+    }
+    auto only = options_.only;
+    const auto& columns = command_->columns();
+    const bool judges = !only.empty() && std::string(columns.back().name) == "within";
+    if (judges && std::find(only.begin(), only.end(), "within") == only.end())
+      only.emplace_back("within");
+    layout_ = std::make_unique<Layout>(columns, only, style, options_.degrees, true);
+    plan_.layout = layout_.get();
+    std::vector<bool> wanted(columns.size());
+    for (std::size_t i = 0; i < columns.size(); ++i) wanted[i] = layout_->isShown(i);
+    plan_.selection.want(wanted);
+    command_->wanted(wanted);
+    for (std::size_t i = 0; options_.stats && i < columns.size(); ++i) {
+      const bool counts = columns[i].type == Type::eNumber || columns[i].type == Type::eInteger ||
+                          columns[i].type == Type::eAngle;
+      if (counts && layout_->isShown(i)) plan_.statColumns.push_back({i, 0, true});
+    }
+    sums_.resize(plan_.statColumns.size());
+  }
+
+  // Shapes come out in the format that they came in, unless another is asked for.
+  void shapeFormat() {
+    if (!command_->givesShapes() || options_.output.empty()) return;
+    plan_.shapeFormat = gfFormatOf(options_.output);
+    if (plan_.shapeFormat == gxFormat::eUnknown) {
+      throw UsageError{"--output: " + options_.command +
+                       " gives wkt, wkb, geojson, jsonl, csv, ragged, npz or gxa, not " +
+                       options_.output};
+    }
+  }
+
+  bool isOver() const { return stops_ || interrupted != 0; }
+
+  // Returns false where the file could not be read, or holds no record of any format.
+  bool oneFile(const std::string& file) {
+    try {
+      Input input(file);
+      gxReadOptions how;
+      how.format =
+          options_.lines && options_.format == gxFormat::eUnknown ? gxFormat::eJsonl : options_.format;
+      how.limits = options_.limits;
+      how.idField = options_.idField;
+      how.everyLine = options_.lines;
+      how.firstNumber = cut_ + 1;
+      gxRecordReader reader(input.stream(), how);
+      if (input.buffer().failed()) throw FileError{file + ": cannot be read"};
+      if (reader.format() == gxFormat::eUnknown) return true;
+      return readAll(input, reader);
+    } catch (const gxReadError& error) {
+      messages_.warn(inputName(file) + ": " + error.what());
+    } catch (const FileError& error) {
+      messages_.warn(error.text);
+    }
+    return false;
+  }
+
+  static std::string inputName(const std::string& file) {
+    return file == "-" ? "(standard input)" : file;
+  }
+
+  bool readAll(Input& input, gxRecordReader& reader) {
+    if (command_->givesShapes() && plan_.shapeFormat == gxFormat::eUnknown)
+      plan_.shapeFormat = reader.format();
+    Pool pool(plan_, reader, jobs_);
+    bool isWhole = true;
+    bool atEnd = false;
+    while (!atEnd && !isOver()) {
+      auto block = std::make_unique<Block>();
+      try {
+        atEnd = !fill(input, reader, *block);
+      } catch (const gxReadError& error) {
+        messages_.warn(input.name() + ": " + error.what());
+        isWhole = false;
+        atEnd = true;
+      }
+      if (!block->raws.empty()) pool.give(std::move(block));
+      while (!pool.isEmpty() && (atEnd || pool.isFull() || options_.lines))
+        write(input.name(), *pool.take());
+      messages_.progress(records_, reader.bytesCut(), input.size());
+      if (options_.lines && !reader.hasBuffered() && !input.buffer().hasWaiting())
+        output_->stream().flush();
+    }
+    while (!pool.isEmpty()) write(input.name(), *pool.take());
+    if (input.buffer().failed()) throw FileError{input.name() + ": cannot be read"};
+    return isWhole;
+  }
+
+  // Cuts records until there is about a block; false at the end.
+  bool fill(Input& input, gxRecordReader& reader, Block& block) {
+    constexpr std::size_t kBlock = std::size_t{1} << 20;
+    gxRawRecord raw;
+    while (block.text.size() < kBlock) {
+      if (plan_.selection.isEmpty() && cut_ >= options_.skip && cut_ - options_.skip >= options_.limit)
+        return false;
+      if (!reader.cut(raw)) return false;
+      ++cut_;
+      if (cut_ <= options_.skip) continue;
+      const std::size_t from = block.text.size();
+      block.text += raw.text;
+      block.raws.push_back(
+          {raw.number, raw.byte, from, block.text.size(),
+           raw.error != nullptr ? std::optional<gxReadError>(*raw.error) : std::nullopt});
+      // A partner may be waiting for the answers to what it has sent.
+      if (options_.lines && !reader.hasBuffered() && !input.buffer().hasWaiting()) return true;
+    }
+    return true;
+  }
+
+  void write(const std::string& file, const Block& block) {
+    for (const auto& failure : block.failures) messages_.tell(file, failure);
+    if (block.hadMore && !toldMore_) {
+      messages_.warn(file + ": third and fourth coordinates were dropped");
+      toldMore_ = true;
+    }
+    records_ += block.records;
+    isGood_ = isGood_ && block.isGood;
+    for (std::size_t i = 0; i < sums_.size(); ++i) sums_[i].add(block.sums[i]);
+    std::size_t from = 0;
+    for (const auto& piece : block.pieces) {
+      if (written_ >= options_.limit) {
+        stops_ = true;
+        break;
+      }
+      writePiece(std::string_view(block.out).substr(from, piece.end - from), piece.hasEdges);
+      from = piece.end;
+    }
+    if (block.isLast) stops_ = true;
+    output_->check();
+  }
+
+  void writePiece(std::string_view text, bool hasEdges) {
+    ++written_;
+    if (table_) return table_->add(text);
+    if (layout_) {
+      output_->stream().write(text.data(), static_cast<std::streamsize>(text.size()));
+      return;
+    }
+    if (!writer_) writer_ = std::make_unique<gxRecordWriter>(output_->stream(), plan_.shapeFormat);
+    writer_->writeText(text, hasEdges);
+  }
+
+  void finish() {
+    if (command_->joinsAll()) {
+      Answer answer;
+      command_->finish(answer);
+      if (plan_.shapeFormat == gxFormat::eUnknown) plan_.shapeFormat = gxFormat::eWkt;
+      for (const auto& shape : answer.shapes) {
+        std::string text;
+        gxRecordWriter::append(plan_.shapeFormat, shape, text);
+        writePiece(text, false);
+      }
+    }
+    if (table_) table_->flush();
+    const bool wantsFrame = command_->givesShapes() && plan_.shapeFormat != gxFormat::eUnknown;
+    if (!writer_ && wantsFrame)
+      writer_ = std::make_unique<gxRecordWriter>(output_->stream(), plan_.shapeFormat);
+    if (writer_) writer_->finish();
+    output_->finish();
+    messages_.finish(records_);
+    tellStats();
+  }
+
+  void tellStats() const {
+    if (!options_.stats) return;
+    std::fprintf(stderr, "%-24s %10s %14s %14s %14s\n", "", "count", "least", "mean", "greatest");
+    for (std::size_t i = 0; i < sums_.size(); ++i) {
+      const Sums& s = sums_[i];
+      const char* const name = command_->columns()[plan_.statColumns[i].column].name;
+      const double mean = s.count == 0 ? 0.0 : s.sum / static_cast<double>(s.count);
+      std::fprintf(stderr, "%-24s %10llu %14.6g %14.6g %14.6g\n", name,
+                   static_cast<unsigned long long>(s.count), s.least, mean, s.greatest);
+    }
+  }
+
+  const Options& options_;
+  std::unique_ptr<Command> command_;
+  Messages messages_;
+  Plan plan_;
+  unsigned jobs_ = 1;
+  std::unique_ptr<Layout> layout_;
+  std::unique_ptr<Output> output_;
+  std::unique_ptr<Table> table_;
+  std::unique_ptr<gxRecordWriter> writer_;
+  std::vector<Sums> sums_;
+  std::uint64_t cut_ = 0;
+  std::uint64_t records_ = 0;
+  std::uint64_t written_ = 0;
+  bool isGood_ = true;
+  bool stops_ = false;
+  bool toldMore_ = false;
+};
+
+}  // namespace
+
+int runCommand(const Options& options) {
+  try {
+    return Run(options).all();
+  } catch (const FileError& error) {
+    std::cerr << "gxshape: " << error.text << '\n';
+    return 3;
+  }
+}
