@@ -21,6 +21,7 @@ Findings are printed as file:line: rule: text, and make the exit status 1. Warni
   once       each header says #pragma once
   name       no file or folder has one of the names that say nothing
   word       no tracked text names a document outside this repository, or a path of one machine
+  merge      no tracked text has the marks of a merge that was not finished
   length     (a warning) a file of more than 500 lines outside tests, benchmarks and fuzz targets
   umbrella   include/gxshape/gxshape.h includes every public header; a header named as its folder
              (gauge/gauge.h) includes every other one in it
@@ -289,6 +290,13 @@ def check_words(tree):
                     yield Finding(path, number, "word", f"'{match.group(0)}' {text}")
 
 
+def check_merges(tree):
+    for path in tree.files:
+        for number, line in enumerate(tree.lines(path), 1):
+            if line.startswith(("<" * 7 + " ", ">" * 7 + " ")):
+                yield Finding(path, number, "merge", "is a mark of a merge that was not finished")
+
+
 def check_lengths(tree):
     for path in tree.files:
         if path.endswith((".h", ".cpp", ".py")) and not path.startswith(("tests/", "bench/", "fuzz/")):
@@ -359,7 +367,7 @@ def check_alone(tree, compiler):
 
 
 RULES = [check_includes, check_inner, check_maps, check_picture, check_tests, check_stories, check_pragma_once, check_names, check_words,
-         check_lengths, check_umbrella]
+         check_merges, check_lengths, check_umbrella]
 
 
 def check(tree):

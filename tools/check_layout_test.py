@@ -85,6 +85,11 @@ class LayoutTest(unittest.TestCase):
         self.assertEqual(self.findings({"docs/architecture.md": old}), [("picture", "docs/architecture.md")])
         self.assertEqual(self.findings({"docs/architecture.md": "# nothing\n"}), [("picture", "docs/architecture.md")])
 
+    def test_marks_of_an_unfinished_merge(self):
+        marked = "<" * 7 + " HEAD\none\n" + "=" * 7 + "\ntwo\n" + ">" * 7 + " other\n"
+        self.assertEqual(self.findings({"tools/packages.txt": marked}),
+                         [("merge", "tools/packages.txt"), ("merge", "tools/packages.txt")])
+
     def test_a_class_is_known_to_sets_alone(self):
         for folder, rule in [("sets", []), ("repair", [("inner", "cntr/internal/repair/loops.h")])]:
             self.assertEqual(self.findings({
