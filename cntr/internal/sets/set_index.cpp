@@ -26,7 +26,8 @@ const gx_RegionIndex* gx_SetIndex::checked_(const Regions& regions, std::uint64_
   const gx_RegionIndex* stale = nullptr;
   {
     const gx_Latch::Hold hold(latch_);
-    const gx_RegionIndex* const index = index_.load(std::memory_order_relaxed);
+    // Acquired all the same: whoever makes an index publishes it without the latch.
+    const gx_RegionIndex* const index = index_.load(std::memory_order_acquire);
     if (index == nullptr) return nullptr;
     if (index->holds(regions)) {
       checkedAt_.store(now, std::memory_order_release);
