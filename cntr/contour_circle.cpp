@@ -43,9 +43,15 @@ void circleAroundFirst(const std::vector<gxVector<2>>& points, gxCircle& circle)
   circle = gxCircle(points.front(), radius);
 }
 
+bool isKnown(const gx_ContourMemory& memory, unsigned slot, gx_ContourMemory::Circle& circle) {
+  return slot < memory.encloseCircles.size() && memory.encloseCircles[slot].get(circle);
+}
+
 }  // namespace
 
 gxCircle gxContour::encloseCircle(gxContourDefs::DiameterMode mode) const {
+  gx_ContourMemory::Circle known{};
+  if (isKnown(state_.memory, mode, known)) return gxCircle({known[0], known[1]}, known[2]);
   gxBudget unlimited;
   return encloseCircle(mode, unlimited);
 }
@@ -57,7 +63,7 @@ gxCircle gxContour::encloseCircle(gxContourDefs::DiameterMode mode, gxBudget& bu
     throw gxContourDefs::BadParams(L"diameterMode is not one of the valid enums");
   }
   gx_ContourMemory::Circle known{};
-  if (memory.encloseCircles[slot].get(known)) return gxCircle({known[0], known[1]}, known[2]);
+  if (isKnown(memory, mode, known)) return gxCircle({known[0], known[1]}, known[2]);
   gx_countComputation(gx_Computation::eEncloseCircle);
   const gx_ContourMemory::Circle& before = memory.circlesBefore[slot];
   gxCircle circle({before[0], before[1]}, before[2]);

@@ -118,6 +118,8 @@ bool gxContour::meets_(const gxContour& other, gxBudget& budget) const {
 }
 
 bool gxContour::isSelfIntersecting() const {
+  bool crosses = false;
+  if (state_.memory.selfIntersecting.get(crosses)) return crosses;
   gxBudget unlimited;
   return isSelfIntersecting(unlimited);
 }

@@ -174,7 +174,7 @@ bool gxRegionSet::isSelfIntersecting(gxBudget& budget) const {
   if (state_.memory.selfIntersecting.get(crosses)) return crosses;
   gx_countComputation(gx_Computation::eSetSelfIntersection);
   crosses = computeSelfIntersecting_(budget);
-  if (state_.memory.selfIntersecting.set(crosses)) mutating_();
+  if (state_.memory.selfIntersecting.setFirst(crosses)) mutating_();
   return crosses;
 }
 

@@ -111,8 +111,10 @@ class gx_YesNo {
     out = byte == kYes;
     return byte != kUnknown;
   }
-  /// Publishes the answer; tells whether it was not known before.
-  bool set(bool yes) const noexcept {
+  /// Publishes the answer.
+  void set(bool yes) const noexcept { byte_.store(yes ? kYes : kNo, std::memory_order_relaxed); }
+  /// Publishes the answer and tells whether this call made it known.
+  bool setFirst(bool yes) const noexcept {
     std::uint8_t expected = kUnknown;
     return byte_.compare_exchange_strong(expected, yes ? kYes : kNo, std::memory_order_relaxed);
   }

@@ -95,9 +95,15 @@ class gx_Shared {
     node->count.fetch_add(1, std::memory_order_relaxed);
     return node;
   }
-  Node* released_() noexcept { return node_.exchange(nullptr, std::memory_order_relaxed); }
+  // A load and a store, not an exchange, which would lock the bus: the object is this thread's alone.
+  Node* released_() noexcept {
+    Node* const node = node_.load(std::memory_order_relaxed);
+    node_.store(nullptr, std::memory_order_relaxed);
+    return node;
+  }
   void put_(Node* node) noexcept {
-    Node* const old = node_.exchange(node, std::memory_order_relaxed);
+    Node* const old = node_.load(std::memory_order_relaxed);
+    node_.store(node, std::memory_order_relaxed);
     if (isReal(old) && old->count.fetch_sub(1, std::memory_order_acq_rel) == 1) delete old;
   }
 
@@ -110,11 +116,9 @@ class gx_Copied {
  public:
   gx_Copied() noexcept = default;
   gx_Copied(const gx_Copied& o) : object_(o.get() == nullptr ? nullptr : new T(*o.get())) {}
-  gx_Copied(gx_Copied&& o) noexcept : object_(o.object_.exchange(nullptr, std::memory_order_relaxed)) {}
+  gx_Copied(gx_Copied&& o) noexcept : object_(o.put_(nullptr)) {}
   gx_Copied& operator=(gx_Copied o) noexcept {
-    T* const mine =
-        object_.exchange(o.object_.load(std::memory_order_relaxed), std::memory_order_relaxed);
-    o.object_.store(mine, std::memory_order_relaxed);
+    o.put_(put_(o.object_.load(std::memory_order_relaxed)));
     return *this;
   }
   ~gx_Copied() { drop(); }
@@ -133,8 +137,15 @@ class gx_Copied {
     delete mine;
     return *theirs;
   }
-  void drop() noexcept { delete object_.exchange(nullptr, std::memory_order_relaxed); }
+  void drop() noexcept { delete put_(nullptr); }
 
  private:
+  // Not an exchange: the object is this thread's alone.
+  T* put_(T* object) noexcept {
+    T* const old = object_.load(std::memory_order_relaxed);
+    object_.store(object, std::memory_order_relaxed);
+    return old;
+  }
+
   mutable std::atomic<T*> object_{nullptr};
 };

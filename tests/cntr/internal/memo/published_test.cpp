@@ -110,8 +110,8 @@ TEST(PublishedYesNo, IsUnknownThenOneOrTheOther) {
     gx_YesNo yesNo;
     bool out = !answer;
     EXPECT_FALSE(yesNo.get(out));
-    EXPECT_TRUE(yesNo.set(answer));
-    EXPECT_FALSE(yesNo.set(answer)) << "it was known before";
+    EXPECT_TRUE(yesNo.setFirst(answer));
+    EXPECT_FALSE(yesNo.setFirst(answer)) << "it was known before";
     ASSERT_TRUE(yesNo.get(out));
     EXPECT_EQ(out, answer);
     const gx_YesNo copy(yesNo);
@@ -123,6 +123,17 @@ TEST(PublishedYesNo, IsUnknownThenOneOrTheOther) {
     EXPECT_EQ(out, answer);
     ASSERT_TRUE(assigned.get(out));
     EXPECT_EQ(out, answer);
+  }
+}
+
+TEST(PublishedYesNo, IsSetWithoutTellingToo) {
+  for (const bool answer : {true, false}) {
+    const gx_YesNo yesNo;
+    yesNo.set(answer);
+    bool out = !answer;
+    ASSERT_TRUE(yesNo.get(out));
+    EXPECT_EQ(out, answer);
+    EXPECT_FALSE(yesNo.setFirst(answer)) << "it was known before";
   }
 }
 
