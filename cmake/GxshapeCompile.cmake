@@ -87,6 +87,18 @@ if(GXSHAPE_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER "${GXSHAPE_CCACHE}")
 endif()
 
+# ---- Precompiled headers ----------------------------------------------------------------------------
+
+# Under the sanitizers half the time of compiling the library went into reading the same headers of the
+# standard library (1.2 s a file with clang, 0.8 s with g++). They are compiled once for each library, in
+# those builds alone, so that the release still finds a file that forgets one of its includes. Not with
+# ccache, which would take every rebuild of them for a change of all files.
+set(GXSHAPE_PRECOMPILED)
+if(GXSHAPE_SANITIZE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(GXSHAPE_PRECOMPILED <algorithm> <array> <atomic> <cmath> <cstdint> <functional> <limits> <memory>
+      <numeric> <optional> <ostream> <span> <string> <utility> <vector>)
+endif()
+
 # ---- Where things go --------------------------------------------------------------------------------
 
 if(PROJECT_IS_TOP_LEVEL)

@@ -45,6 +45,9 @@ function(gxshape_library name)
   list(TRANSFORM arg_DEPENDS PREPEND "gxshape::" OUTPUT_VARIABLE depends)
   target_link_libraries(${library} PUBLIC ${depends})
   target_compile_features(${library} PUBLIC cxx_std_20)
+  if(GXSHAPE_PRECOMPILED)
+    target_precompile_headers(${library} PRIVATE ${GXSHAPE_PRECOMPILED})
+  endif()
   target_compile_options(${library} PUBLIC ${GXSHAPE_PUBLIC_FLAGS} 
                          PRIVATE ${GXSHAPE_WARNINGS} ${GXSHAPE_LIBRARY_WARNINGS})
 

@@ -49,7 +49,7 @@ foreach(room IN LISTS rooms)
     list(FILTER helpers EXCLUDE REGEX "_test\\.cpp$|cgal_judge\\.cpp$")
   endif()
   add_executable(${program} ${tests_of_${room}} ${helpers})
-  target_compile_options(${program} PRIVATE ${GXSHAPE_WARNINGS})
+  gxshape_test_file_options(${program})
   target_link_libraries(${program} PRIVATE gxshape_test_support GTest::gtest_main)
   gxshape_precompiled(${program})
   add_test(NAME ${room}
