@@ -50,7 +50,8 @@ Points placed(const Points& outline, std::mt19937_64& engine) {
   const double scale = between(engine, 5.0, 60.0) / std::max(high.x() - low.x(), high.y() - low.y());
   const double angle = between(engine, 0.0, 2.0 * kPi);
   const gxVector<2> along(std::cos(angle) * scale, std::sin(angle) * scale);
-  const gxVector<2> across(-along.y() * between(engine, 0.9, 1.1), along.x() * between(engine, 0.9, 1.1));
+  const gxVector<2> across(-along.y() * between(engine, 0.9, 1.1),
+                           along.x() * between(engine, 0.9, 1.1));
   const gxVector<2> place(between(engine, 0.0, kPicture), between(engine, 0.0, kPicture));
   Points result;
   result.reserve(outline.size());

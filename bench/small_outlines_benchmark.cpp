@@ -122,11 +122,13 @@ void addParty(const std::string& row, const char* name, const Ask& ask) {
 void registerRows() {
   for (auto& [name, row] : rows()) {
     for (std::size_t k = 0; k < row.parties.size(); ++k) {
-      const std::string full = "many_" + name + "/" + row.parties[k].name + "/" + std::to_string(row.outlines);
+      const std::string full =
+          "many_" + name + "/" + row.parties[k].name + "/" + std::to_string(row.outlines);
       Row* const its = &row;
-      benchmark::RegisterBenchmark(full.c_str(), [its, k](benchmark::State& state) {
-        report(state, *its, its->parties[k]);
-      })->UseManualTime()->Iterations(1);
+      benchmark::RegisterBenchmark(
+          full.c_str(), [its, k](benchmark::State& state) { report(state, *its, its->parties[k]); })
+          ->UseManualTime()
+          ->Iterations(1);
     }
   }
 }
@@ -210,9 +212,8 @@ void addOurs() {
            [](const Points& p, std::size_t i) { return containmentsOurs(p, queries()[i], kQueries); });
   addParty("inside_one", "ours",
            [](const Points& p, std::size_t i) { return containmentsOurs(p, queries()[i], 1); });
-  addParty("self_intersection", "ours", [](const Points& p, std::size_t) {
-    return asNumber(gxContour(p).isSelfIntersecting());
-  });
+  addParty("self_intersection", "ours",
+           [](const Points& p, std::size_t) { return asNumber(gxContour(p).isSelfIntersecting()); });
   addParty("ellipse", "ours", [](const Points& p, std::size_t) {
     gxEllipse ellipse;
     double residual = 0.0;

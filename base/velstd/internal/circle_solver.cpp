@@ -15,6 +15,7 @@
 //     may lie on either side of an arc), so three starts are refined and the best is taken.
 #include <velstd/internal/circle_solver.h>
 #include <velstd/internal/fit_frame.h>
+#include <velstd/internal/four.h>
 #include <velstd/internal/normal_equations.h>
 
 #include <algorithm>
@@ -75,21 +76,91 @@ std::optional<gx_CircleArc> algebraicFit(const std::vector<gxVector<2>>& points)
   return arcOf(centroid + fromCentroid, radius, normal);
 }
 
+// The sums behind the normal equations, each over one point in four.
+struct NormalSums {
+  gx_Four matrix[6] = {};  // row by row, up to the diagonal
+  gx_Four gradient[3] = {};
+  gx_Four cost = {};
+
+  // Adds four points; `kept` is 0 for a point that only fills a place.
+  GX_FOURFOLD void add(const gx_CircleArc& arc, const gx_Four& px, const gx_Four& py,
+                       const gx_Four& kept) {
+    const gx_Four zero = {};
+    const gx_Four dx = px - arc.origin.x();
+    const gx_Four dy = py - arc.origin.y();
+    const gx_Four u = arc.normal.x() * dx + arc.normal.y() * dy;
+    const gx_Four v = arc.normal.x() * dy - arc.normal.y() * dx;
+    const gx_Four square = u * u + v * v;
+    const gx_Four power = arc.bend * square + u;
+    gx_Four root = 1.0 + 4.0 * arc.bend * power;
+    root = root > zero ? root : zero;
+    gf_TakeRoot(root);
+    const gx_Four d = kept * (2.0 * power / (1.0 + root));
+    // At the centre itself the distance has no derivatives; any finite ones do.
+    const gx_Four least = zero + 1e-9;
+    const gx_Four scale = kept / (root > least ? root : least);
+    const gx_Four bend = (square - d * d) * scale;
+    const gx_Four offset = (1.0 + 2.0 * arc.bend * u) * scale;
+    const gx_Four turn = v * scale;
+    matrix[0] += bend * bend;
+    matrix[1] += offset * bend;
+    matrix[2] += offset * offset;
+    matrix[3] += turn * bend;
+    matrix[4] += turn * offset;
+    matrix[5] += turn * turn;
+    gradient[0] += bend * d;
+    gradient[1] += offset * d;
+    gradient[2] += turn * d;
+    cost += d * d;
+  }
+};
+
+// Of the last points the rest of four is the last one again, which is not kept.
+GX_FOURFOLD void addAll(const gx_CircleArc& arc, const std::vector<gxVector<2>>& points,
+                        NormalSums& sums) {
+  gx_Four x;
+  gx_Four y;
+  std::size_t i = 0;
+  for (; i + 4 <= points.size(); i += 4) {
+    gf_LoadFour(&points[i], x, y);
+    sums.add(arc, x, y, gx_Four{1.0, 1.0, 1.0, 1.0});
+  }
+  const std::size_t count = points.size() - i;
+  if (count == 0) return;
+  std::array<gxVector<2>, 4> rest;
+  for (std::size_t k = 0; k < 4; ++k) rest[k] = k < count ? points[i + k] : points.back();
+  gf_LoadFour(rest.data(), x, y);
+  sums.add(arc, x, y, gx_Four{1.0, count > 2 ? 1.0 : 0.0, count > 1 ? 1.0 : 0.0, 0.0});
+}
+
+#if defined(__x86_64__)
+__attribute__((target("avx2"))) void addWithRegistersOfFour(const gx_CircleArc& arc,
+                                                            const std::vector<gxVector<2>>& points,
+                                                            NormalSums& sums) {
+  addAll(arc, points, sums);
+}
+#endif
+
 gx_NormalEquations<3> evaluate(const gx_CircleArc& arc, const std::vector<gxVector<2>>& points,
                                bool holdBend) {
-  gx_NormalEquations<3> sums;
-  for (const gxVector<2>& p : points) {
-    const gxVector<2> offset = p - arc.origin;
-    const double u = arc.normal * offset;
-    const double v = gf_Cross(arc.normal, offset);
-    const double square = u * u + v * v;
-    const double power = arc.bend * square + u;
-    const double root = std::sqrt(std::max(0.0, 1.0 + 4.0 * arc.bend * power));
-    const double d = 2.0 * power / (1.0 + root);
-    // At the centre itself the distance has no derivatives; any finite ones do.
-    const double scale = 1.0 / std::max(root, 1e-9);
-    sums.add({(square - d * d) * scale, (1.0 + 2.0 * arc.bend * u) * scale, v * scale}, d);
+  NormalSums fours;
+#if defined(__x86_64__)
+  static const bool wide = __builtin_cpu_supports("avx2");
+  if (wide) {
+    addWithRegistersOfFour(arc, points, fours);
+  } else {
+    addAll(arc, points, fours);
   }
+#else
+  addAll(arc, points, fours);
+#endif
+  gx_NormalEquations<3> sums;
+  std::size_t k = 0;
+  for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t j = 0; j <= i; ++j, ++k) sums.matrix[i][j] = gf_Total(fours.matrix[k]);
+    sums.gradient[i] = gf_Total(fours.gradient[i]);
+  }
+  sums.cost = gf_Total(fours.cost);
   if (holdBend) sums.hold(0);
   return sums;
 }

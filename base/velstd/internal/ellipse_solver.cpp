@@ -8,7 +8,10 @@
 //     distance of a point changes with a coefficient by the term at its foot, divided by the slope of
 //     the conic there.  (Centre and matrix, or centre, radii and rotation, were tried first: on arcs
 //     of 30 degrees a hundred steps did not reach the bottom of their bent valley.  For the
-//     coefficients the valley is straight, and 5 to 10 steps do; and circles are no exception.)
+//     coefficients the valley is straight, and 5 to 10 steps do; and circles are no exception.)  Points
+//     that lie on no ellipse at all need as many: the curvature that their distances add is learnt
+//     from the steps (normal_equations.h); without, one in seven of such outlines went to the limit.
+//     A second start that comes near a minimum that is known already is not followed to its end.
 //     Of many points, a regular sample settles the shape and all of them only finish.
 //  3. A short noisy arc leaves the size of the ellipse open: along a valley from some small ellipse to
 //     a parabola the sum hardly changes, and its least place is anywhere, or at infinity.  Where the
@@ -61,11 +64,16 @@ bool reasonable(const gx_EllipseAxes& axes) {
   return axes.a <= kLargestAxis && axes.b >= kFlattest * axes.a;
 }
 
+// Tells whether an ellipse is on its way to the edge of reason, where there is no least sum.
+bool growsAway(const gx_EllipseImage& image) {
+  return gx_AxesOf(image).a > 0.5 * kLargestAxis;
+}
+
 gx_EllipseImage imageOf(const gx_CircleArc& arc) {
   return {arc.center(), arc.radius(), 0.0, arc.radius()};
 }
 
-// Points, one or four, as an ellipse sees them.
+// Four points as an ellipse sees them.
 template <class Number>
 struct Seen {
   Number distance;  // signed, positive outside
@@ -73,6 +81,14 @@ struct Seen {
   Number footY;
   Number perSlope;  // one over the length of (b cosine, a sine), the normal at the foot along the axes
 };
+
+// Makes the points from number `count` on add nothing to a sum; four points are loaded in the order 0, 2,
+// 1, 3.
+GX_FOURFOLD void blankFrom(std::size_t count, Seen<gx_Four>& seen) {
+  const gx_Four kept = {1.0, count > 2 ? 1.0 : 0.0, count > 1 ? 1.0 : 0.0, 0.0};
+  seen.distance *= kept;
+  seen.perSlope *= kept;
+}
 
 // The climb to the feet of points, seen from the centre along the axes.
 template <class Number>
@@ -109,18 +125,25 @@ class Look {
   gx_FeetClimb<Number> climb_;
 };
 
-// Looks at all points and has `use` take them: two fours at a time, whose climbs fill each other's
-// waiting times, then one by one.
+// Looks at all points and has `use` take them, eight at a time: the climbs of two fours fill each other's
+// waiting times.  Of the last ones the rest is the last point again, with distance and slope 0, which adds
+// nothing to a sum.
 template <class Use>
 GX_FOURFOLD void lookAtAll(const gx_EllipseAxes& axes, const Points& points, Use& use) {
   constexpr int kMostRounds = gx_FeetClimb<double>::kMostRounds;
-  std::size_t i = 0;
-  for (; i + 8 <= points.size(); i += 8) {
+  for (std::size_t i = 0; i < points.size(); i += 8) {
+    const std::size_t count = std::min<std::size_t>(8, points.size() - i);
+    const gxVector<2>* p = &points[i];
+    std::array<gxVector<2>, 8> rest;
+    if (count < 8) {
+      for (std::size_t k = 0; k < 8; ++k) rest[k] = k < count ? p[k] : points.back();
+      p = rest.data();
+    }
     gx_Four x;
     gx_Four y;
-    gf_LoadFour(&points[i], x, y);
+    gf_LoadFour(p, x, y);
     Look<gx_Four> first(axes, x, y);
-    gf_LoadFour(&points[i + 4], x, y);
+    gf_LoadFour(p + 4, x, y);
     Look<gx_Four> second(axes, x, y);
     for (int k = 0; k < kMostRounds && !(first.settled() && second.settled()); ++k) {
       first.round();
@@ -128,16 +151,12 @@ GX_FOURFOLD void lookAtAll(const gx_EllipseAxes& axes, const Points& points, Use
     }
     Seen<gx_Four> seen;
     first.end(seen);
-    use.four(seen);
+    if (count < 4) blankFrom(count, seen);
+    use.add(seen, std::min<std::size_t>(count, 4));
+    if (count <= 4) break;
     second.end(seen);
-    use.four(seen);
-  }
-  for (; i < points.size(); ++i) {
-    Look<double> one(axes, points[i].x(), points[i].y());
-    for (int k = 0; k < kMostRounds && !one.settled(); ++k) one.round();
-    Seen<double> seen;
-    one.end(seen);
-    use.one(seen);
+    if (count < 8) blankFrom(count - 4, seen);
+    use.add(seen, count - 4);
   }
 }
 
@@ -159,26 +178,26 @@ void lookAt(const gx_EllipseAxes& axes, const Points& points, Use& use) {
   lookAtAll(axes, points, use);
 }
 
-// The sums behind the normal equations, over one point in four or over the points left over.
-template <class Number>
-struct NormalSums {
-  Number matrix[15] = {};  // row by row, up to the diagonal
-  Number gradient[5] = {};
-  Number cost = {};
+// The sums behind the normal equations, each over one point in four.
+struct NormalUse {
+  double slope;
+  gx_Four matrix[15] = {};  // row by row, up to the diagonal
+  gx_Four gradient[5] = {};
+  gx_Four cost = {};
 
   template <std::size_t kRow, class... Others>
-  GX_FOURFOLD void addRow(const Number& derivative, const Number& distance, const Others&... others) {
-    Number* sum = matrix + kRow * (kRow + 1) / 2;
+  GX_FOURFOLD void addRow(const gx_Four& derivative, const gx_Four& distance, const Others&... others) {
+    gx_Four* sum = matrix + kRow * (kRow + 1) / 2;
     ((*sum++ += derivative * others), ...);
     gradient[kRow] += derivative * distance;
   }
 
-  GX_FOURFOLD void add(const Seen<Number>& seen, double slope) {
-    const Number steep = slope * seen.perSlope;
-    const Number x = seen.footX * steep;
-    const Number y = seen.footY * steep;
-    const Number d0 = 0.5 * (seen.footX - seen.footY) * (x + y);
-    const Number d1 = seen.footX * y;
+  GX_FOURFOLD void add(const Seen<gx_Four>& seen, std::size_t /*count*/) {
+    const gx_Four steep = slope * seen.perSlope;
+    const gx_Four x = seen.footX * steep;
+    const gx_Four y = seen.footY * steep;
+    const gx_Four d0 = 0.5 * (seen.footX - seen.footY) * (x + y);
+    const gx_Four d1 = seen.footX * y;
     addRow<0>(d0, seen.distance, d0);
     addRow<1>(d1, seen.distance, d0, d1);
     addRow<2>(x, seen.distance, d0, d1, x);
@@ -188,57 +207,41 @@ struct NormalSums {
   }
 };
 
-struct NormalUse {
-  double slope;
-  NormalSums<gx_Four> fours;
-  NormalSums<double> ones;
-
-  GX_FOURFOLD void four(const Seen<gx_Four>& seen) { fours.add(seen, slope); }
-  GX_FOURFOLD void one(const Seen<double>& seen) { ones.add(seen, slope); }
-};
-
 gx_NormalEquations<5> evaluate(const gx_EllipseImage& image, const Points& points) {
   const gx_EllipseAxes axes = gx_AxesOf(image);
-  NormalUse use{0.5 * axes.a * axes.b / gx_ConicScale(axes), {}, {}};
+  NormalUse use{0.5 * axes.a * axes.b / gx_ConicScale(axes)};
   lookAt(axes, points, use);
   gx_NormalEquations<5> sums;
   std::size_t k = 0;
   for (std::size_t i = 0; i < 5; ++i) {
-    for (std::size_t j = 0; j <= i; ++j, ++k) {
-      sums.matrix[i][j] = gf_Total(use.fours.matrix[k]) + use.ones.matrix[k];
-    }
-    sums.gradient[i] = gf_Total(use.fours.gradient[i]) + use.ones.gradient[i];
+    for (std::size_t j = 0; j <= i; ++j, ++k) sums.matrix[i][j] = gf_Total(use.matrix[k]);
+    sums.gradient[i] = gf_Total(use.gradient[i]);
   }
-  sums.cost = gf_Total(use.fours.cost) + use.ones.cost;
+  sums.cost = gf_Total(use.cost);
   return sums;
 }
 
 struct CostUse {
-  gx_Four fours = {};
-  double ones = 0.0;
+  gx_Four cost = {};
 
-  GX_FOURFOLD void four(const Seen<gx_Four>& seen) { fours += seen.distance * seen.distance; }
-  GX_FOURFOLD void one(const Seen<double>& seen) { ones += seen.distance * seen.distance; }
+  GX_FOURFOLD void add(const Seen<gx_Four>& seen, std::size_t /*count*/) {
+    cost += seen.distance * seen.distance;
+  }
 };
 
 double costOf(const gx_EllipseImage& image, const Points& points) {
   CostUse use;
   lookAt(gx_AxesOf(image), points, use);
-  return gf_Total(use.fours) + use.ones;
+  return gf_Total(use.cost);
 }
 
 struct DistanceUse {
   double* out;
 
-  GX_FOURFOLD void four(const Seen<gx_Four>& seen) {
-    const gx_Four& d = seen.distance;  // in the order in which four points are loaded
-    out[0] = std::fabs(d[0]);
-    out[1] = std::fabs(d[2]);
-    out[2] = std::fabs(d[1]);
-    out[3] = std::fabs(d[3]);
-    out += 4;
+  GX_FOURFOLD void add(const Seen<gx_Four>& seen, std::size_t count) {
+    constexpr int kPlaces[4] = {0, 2, 1, 3};  // in the order in which four points are loaded
+    for (std::size_t k = 0; k < count; ++k) *out++ = std::fabs(seen.distance[kPlaces[k]]);
   }
-  GX_FOURFOLD void one(const Seen<double>& seen) { *out++ = std::fabs(seen.distance); }
 };
 
 // The conic after a step.
@@ -258,30 +261,26 @@ std::optional<gx_EllipseImage> moved(const gx_EllipseImage& image, const Unknown
   return next;
 }
 
-// The change of the longer semi-axis with each unknown.
-Unknowns slopeOfSize(const gx_EllipseImage& image) {
-  constexpr double kStep = 1e-7;
-  const double here = gx_AxesOf(image).a;
-  Unknowns slope{};
-  for (std::size_t i = 0; i < slope.size(); ++i) {
-    Unknowns step{};
-    for (const double way : {kStep, -kStep}) {
-      step[i] = way / here;
-      if (const auto next = gx_ImageOf(shifted(gx_ConicOf(gx_AxesOf(image)), step))) {
-        slope[i] = (gx_AxesOf(*next).a - here) / step[i];
-        break;
-      }
-    }
-  }
-  return slope;
+// The change of the longer semi-axis a with each unknown.  With v its direction, c the centre, L the level
+// of the conic and λ = L / a² its smaller eigenvalue: dL = −(the change of the conic at c), as the conic is
+// level there, dλ = the change of its quadratic part along v, and a² = L / λ.
+Unknowns slopeOfSize(const gx_EllipseAxes& axes) {
+  const double x = axes.center.x();
+  const double y = axes.center.y();
+  const double u = axes.a * axes.major.x();
+  const double v = axes.a * axes.major.y();
+  const double factor = 0.5 * axes.a / gx_ConicScale(axes);
+  return {-0.5 * factor * ((x * x - y * y) + (u * u - v * v)), -factor * (x * y + u * v), -factor * x,
+          -factor * y, -factor};
 }
 
 // Turns the sums for S into those for S · (1 + a)^(2 w), a the longer semi-axis in the unit of the
 // frame.  The curvature of the second factor is left out: it only lengthens the steps.
 void preferSmall(gx_NormalEquations<5>& sums, const gx_EllipseImage& image, double w) {
-  const double size = 1.0 + gx_AxesOf(image).a;
+  const gx_EllipseAxes axes = gx_AxesOf(image);
+  const double size = 1.0 + axes.a;
   const double factor = std::pow(size, 2.0 * w);
-  const Unknowns slope = slopeOfSize(image);
+  const Unknowns slope = slopeOfSize(axes);
   for (std::size_t i = 0; i < slope.size(); ++i) {
     sums.gradient[i] = factor * (sums.gradient[i] + w * sums.cost / size * slope[i]);
     for (std::size_t j = 0; j <= i; ++j) sums.matrix[i][j] *= factor;
@@ -292,7 +291,8 @@ void preferSmall(gx_NormalEquations<5>& sums, const gx_EllipseImage& image, doub
 // The standard error of the longer semi-axis, relative to it.
 double doubtOfSize(const gx_EllipseImage& image, const Points& points, bool upright) {
   gx_NormalEquations<5> sums = evaluate(image, points);
-  const Unknowns slope = slopeOfSize(image);
+  const gx_EllipseAxes axes = gx_AxesOf(image);
+  const Unknowns slope = slopeOfSize(axes);
   for (std::size_t i = 0; i < slope.size(); ++i) sums.gradient[i] = -slope[i];
   if (upright) sums.hold(1);
   const auto solved = sums.step(0.0);
@@ -301,7 +301,30 @@ double doubtOfSize(const gx_EllipseImage& image, const Points& points, bool upri
   for (std::size_t i = 0; i < slope.size(); ++i)
     product += (upright && i == 1 ? 0.0 : slope[i] * (*solved)[i]);
   const double variance = sums.cost / static_cast<double>(points.size() - 5) * product;
-  return std::sqrt(variance) / gx_AxesOf(image).a;
+  return std::sqrt(variance) / axes.a;
+}
+
+// The unknowns, counted from the circle x² + y² = 0.
+Unknowns unknownsOf(const gx_EllipseImage& image) {
+  const gx_Conic k = gx_ConicOf(gx_AxesOf(image));
+  return {k.xx - k.yy, k.xy, k.x, k.y, k.one};
+}
+
+// Tells whether a shape, with the equations there, has come so near to a minimum that it will end in it:
+// the way there raises the sum by less than a hundredth, and it is no lower already.
+bool endsIn(const gx_EllipseSolver::Fitted& minimum, const gx_EllipseImage& image,
+            const gx_NormalEquations<5>& here) {
+  constexpr double kNear = 0.01;
+  if (!(here.cost < (1.0 + 2.0 * kNear) * minimum.cost && here.cost >= minimum.cost)) return false;
+  const Unknowns there = unknownsOf(minimum.shape);
+  Unknowns way = unknownsOf(image);
+  for (std::size_t i = 0; i < way.size(); ++i) way[i] -= there[i];
+  double rise = 0.0;
+  for (std::size_t i = 0; i < way.size(); ++i) {
+    for (std::size_t j = 0; j <= i; ++j)
+      rise += (i == j ? 1.0 : 2.0) * here.matrix[i][j] * way[i] * way[j];
+  }
+  return rise < kNear * minimum.cost;
 }
 
 bool liesOnLine(const Points& points, double rounding) {
@@ -322,7 +345,8 @@ Points thinned(const Points& points) {
 }  // namespace
 
 gx_EllipseSolver::Fitted gx_EllipseSolver::refine(const Shape& start, const Points& points,
-                                                  double preference, const gx_Refinement& how) const {
+                                                  double preference, const gx_Refinement& how,
+                                                  const std::optional<Fitted>& known) const {
   const auto [shape, cost] = gx_LeastSquares<5>(
       start, kMostEvaluations, how,
       [&](const Shape& image) {
@@ -331,20 +355,23 @@ gx_EllipseSolver::Fitted gx_EllipseSolver::refine(const Shape& start, const Poin
         if (upright_) sums.hold(1);
         return sums;
       },
-      [](const Shape& image, const Unknowns& step) { return moved(image, step); });
+      [](const Shape& image, const Unknowns& step) { return moved(image, step); },
+      [&known, preference](const Shape& image, const gx_NormalEquations<5>& here) {
+        if (known && endsIn(*known, image, here)) return true;
+        return preference == 0.0 && growsAway(image);
+      });
   return {shape, cost};
 }
 
-// The best of the refined starts; without preference, one that has not grown to the edge of reason,
-// where there is no least sum.
+// The best of the refined starts and of what is known; without preference, one that has not grown away.
 std::optional<gx_EllipseSolver::Fitted> gx_EllipseSolver::best(
-    const std::vector<std::optional<Shape>>& starts, const Points& points, double preference,
-    const gx_Refinement& how) const {
-  std::optional<Fitted> result;
+    std::initializer_list<std::optional<Shape>> starts, const Points& points, double preference,
+    const gx_Refinement& how, const std::optional<Fitted>& known) const {
+  std::optional<Fitted> result = known;
   for (const std::optional<Shape>& start : starts) {
     if (!start || !reasonable(gx_AxesOf(*start))) continue;
-    const Fitted refined = refine(*start, points, preference, how);
-    if (preference == 0.0 && gx_AxesOf(refined.shape).a > 0.5 * kLargestAxis) continue;
+    const Fitted refined = refine(*start, points, preference, how, result);
+    if (preference == 0.0 && growsAway(refined.shape)) continue;
     if (!result || refined.cost < result->cost) result = refined;
   }
   return result;
@@ -373,23 +400,22 @@ std::optional<gx_EllipseSolver::Fitted> gx_EllipseSolver::fit(const Points& poin
   const auto doubtful = [&](const std::optional<Fitted>& fitted) {
     return !fitted || doubtOfSize(fitted->shape, sample, upright_) * share > kDoubt;
   };
-  std::optional<Fitted> result = best({direct}, sample, 0.0, how);
+  std::optional<Fitted> result = best({direct}, sample, 0.0, how, {});
   if (doubtful(result)) {
-    const auto shape = result ? std::optional<Shape>(result->shape) : direct;
-    result = best({shape, circle, gx_MomentsEllipse(sample, upright_)}, sample, 0.0, how);
+    result = best({circle, gx_MomentsEllipse(sample, upright_)}, sample, 0.0, how, result);
   }
   if (doubtful(result)) {
     const auto shape = result ? std::optional<Shape>(result->shape) : std::nullopt;
-    const std::optional<Fitted> small = best({shape, direct, circle}, sample, kPreference, how);
-    if (small) result = all ? small : refine(small->shape, points, kPreference, gx_Refinement());
+    const std::optional<Fitted> small = best({shape, direct, circle}, sample, kPreference, how, {});
+    if (small) result = all ? small : refine(small->shape, points, kPreference, gx_Refinement(), {});
     if (result) result->cost = costOf(result->shape, points);
   } else if (!all) {
-    result = refine(result->shape, points, 0.0, kOfAll);
+    result = refine(result->shape, points, 0.0, kOfAll, {});
   }
 
   // The nearest circle has no smaller sum over all points than the circle nearest to the sample has
   // over the sample.
-  if (circle && !(result && result->cost < costOf(*circle, sample))) {
+  if (arc && !(result && result->cost < arc->cost)) {
     const auto full = all ? arc : circles.fit(points);
     if (full && !(result && result->cost < full->cost))
       result = Fitted{imageOf(full->shape), full->cost};

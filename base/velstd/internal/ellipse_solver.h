@@ -6,6 +6,7 @@
 #include <velstd/vector.h>
 
 #include <cstddef>
+#include <initializer_list>
 #include <optional>
 #include <vector>
 
@@ -39,10 +40,12 @@ class gx_EllipseSolver {
  private:
   using Points = std::vector<gxVector<2>>;
 
-  Fitted refine(const Shape& start, const Points& points, double preference,
-                const gx_Refinement& how) const;
-  std::optional<Fitted> best(const std::vector<std::optional<Shape>>& starts, const Points& points,
-                             double preference, const gx_Refinement& how) const;
+  // Refines a start; where it is on its way to a minimum that is known, not to the end.
+  Fitted refine(const Shape& start, const Points& points, double preference, const gx_Refinement& how,
+                const std::optional<Fitted>& known) const;
+  std::optional<Fitted> best(std::initializer_list<std::optional<Shape>> starts, const Points& points,
+                             double preference, const gx_Refinement& how,
+                             const std::optional<Fitted>& known) const;
 
   bool upright_;
   double rounding_;

@@ -29,13 +29,20 @@ std::array<double, N> largestEigenvector(Matrix<N> m) {
   Matrix<N> vectors{};
   for (std::size_t i = 0; i < N; ++i) vectors[i][i] = 1.0;
   constexpr int kSweeps = 12;  // the off-diagonal elements are squared away after some five
+  double largest = 0.0;
+  for (std::size_t i = 0; i < N; ++i) {
+    for (std::size_t j = 0; j <= i; ++j) largest = std::max(largest, std::fabs(m[i][j]));
+  }
+  const double nothing = largest * 1e-17;  // what cannot be seen beside it any more
   for (int sweep = 0; sweep < kSweeps; ++sweep) {
     for (std::size_t i = 0; i + 1 < N; ++i) {
       for (std::size_t j = i + 1; j < N; ++j) {
-        if (m[i][j] == 0.0) continue;
-        const double angle = 0.5 * std::atan2(2.0 * m[i][j], m[j][j] - m[i][i]);
-        const double c = std::cos(angle);
-        const double s = std::sin(angle);
+        if (!(std::fabs(m[i][j]) > nothing)) continue;
+        // The rotation by the smaller angle: its tangent solves t² + 2 r t = 1.
+        const double r = (m[j][j] - m[i][i]) / (2.0 * m[i][j]);
+        const double t = std::copysign(1.0, r) / (std::fabs(r) + std::sqrt(r * r + 1.0));
+        const double c = 1.0 / std::sqrt(t * t + 1.0);
+        const double s = t * c;
         for (std::size_t k = 0; k < N; ++k) {
           const double first = m[k][i];
           const double second = m[k][j];

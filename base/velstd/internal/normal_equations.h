@@ -23,18 +23,11 @@ struct gx_Refinement {
 /// The normal equations of N unknowns: the sums JᵀJ and Jᵀd over the points, and the sum of d².
 template <std::size_t N>
 struct gx_NormalEquations {
-  std::array<std::array<double, N>, N> matrix{};  ///< JᵀJ; only i >= j is read
-  std::array<double, N> gradient{};               ///< Jᵀd
-  double cost = 0.0;                              ///< Σ d²
+  using Matrix = std::array<std::array<double, N>, N>;
 
-  /// Adds a point of distance d with the given derivatives.
-  void add(const std::array<double, N>& derivatives, double d) {
-    for (std::size_t i = 0; i < N; ++i) {
-      for (std::size_t j = 0; j <= i; ++j) matrix[i][j] += derivatives[i] * derivatives[j];
-      gradient[i] += derivatives[i] * d;
-    }
-    cost += d * d;
-  }
+  Matrix matrix{};                   ///< JᵀJ; only i >= j is read
+  std::array<double, N> gradient{};  ///< Jᵀd
+  double cost = 0.0;                 ///< Σ d²
 
   /// Keeps unknown k where it is.
   void hold(std::size_t k) {
@@ -43,8 +36,8 @@ struct gx_NormalEquations {
   }
 
   /// Solves for the step that least squares proposes, each unknown damped in proportion to its own
-  /// diagonal element.  Returns nothing where the matrix is singular.
-  std::optional<std::array<double, N>> step(double damping) const {
+  /// diagonal element, with `curve` added to the matrix.  Returns nothing where that is not positive.
+  std::optional<std::array<double, N>> step(double damping, const Matrix& curve = {}) const {
     std::array<std::array<double, N>, N> low{};
     double trace = 0.0;
     for (std::size_t i = 0; i < N; ++i) trace += matrix[i][i];
@@ -54,6 +47,7 @@ struct gx_NormalEquations {
       for (std::size_t j = 0; j <= i; ++j) {
         double value = matrix[i][j];
         if (i == j) value += damping * value + floor;
+        value += curve[i][j];
         for (std::size_t k = 0; k < j; ++k) value -= low[i][k] * low[j][k];
         if (i != j) {
           low[i][j] = value / low[j][j];
@@ -87,25 +81,78 @@ struct gx_NormalEquations {
   }
 };
 
+/// The curvature of the cost that JᵀJ leaves out, Σ d d″, learnt from the steps taken: where much distance
+/// is left, JᵀJ alone creeps towards the minimum, or steps over it and back for ever.  After each step the
+/// symmetric correction of rank one that explains the change of the gradient (W. Davidon, "Variance
+/// algorithm for minimization", 1968; J. Dennis, D. Gay and R. Welsch, "An adaptive nonlinear least-squares
+/// algorithm", 1981, for the use beside JᵀJ).
+template <std::size_t N>
+class gx_LearntCurve {
+ public:
+  const typename gx_NormalEquations<N>::Matrix& matrix() const { return matrix_; }
+  bool empty() const { return empty_; }
+  void forget() { *this = {}; }
+
+  void learn(const gx_NormalEquations<N>& here, const gx_NormalEquations<N>& there,
+             const std::array<double, N>& step) {
+    std::array<double, N> left{};
+    double along = 0.0;
+    double leftSquare = 0.0;
+    double stepSquare = 0.0;
+    for (std::size_t i = 0; i < N; ++i) {
+      left[i] = there.gradient[i] - here.gradient[i];
+      for (std::size_t j = 0; j < N; ++j) {
+        const double element =
+            i >= j ? there.matrix[i][j] + matrix_[i][j] : there.matrix[j][i] + matrix_[j][i];
+        left[i] -= element * step[j];
+      }
+      along += left[i] * step[i];
+      leftSquare += left[i] * left[i];
+      stepSquare += step[i] * step[i];
+    }
+    if (!(along * along > kLeastPart * leftSquare * stepSquare)) return;
+    for (std::size_t i = 0; i < N; ++i) {
+      for (std::size_t j = 0; j <= i; ++j) matrix_[i][j] += left[i] * left[j] / along;
+    }
+    empty_ = false;
+  }
+
+ private:
+  // A change of the gradient that is nearly across the step would make a correction of any size.
+  static constexpr double kLeastPart = 1e-8;
+
+  typename gx_NormalEquations<N>::Matrix matrix_{};  // only i >= j
+  bool empty_ = true;
+};
+
 /// Refines a shape until the sum of squared distances stops falling, in at most `most` evaluations.
 ///
 /// `evaluate(shape)` returns the normal equations at a shape, `moved(shape, step)` the shape after a
-/// step, or nothing where that is no shape any more.  Returns the shape with the least cost seen, within
-/// rounding, and its cost.
-template <std::size_t N, class Shape, class Evaluate, class Moved>
+/// step, or nothing where that is no shape any more.  After a step that is taken, `enough(shape, equations)`
+/// may end it.  Returns the shape with the least cost seen, within rounding, and its cost.
+template <std::size_t N, class Shape, class Evaluate, class Moved, class Enough>
 std::pair<Shape, double> gx_LeastSquares(const Shape& start, int most, const gx_Refinement& how,
-                                         const Evaluate& evaluate, const Moved& moved) {
+                                         const Evaluate& evaluate, const Moved& moved,
+                                         const Enough& enough) {
   // A promise below this part may drown in the rounding of the cost: such a step is taken unless the
   // cost rises by more.
   constexpr double kRounding = 1e-10;
   // Given up when a step of no size helps.
   constexpr double kLargestDamping = 1e8;
 
+  // From here on the curvature is learnt; farther away one step tells nothing about the next.
+  constexpr double kLearning = 0.05;
+
   Shape best = start;
   gx_NormalEquations<N> here = evaluate(best);
+  gx_LearntCurve<N> curve;
   double damping = how.damping;
   for (int i = 1; i < most && here.cost > 0.0 && damping < kLargestDamping; ++i) {
-    const auto delta = here.step(damping);
+    auto delta = here.step(damping, curve.matrix());
+    if (!delta && !curve.empty()) {
+      curve.forget();
+      delta = here.step(damping);
+    }
     const double promised = delta ? here.promised(*delta) : 0.0;
     const bool last = delta && promised <= how.lastStep * here.cost;
     if (last && !how.takesLastStep) break;
@@ -114,15 +161,28 @@ std::pair<Shape, double> gx_LeastSquares(const Shape& start, int most, const gx_
     if (next) {
       gx_NormalEquations<N> there = evaluate(*next);
       if (there.cost < here.cost || there.cost < allowed) {
+        if (promised <= kLearning * here.cost) curve.learn(here, there, *delta);
         best = *next;
         here = std::move(there);
         damping *= 0.05;
-        if (last) break;
+        if (last || enough(best, here)) break;
         continue;
       }
     }
     if (last) break;
+    if (!curve.empty()) {
+      curve.forget();
+      continue;
+    }
     damping = std::max(damping, 1e-7) * 10.0;
   }
   return {best, here.cost};
+}
+
+/// The same to the end.
+template <std::size_t N, class Shape, class Evaluate, class Moved>
+std::pair<Shape, double> gx_LeastSquares(const Shape& start, int most, const gx_Refinement& how,
+                                         const Evaluate& evaluate, const Moved& moved) {
+  const auto never = [](const Shape&, const gx_NormalEquations<N>&) { return false; };
+  return gx_LeastSquares<N>(start, most, how, evaluate, moved, never);
 }

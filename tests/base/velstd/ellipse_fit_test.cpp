@@ -318,6 +318,46 @@ TEST(EllipseFit, NoNeighbourIsBetter) {
   }
 }
 
+TEST(EllipseFit, NoNeighbourIsBetterForShapesThatAreNoEllipses) {
+  // Far from any ellipse, but the size is not in doubt: a rectangle, a bent hexagon.
+  const std::vector<Points> corners = {{{0, 0}, {9, 0}, {9, 5}, {0, 5}},
+                                       {{0, 0}, {5, -1}, {9, 2}, {8, 5}, {3, 5}, {-1, 3}}};
+  for (const Points& ring : corners) {
+    SCOPED_TRACE(ring.size());
+    Points points;
+    for (std::size_t k = 0; k < ring.size(); ++k) {
+      const gxVector<2> end = ring[(k + 1) % ring.size()];
+      for (int i = 0; i < 12; ++i) points.push_back(ring[k] + (end - ring[k]) * (i / 12.0));
+    }
+    const auto results = fit(points);
+    const Geom best = results.ellipse().geom();
+    const double least = slowRms(best, points);
+    EXPECT_NEAR(results.residual(), least, 1e-9);
+    EXPECT_LT(least, circleResidual(points));
+    for (const double step : {0.03, -0.03, 1e-3, -1e-3}) {
+      for (int k = 0; k < 5; ++k) {
+        Geom near = best;
+        if (k == 0) near.center += gxVector<2>(step, 0);
+        if (k == 1) near.center += gxVector<2>(0, step);
+        if (k == 2) near.radii += gxVector<2>(step, 0);
+        if (k == 3) near.radii += gxVector<2>(0, step);
+        if (k == 4) near.rotation = gxRadian(near.rotation.toDouble() + step / 5);
+        EXPECT_GE(slowRms(near, points), least * (1 - 1e-9)) << "number " << k << " by " << step;
+      }
+    }
+  }
+}
+
+TEST(EllipseFit, FewPointsOfEveryCountCountOnce) {
+  // Points come eight at a time; each place of the last eight is filled once here.
+  for (int count = 9; count <= 33; ++count) {
+    SCOPED_TRACE(count);
+    const Points points = sample(ellipse({1, 2}, 10, 6, 0.4), {.count = count, .noise = 0.03}, 5);
+    const auto results = fit(points);
+    EXPECT_NEAR(results.residual(), slowRms(results.ellipse().geom(), points), 1e-9);
+  }
+}
+
 TEST(EllipseFit, NeverWorseThanTheCircle) {
   std::mt19937_64 engine(20260201);
   SCOPED_TRACE("seed 20260201");
