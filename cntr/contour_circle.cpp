@@ -12,6 +12,8 @@
 #include <cntr/internal/memory/probe.h>
 #include <cntr/internal/search/farthest_pair.h>
 
+#include <cmath>
+
 namespace {
 
 void circleOf(const std::vector<gxVector<2>>& points, const gx_Pair& pair, gxCircle& circle) {
@@ -33,12 +35,34 @@ gx_Pair farthestOfFew(const std::vector<gxVector<2>>& points) {
   return best;
 }
 
+// The square of the largest distance from the first point, plainly; NaN is passed over.
+double largestSquare(const std::vector<gxVector<2>>& points) {
+  const gxVector<2> first = points.front();
+  double largest[2] = {0.0, 0.0};  // two lanes halve the waiting for the last result
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const gxVector<2> d = first - points[i];
+    const double square = d.x() * d.x() + d.y() * d.y();
+    double& lane = largest[i % 2];
+    lane = square > lane ? square : lane;
+  }
+  return largest[1] > largest[0] ? largest[1] : largest[0];
+}
+
+// The root of the largest square is the largest root, wherever a distance is the plain root of the sum
+// of squares; smaller ones that are not do not matter.
 void circleAroundFirst(const std::vector<gxVector<2>>& points, gxCircle& circle) {
+  constexpr double kSmallestSafeSquare = 1e-270;  // inside the range in which gxVector<2>::len is
+  constexpr double kLargestSafeSquare = 1e290;    // the plain root
   if (points.empty()) return;
+  const double square = largestSquare(points);
   double radius = 0.0;
-  for (const gxVector<2>& p : points) {
-    const double distance = points.front().distance(p);
-    if (distance > radius) radius = distance;
+  if (square >= kSmallestSafeSquare && square <= kLargestSafeSquare) {
+    radius = std::sqrt(square);
+  } else {
+    for (const gxVector<2>& p : points) {
+      const double distance = points.front().distance(p);
+      if (distance > radius) radius = distance;
+    }
   }
   circle = gxCircle(points.front(), radius);
 }

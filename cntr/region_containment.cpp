@@ -12,13 +12,15 @@
 //      the smaller count.
 //
 // Only whether the count is odd matters to containment, and of most points a grid of cells knows that
-// without a ray (internal/index/containment_grid); the others go the way of the ray.  The grid is made when
-// rays have cost about as much.
+// without a ray (internal/index/containment_grid), or, where there is no grid and few points, one look at
+// every edge (internal/search/containment_scan); the others go the way of the ray.  The grid is made when
+// scans and rays have cost about as much.
 //
 // Inside: an odd count, and not in a hole.  A hole asks the same question of itself, with its own
 // holes, so an island in a hole is inside again.  The questions are kept on a list, not on the
 // stack: holes may nest ten thousand deep.  A region that comes up again on its own path would
 // nest for ever.
+#include <cntr/internal/search/containment_scan.h>
 #include <cntr/internal/search/directions.h>
 #include <cntr/region.h>
 
@@ -36,8 +38,8 @@ constexpr double kPi = 3.141592653589793;
 // Within this of a vertex a point counts as on it, and so as inside.
 constexpr double kOnVertex = 1e-6;
 
-// What a ray costs, and one more where it looks at the directions of all vertices; and what rays may
-// cost before a grid is made, which takes 30 ns a point of a smooth outline and up to 400 of a comb or
+// What a ray costs, and one more where it looks at the directions of all vertices; and what rays and scans
+// may cost before a grid is made, which takes 30 ns a point of a smooth outline and up to 400 of a comb or
 // tangle.  In nanoseconds and nanoseconds a point.
 constexpr std::uint64_t kRayEffort = 2000;
 constexpr std::uint64_t kAllDirectionsEffort = 30;
@@ -65,6 +67,10 @@ gxVector<2> throughFirstWideGap(const std::vector<gxVector<2>>& vertices, const 
     if (gap > wide) return {1.0, gxRadian(angles[k] + gap * 0.5)};
   }
   return {1.0, 0.0};
+}
+
+bool scanPays(std::size_t points) {
+  return points >= 3 && points <= gx_kScanPays;
 }
 
 // The regions of the path from the outermost to the one being asked, and the answers of those that were
@@ -148,6 +154,12 @@ bool gxRegion::isInOutline_(const gxVector<2>& point) const {
   if (const gx_ContainmentGrid* grid = containment_()) {
     const Answer answer = grid->locate(points(), point);
     if (answer != Answer::eUnsure) return answer == Answer::eInside;
+  } else if (scanPays(points().size())) {
+    const gxRect box = uprightBox_();
+    if (!box.within(point)) return false;
+    countRays_(gx_scanEffort(points().size()));
+    const Answer answer = gx_scanContainment(points(), box, radiusAroundFirst_(), point);
+    if (answer != Answer::eUnsure) return answer == Answer::eInside;
   }
   return insideCount(point, false) % 2 != 0;
 }
@@ -156,20 +168,15 @@ bool gxRegion::inside(const gxVector<2>& point, bool considerHoles) const {
   return isInOutline_(point) && (!considerHoles || holes_.empty() || isOutsideHoles_(point));
 }
 
-// The grid is looked for until there is one.
 std::vector<bool> gxRegion::inside(const std::vector<gxVector<2>>& points, bool considerHoles) const {
-  using Answer = gx_ContainmentGrid::Answer;
   const bool askHoles = considerHoles && !holes_.empty();
-  const gx_ContainmentGrid* grid = nullptr;
+  const std::size_t size = this->points().size();
   std::vector<bool> result(points.size());
-  const std::uint64_t expected = points.empty() ? 0 : (points.size() - 1) * kRayEffort;
-  if (expected >= kGridEffort * this->points().size()) countRays_(expected);
+  const std::uint64_t each = scanPays(size) ? gx_scanEffort(size) : kRayEffort;
+  const std::uint64_t expected = points.empty() ? 0 : (points.size() - 1) * each;
+  if (expected >= kGridEffort * size) countRays_(expected);
   for (std::size_t i = 0; i < points.size(); ++i) {
-    const gxVector<2>& point = points[i];
-    if (grid == nullptr) grid = containment_();
-    Answer answer = grid != nullptr ? grid->locate(this->points(), point) : Answer::eUnsure;
-    if (answer == Answer::eUnsure && insideCount(point, false) % 2 != 0) answer = Answer::eInside;
-    result[i] = answer == Answer::eInside && (!askHoles || isOutsideHoles_(point));
+    result[i] = isInOutline_(points[i]) && (!askHoles || isOutsideHoles_(points[i]));
   }
   return result;
 }

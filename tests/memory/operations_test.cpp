@@ -112,9 +112,12 @@ void put(Numbers& answer, const gxRect& rect) {
 }
 
 // What nobody remembers yet, and a copy of it that remembers nothing either.
+// The hole is shared by all copies, and what it remembers outlives each of them: its grid is made here.
 Region regionWithHole() {
+  const auto hole = shared(square(-2, 2));
+  hole->inside(std::vector<gxVector<2>>(50), false);
   Region region(round(130));
-  region.holes({shared(square(-2, 2))});
+  region.holes({hole});
   return Region(region);
 }
 

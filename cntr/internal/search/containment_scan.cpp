@@ -1,0 +1,161 @@
+// Even-odd over all edges, four at a time and without a branch.
+//
+// The answer is that of the counted ray under the conditions a to e of
+// internal/index/containment_grid.cpp; each is looked at here for every edge as it comes by:
+//   a. a vertex nearer than its limit, b. an edge nearer than the tolerance;
+//   c. the distance from the first vertex, before the scan (beyond it the ray answers at once);
+//   d, e. the coordinates, by the box.
+// Everything is seen from the point.  With A and B the ends of an edge, the edge crosses the ray along x
+// where the signs of A.y and B.y differ and A × B has the sign of B.y − A.y.  In plain arithmetic the sign
+// of A × B is sure where its magnitude is above 1e-15 of its two products together (three roundings of
+// 1.1e-16 each); where it is not, the scan cannot tell, and no exact test is needed.  A NaN makes every
+// vertex it is in one that is not safely far.
+#include <cntr/internal/search/containment_scan.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+
+namespace {
+
+using Answer = gx_ContainmentGrid::Answer;
+using Points = std::vector<gxVector<2>>;
+
+// As in containment_grid.cpp, with the reasons.
+constexpr double kPi = 3.141592653589793;
+constexpr double kTolerance = 1.1e-6;
+constexpr double kLargestCoordinate = 5e5;
+
+// Three roundings, and something for good measure.
+constexpr double kRoundingOfCross = 1e-15;
+// Products below this have lost digits.
+constexpr double kVanishing = 1e-290;
+
+using Four = double __attribute__((vector_size(32)));
+using Truth = decltype(Four() < Four());
+
+// Code for four, to be compiled for the machine at hand by who calls it.
+#define GX_FOURFOLD __attribute__((always_inline)) inline
+
+struct Ends {
+  Four x;
+  Four y;
+};
+
+// What the edges looked at so far say.
+struct Scan {
+  gxVector<2> point;
+  double nearVertex = 0.0;  // a square
+  Truth odd = {};           // an odd number of them crosses the ray
+  Truth unsure = {};        // one of them came too near
+
+  // The points p[0], p[2], p[1], p[3] in this order, which saves moving them.
+  GX_FOURFOLD void seen(const gxVector<2>* p, Ends& ends) const {
+    const Four from = {point.x(), point.y(), point.x(), point.y()};
+    Four first;
+    Four second;
+    std::memcpy(&first, p, sizeof first);
+    std::memcpy(&second, p + 2, sizeof second);
+    first -= from;
+    second -= from;
+    ends.x = __builtin_shufflevector(first, second, 0, 4, 2, 6);
+    ends.y = __builtin_shufflevector(first, second, 1, 5, 3, 7);
+  }
+
+  // Adds the edges from starts[k] to ends[k].
+  GX_FOURFOLD void add(const gxVector<2>* starts, const gxVector<2>* ends) {
+    const Four none = {};
+    Ends a;
+    Ends b;
+    seen(starts, a);
+    seen(ends, b);
+    const Four dx = b.x - a.x;
+    const Four dy = b.y - a.y;
+    const Four length = dx * dx + dy * dy;
+    const Four left = a.x * b.y;
+    const Four right = a.y * b.x;
+    const Four cross = left - right;
+    const Four magnitude = (left < none ? -left : left) + (right < none ? -right : right);
+    const Four size = cross < none ? -cross : cross;
+    const Truth upward = b.y > none;
+    const Truth crosses = (a.y > none) ^ upward;
+    const Truth footBetween = (a.x * dx + a.y * dy < none) & (b.x * dx + b.y * dy > none);
+    const Truth far = b.x * b.x + b.y * b.y > none + nearVertex;
+    unsure |= ~far;
+    unsure |= footBetween & (cross * cross <= kTolerance * kTolerance * length);
+    unsure |= crosses & ~(size > kRoundingOfCross * magnitude + kVanishing);
+    odd ^= crosses & ((cross > none) ^ ~upward);
+  }
+
+  // Adds all edges.  The last few are filled up with the last point, whose edge to itself crosses nothing.
+  GX_FOURFOLD void addAll(const Points& points) {
+    std::array<gxVector<2>, 8> rest;
+    rest[0] = points.back();
+    std::copy_n(points.begin(), 3, rest.begin() + 1);
+    rest[4] = points[2];
+    add(rest.data(), rest.data() + 1);
+    std::size_t i = 3;
+    for (; i + 4 <= points.size(); i += 4) add(&points[i - 1], &points[i]);
+    if (i == points.size()) return;
+    for (std::size_t k = 0; k < 5; ++k) rest[k] = points[std::min(i - 1 + k, points.size() - 1)];
+    add(rest.data(), rest.data() + 1);
+  }
+
+  Answer answer() const {
+    if ((unsure[0] | unsure[1] | unsure[2] | unsure[3]) != 0) return Answer::eUnsure;
+    return (odd[0] ^ odd[1] ^ odd[2] ^ odd[3]) != 0 ? Answer::eInside : Answer::eOutside;
+  }
+};
+
+#if defined(__x86_64__)
+__attribute__((target("avx2"))) void addByRegistersOfFour(const Points& points, Scan& scan) {
+  scan.addAll(points);
+}
+#endif
+
+void addAsBuilt(const Points& points, Scan& scan) {
+  scan.addAll(points);
+}
+
+bool covered(const gxRect& box) {
+  const gxVector<2> low = box.origin();
+  const gxVector<2> high = box.corner();
+  return low.x() >= -kLargestCoordinate && low.y() >= -kLargestCoordinate &&
+         high.x() <= kLargestCoordinate && high.y() <= kLargestCoordinate;
+}
+
+double square(double x) {
+  return x * x;
+}
+
+// The limit of condition a, for n vertices: the sine of a small angle x is at least x (1 − x² / 6).
+double nearVertex(std::size_t n) {
+  const double angle = kPi / (2.0 * static_cast<double>(n));
+  return std::max(kTolerance / (angle * (1.0 - angle * angle / 6.0)), 3.0 * kTolerance);
+}
+
+}  // namespace
+
+Answer gx_scanContainment(const Points& points, const gxRect& box, double reach,
+                          const gxVector<2>& point, bool wide) {
+  if (!covered(box)) return Answer::eUnsure;
+  if (!box.within(point)) return Answer::eOutside;
+  const gxVector<2> fromFirst = point - points.front();
+  const double distance = fromFirst * fromFirst;
+  if (!(reach > 2.0 * kTolerance && distance < square(reach - 2.0 * kTolerance))) return Answer::eUnsure;
+  Scan scan{point, square(nearVertex(points.size())), {}, {}};
+#if defined(__x86_64__)
+  static const bool possible = __builtin_cpu_supports("avx2");
+  if (wide && possible) {
+    addByRegistersOfFour(points, scan);
+  } else {
+    addAsBuilt(points, scan);
+  }
+#else
+  static_cast<void>(wide);
+  addAsBuilt(points, scan);
+#endif
+  return scan.answer();
+}
