@@ -20,7 +20,7 @@
 #include <benchmark/benchmark.h>
 #include <cntr/region.h>
 #include <cntr/shapestat.h>
-#include <gauge/measure.h>
+#include <gauge/measure_many.h>
 #include <velstd/archive.h>
 
 #include <algorithm>
@@ -234,6 +234,65 @@ void addOurs() {
   });
 }
 
+// ---- Ours, all in one call ------------------------------------------------------------------------
+
+// Points one after the other, and where each list begins.
+struct Ragged {
+  explicit Ragged(const std::vector<Points>& lists) {
+    for (const Points& list : lists) {
+      points.insert(points.end(), list.begin(), list.end());
+      offsets.push_back(points.size());
+    }
+  }
+  gxOutlines all() const { return {points, offsets}; }
+
+  Points points;
+  std::vector<std::size_t> offsets{0};
+};
+
+const Ragged& raggedOutlines() {
+  static const Ragged all(gx_smallOutlines());
+  return all;
+}
+const Ragged& raggedQueries() {
+  static const Ragged all(queries());
+  return all;
+}
+
+void addOursTogether() {
+  const auto add = [](const char* row, const Pass& pass) {
+    rows()[row].parties.push_back({"ours_many", pass});
+  };
+  add("area_centre", [] {
+    const gxMeasureColumns c = gfMeasureMany(raggedOutlines().all());
+    double sum = 0.0;
+    for (std::size_t k = 0; k < c.size(); ++k) sum += c.area[k] + c.centreX[k];
+    return sum;
+  });
+  add("measures", [] {
+    const gxMeasureColumns c = gfMeasureMany(raggedOutlines().all());
+    double sum = 0.0;
+    for (std::size_t k = 0; k < c.size(); ++k) {
+      sum += measuresOf(c.area[k], c.length[k], c.boxXMax[k] - c.boxXMin[k], c.centreX[k],
+                        c.moment20[k] + c.moment02[k]);
+    }
+    return sum;
+  });
+  add("hull", [] {
+    const gxEnclosureColumns c = gfEncloseMany(raggedOutlines().all());
+    double sum = 0.0;
+    for (std::size_t k = 0; k < c.size(); ++k) sum += static_cast<double>(c.hullSize[k]);
+    return sum;
+  });
+  add("inside_ten", [] {
+    double sum = 0.0;
+    for (const gxState state : gfLocateMany(raggedOutlines().all(), raggedQueries().all())) {
+      sum += asNumber(state != gxState::eOutside);
+    }
+    return sum;
+  });
+}
+
 // ---- OpenCV --------------------------------------------------------------------------------------
 
 #ifdef GXSHAPE_HAVE_OPENCV
@@ -420,6 +479,7 @@ void addCereal() {}
 [[maybe_unused]] const bool kRegistered = [] {
   setRows();
   addOurs();
+  addOursTogether();
   addOpencv();
   addBoost();
   addGeos();

@@ -2,14 +2,13 @@
 // added in blocks, so that a million of them lose no digits.
 #include <cntr/internal/outline/edge_walk.h>
 #include <gauge/internal/border_length.h>
+#include <gauge/internal/edge_terms.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 
 namespace {
-
-constexpr std::size_t kBlock = 64;
 
 double lengthOf(const gxVector<2>& a, const gxVector<2>& b) {
   const gxVector<2> d = b - a;
@@ -26,7 +25,7 @@ double gx_ringLength(const gx_Ring& ring, const gx_Frame& frame) {
   gxVector<2> a = frame.scaled(points[0]);
   for (std::size_t i = 1; i < points.size();) {
     double block = 0.0;
-    for (const std::size_t end = std::min(i + kBlock, points.size()); i < end; ++i) {
+    for (const std::size_t end = std::min(i + gx_kLengthBlock, points.size()); i < end; ++i) {
       const gxVector<2> b = frame.scaled(points[i]);
       block += lengthOf(a, b);
       a = b;

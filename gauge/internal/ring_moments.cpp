@@ -9,6 +9,7 @@
 //
 // (Raw moments about the origin of the coordinates, subtracted in the end, lose twice the digits of offset
 // over size in the second order, and three times in the third: nothing is left at 1e6.)
+#include <gauge/internal/edge_terms.h>
 #include <gauge/internal/ring_moments.h>
 
 #include <algorithm>
@@ -18,47 +19,37 @@
 
 namespace {
 
-constexpr std::size_t kBlock = 32;
+using Sums = std::array<double, 10>;  // as in ring_moments.h
 
-// m00, m10, m01, m20, m11, m02, m30, m21, m12, m03, each times 2, 6, 6, 12, 24, 12, 20, 60, 60, 20.
-using Sums = std::array<double, 10>;
-
-// A sum that keeps what rounding takes away (D. Knuth's exact sum of two).
+// The sums behind a block of edges added up, with what rounding took from them.
 class Kept {
  public:
   void add(const Sums& terms, std::size_t count) {
-    for (std::size_t k = 0; k < count; ++k) {
-      const double sum = high_[k] + terms[k];
-      const double part = sum - high_[k];
-      low_[k] += (high_[k] - (sum - part)) + (terms[k] - part);
-      high_[k] = sum;
-    }
+    for (std::size_t k = 0; k < count; ++k) sums_[k].add(terms[k]);
   }
-  double operator[](std::size_t k) const { return high_[k] + low_[k]; }
+  Sums total() const {
+    Sums result{};
+    for (std::size_t k = 0; k < result.size(); ++k) result[k] = sums_[k].high + sums_[k].low;
+    return result;
+  }
 
  private:
-  Sums high_{};
-  Sums low_{};
+  std::array<gx_KeptSum<double>, 10> sums_;
 };
 
 template <bool third>
 inline void addEdge(const gxVector<2>& a, const gxVector<2>& b, Sums& s) {
-  const double w = a.x() * b.y() - b.x() * a.y();
-  const double x = a.x() + b.x();
-  const double y = a.y() + b.y();
-  const double ax2 = a.x() * a.x();
-  const double bx2 = b.x() * b.x();
-  const double ay2 = a.y() * a.y();
-  const double by2 = b.y() * b.y();
-  const double axx = a.x() * b.x();
-  const double ayy = a.y() * b.y();
-  s[0] += w;
-  s[1] += w * x;
-  s[2] += w * y;
-  s[3] += w * (ax2 + axx + bx2);
-  s[4] += w * (x * y + a.x() * a.y() + b.x() * b.y());
-  s[5] += w * (ay2 + ayy + by2);
+  gx_addToMoments<double>({a.x(), a.y()}, {b.x(), b.y()}, s.data());
   if constexpr (third) {
+    const double w = a.x() * b.y() - b.x() * a.y();
+    const double x = a.x() + b.x();
+    const double y = a.y() + b.y();
+    const double ax2 = a.x() * a.x();
+    const double bx2 = b.x() * b.x();
+    const double ay2 = a.y() * a.y();
+    const double by2 = b.y() * b.y();
+    const double axx = a.x() * b.x();
+    const double ayy = a.y() * b.y();
     s[6] += w * (x * (ax2 + bx2));
     s[7] += w * (ax2 * (y + 2.0 * a.y()) + 2.0 * axx * y + bx2 * (y + 2.0 * b.y()));
     s[8] += w * (ay2 * (x + 2.0 * a.x()) + 2.0 * ayy * x + by2 * (x + 2.0 * b.x()));
@@ -68,21 +59,21 @@ inline void addEdge(const gxVector<2>& a, const gxVector<2>& b, Sums& s) {
 
 // The sums over all edges that do not touch the first point; those that do enclose nothing with it.
 template <bool third>
-Kept sumsOf(std::span<const gxVector<2>> points, const gx_Frame& frame) {
+Sums sumsOf(std::span<const gxVector<2>> points, const gx_Frame& frame) {
   Kept kept;
-  if (points.size() < 3) return kept;
+  if (points.size() < 3) return {};
   const gxVector<2> first = frame.scaled(points[0]);
   gxVector<2> a = frame.scaled(points[1]) - first;
   for (std::size_t i = 2; i < points.size();) {
     Sums block{};
-    for (const std::size_t end = std::min(i + kBlock, points.size()); i < end; ++i) {
+    for (const std::size_t end = std::min(i + gx_kMomentBlock, points.size()); i < end; ++i) {
       const gxVector<2> b = frame.scaled(points[i]) - first;
       addEdge<third>(a, b, block);
       a = b;
     }
     kept.add(block, third ? 10 : 6);
   }
-  return kept;
+  return kept.total();
 }
 
 }  // namespace
@@ -101,8 +92,14 @@ void gx_MomentSums::shift(const gxVector<2>& d) {
 
 gx_MomentSums gx_ringMoments(std::span<const gxVector<2>> points, const gx_Frame& frame,
                              const gxVector<2>& from, bool thirdOrder) {
+  const Sums sums = thirdOrder ? sumsOf<true>(points, frame) : sumsOf<false>(points, frame);
+  if (sums[0] == 0.0) return {};
+  return gx_ringMomentsFrom(sums, frame.scaled(points[0]) - frame.scaled(from), thirdOrder);
+}
+
+gx_MomentSums gx_ringMomentsFrom(const std::array<double, 10>& sums, const gxVector<2>& first,
+                                 bool thirdOrder) {
   gx_MomentSums result;
-  const Kept sums = thirdOrder ? sumsOf<true>(points, frame) : sumsOf<false>(points, frame);
   const double sign = sums[0] < 0.0 ? -1.0 : 1.0;
   result.area = sign * sums[0] / 2.0;
   if (result.area == 0.0) return result;
@@ -122,7 +119,7 @@ gx_MomentSums gx_ringMoments(std::span<const gxVector<2>> points, const gx_Frame
     result.m12 = sign * sums[8] / 60.0 - 2.0 * y * result.m11 - x * result.m02 - result.area * x * y * y;
     result.m03 = sign * sums[9] / 20.0 - 3.0 * y * result.m02 - result.area * y * y * y;
   }
-  result.centre = (frame.scaled(points[0]) - frame.scaled(from)) + c;
+  result.centre = first + c;
   return result;
 }
 

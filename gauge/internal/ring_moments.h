@@ -6,6 +6,7 @@
 #include <gauge/internal/rings.h>
 #include <velstd/vector.h>
 
+#include <array>
 #include <span>
 #include <vector>
 
@@ -25,6 +26,11 @@ struct gx_MomentSums {
 /// asked for; the centre seen from `from`, a point in the coordinates of the ring.
 GXSHAPE_API gx_MomentSums gx_ringMoments(std::span<const gxVector<2>> points, const gx_Frame& frame,
                                          const gxVector<2>& from, bool thirdOrder);
+
+/// Returns the same from the sums over its edges: m00, m10, m01, m20, m11, m02, m30, m21, m12, m03 about its
+/// first point, each times 2, 6, 6, 12, 24, 12, 20, 60, 60, 20; `first` is where that point lies.
+GXSHAPE_API gx_MomentSums gx_ringMomentsFrom(const std::array<double, 10>& sums,
+                                             const gxVector<2>& first, bool thirdOrder);
 
 /// Returns the moments of rings together, odd depths taken away, about their common centre.
 GXSHAPE_API gx_MomentSums gx_momentsOf(const std::vector<gx_Ring>& rings, const gx_Frame& frame,

@@ -1,0 +1,414 @@
+// Many outlines, four side by side.
+//
+//  1. Of 64 outlines in a row, those that are ordinary (at least three points, finite, not all on one line)
+//     are put in the order of their sizes; the others are measured one by one.
+//  2. Four of about the same size go through the loops of length and moments together, one in each lane:
+//     every lane does what the single form does, in its order, so that each outline keeps its bits.  An
+//     outline that ends before the longest of the four goes on with its last point, an edge of length 0
+//     with moments 0, which changes no sum.  (In one outline four edges at a time would be faster still,
+//     but the sums would be others.)
+//  3. Where a lane meets an edge so short that its length must be computed with care, or a scale at the ends
+//     of the range, the four are measured one by one.
+#include <cntr/contourdefs.h>
+#include <gauge/descriptors.h>
+#include <gauge/enclosing.h>
+#include <gauge/internal/edge_terms.h>
+#include <gauge/internal/frame.h>
+#include <gauge/internal/hull.h>
+#include <gauge/internal/ring_moments.h>
+#include <gauge/measure.h>
+#include <gauge/measure_many.h>
+#include <gauge/moments.h>
+#include <velstd/orientation.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+#if defined(__SSE2__)
+#  include <emmintrin.h>
+#endif
+
+namespace {
+
+constexpr double kNaN = gxMeasure::kNaN;
+
+// So many outlines are put in order at a time.
+constexpr std::size_t kChunk = 64;
+
+using Points = std::span<const gxVector<2>>;
+using Four = double __attribute__((vector_size(32)));
+using Corners = gx_Corner<Four>;
+
+// ---- One row -------------------------------------------------------------------------------------
+
+struct Second {
+  double m20 = 0.0;
+  double m11 = 0.0;
+  double m02 = 0.0;
+};
+
+void putRow(const gxMeasure& m, const Second& moments, std::size_t k, gxMeasureColumns& c) {
+  c.status[k] = m.status;
+  c.area[k] = m.area;
+  c.length[k] = m.length;
+  c.centreX[k] = m.centre.x();
+  c.centreY[k] = m.centre.y();
+  c.boxXMin[k] = m.low.x();
+  c.boxYMin[k] = m.low.y();
+  c.boxXMax[k] = m.high.x();
+  c.boxYMax[k] = m.high.y();
+  c.moment20[k] = moments.m20;
+  c.moment11[k] = moments.m11;
+  c.moment02[k] = moments.m02;
+}
+
+void measureOne(Points points, std::size_t k, gxMeasureColumns& columns) {
+  const gxMoments moments = gfMoments(points);
+  putRow(gfMeasure(points), {moments.moment20, moments.moment11, moments.moment02}, k, columns);
+}
+
+void putInvalid(std::size_t k, gxMeasureColumns& columns) {
+  gxMeasure none;
+  none.status = gxStatus::eBadArgument;
+  none.area = none.length = kNaN;
+  putRow(none, {kNaN, kNaN, kNaN}, k, columns);
+}
+
+// ---- Four side by side ---------------------------------------------------------------------------
+
+// An ordinary outline on its way.
+struct Lane {
+  Points points;
+  std::size_t row = 0;
+  gx_Box box;
+  gx_Frame frame;
+  double scale = 1.0;  // a power of two; what the frame multiplies by, where that is one factor
+};
+
+struct Sums {
+  std::array<std::array<double, 10>, 4> moments{};
+  std::array<double, 4> length{};
+};
+
+// The points of four outlines, scaled.
+class Quartet {
+ public:
+  GX_SIDE_BY_SIDE explicit Quartet(const Lane* lanes) {
+    for (std::size_t k = 0; k < 4; ++k) {
+      points_[k] = lanes[k].points.data();
+      last_[k] = lanes[k].points.size() - 1;
+      longest_ = std::max(longest_, lanes[k].points.size());
+      scale_[k] = lanes[k].scale;
+    }
+  }
+
+  std::size_t longest() const { return longest_; }
+
+  // The points number i; of an outline that has ended, its last.
+  GX_SIDE_BY_SIDE void at(std::size_t i, Corners& corners) const {
+    const gxVector<2>& p = points_[0][std::min(i, last_[0])];
+    const gxVector<2>& q = points_[1][std::min(i, last_[1])];
+    const gxVector<2>& r = points_[2][std::min(i, last_[2])];
+    const gxVector<2>& s = points_[3][std::min(i, last_[3])];
+    corners.x = Four{p.x(), q.x(), r.x(), s.x()} * scale_;
+    corners.y = Four{p.y(), q.y(), r.y(), s.y()} * scale_;
+  }
+
+ private:
+  const gxVector<2>* points_[4];
+  std::size_t last_[4];
+  std::size_t longest_ = 0;
+  Four scale_ = {};
+};
+
+GX_SIDE_BY_SIDE void takeRoots(Four& v) {
+#if defined(__SSE2__)
+  const __m128d low = _mm_sqrt_pd(_mm_setr_pd(v[0], v[1]));
+  const __m128d high = _mm_sqrt_pd(_mm_setr_pd(v[2], v[3]));
+  v = Four{low[0], low[1], high[0], high[1]};
+#else
+  v = Four{std::sqrt(v[0]), std::sqrt(v[1]), std::sqrt(v[2]), std::sqrt(v[3])};
+#endif
+}
+
+// The lengths of the edges from a to b as the plain roots; false in `plain` where one of them is not, but
+// for edges without length.
+template <class Truth>
+GX_SIDE_BY_SIDE void addLengths(const Corners& a, const Corners& b, Four& sum, Truth& plain) {
+  const Four none = {};
+  const Four dx = b.x - a.x;
+  const Four dy = b.y - a.y;
+  Four square = dx * dx + dy * dy;
+  plain &= (square > none + 1e-280) | ((dx == none) & (dy == none));
+  takeRoots(square);
+  sum += square;
+}
+
+// As gx_ringLength and the sums of gx_ringMoments do it for each.
+GX_SIDE_BY_SIDE bool sumUp(const Lane* lanes, Sums& sums) {
+  const Quartet four(lanes);
+  Corners first;
+  Corners a;
+  Corners b;
+  Four length = {};
+  auto plain = length == length;
+  Corners closing;
+  for (std::size_t k = 0; k < 4; ++k) {
+    const gxVector<2> last = lanes[k].frame.scaled(lanes[k].points.back());
+    closing.x[k] = last.x();
+    closing.y[k] = last.y();
+  }
+  four.at(0, first);
+  addLengths(closing, first, length, plain);
+  a = first;
+  for (std::size_t i = 1; i < four.longest();) {
+    Four block = {};
+    for (const std::size_t end = std::min(i + gx_kLengthBlock, four.longest()); i < end; ++i) {
+      four.at(i, b);
+      addLengths(a, b, block, plain);
+      a = b;
+    }
+    length += block;
+  }
+  gx_KeptSum<Four> kept[6];
+  four.at(1, a);
+  a = {a.x - first.x, a.y - first.y};
+  for (std::size_t i = 2; i < four.longest();) {
+    Four block[6] = {};
+    for (const std::size_t end = std::min(i + gx_kMomentBlock, four.longest()); i < end; ++i) {
+      four.at(i, b);
+      b = {b.x - first.x, b.y - first.y};
+      gx_addToMoments(a, b, block);
+      a = b;
+    }
+    for (std::size_t k = 0; k < 6; ++k) kept[k].add(block[k]);
+  }
+  for (std::size_t lane = 0; lane < 4; ++lane) {
+    for (std::size_t k = 0; k < 6; ++k) sums.moments[lane][k] = kept[k].high[lane] + kept[k].low[lane];
+    sums.length[lane] = length[lane];
+  }
+  return (plain[0] & plain[1] & plain[2] & plain[3]) != 0;
+}
+
+#if defined(__x86_64__)
+__attribute__((target("avx2"))) bool sumUpByRegistersOfFour(const Lane* lanes, Sums& sums) {
+  return sumUp(lanes, sums);
+}
+#endif
+
+bool sumUpAsBuilt(const Lane* lanes, Sums& sums) {
+  return sumUp(lanes, sums);
+}
+
+bool sumUpFour(const Lane* lanes, Sums& sums) {
+#if defined(__x86_64__)
+  static const bool wide = __builtin_cpu_supports("avx2");
+  if (wide) return sumUpByRegistersOfFour(lanes, sums);
+#endif
+  return sumUpAsBuilt(lanes, sums);
+}
+
+void finish(const Lane& lane, const std::array<double, 10>& terms, double length,
+            gxMeasureColumns& columns) {
+  const gx_Frame& frame = lane.frame;
+  const gxVector<2> first = frame.scaled(lane.points[0]);
+  const gx_MomentSums sums = gx_ringMomentsFrom(terms, first - first, false);
+  if (sums.area == 0.0) {
+    measureOne(lane.points, lane.row, columns);
+    return;
+  }
+  gxMeasure m;
+  m.status = gxStatus::eOk;
+  m.length = frame.lengthFrom(length);
+  m.low = {lane.box.lowX, lane.box.lowY};
+  m.high = {lane.box.highX, lane.box.highY};
+  m.area = frame.areaFrom(sums.area);
+  m.centre = frame.unscaled(first + sums.centre);
+  const auto fourth = [&frame](double value) { return frame.areaFrom(frame.areaFrom(value)); };
+  putRow(m, {fourth(sums.m20), fourth(sums.m11), fourth(sums.m02)}, lane.row, columns);
+}
+
+void measureFour(const Lane* lanes, gxMeasureColumns& columns) {
+  Sums sums;
+  const bool within = std::all_of(lanes, lanes + 4, [](const Lane& lane) {
+    return lane.scale >= 0x1p-1000 && lane.scale <= 0x1p1000;
+  });
+  const bool plain = within && sumUpFour(lanes, sums);
+  for (std::size_t k = 0; k < 4; ++k) {
+    if (plain) {
+      finish(lanes[k], sums.moments[k], sums.length[k], columns);
+    } else {
+      measureOne(lanes[k].points, lanes[k].row, columns);
+    }
+  }
+}
+
+// Up to kChunk outlines.
+void measureChunk(const gxOutlines& outlines, std::size_t first, std::size_t last,
+                  gxMeasureColumns& columns) {
+  std::array<Points, kChunk> ordinary;
+  std::array<std::size_t, kChunk> rows{};
+  std::size_t count = 0;
+  for (std::size_t k = first; k < last; ++k) {
+    const Points points = outlines[k];
+    if (!outlines.valid(k)) {
+      putInvalid(k, columns);
+    } else if (points.size() < 3 || !gx_allFinite(points) || gx_onOneLine(points)) {
+      measureOne(points, k, columns);
+    } else {
+      rows[count++] = k;
+    }
+  }
+  std::sort(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(count),
+            [&outlines](std::size_t a, std::size_t b) {
+              const std::size_t sizeA = outlines[a].size();
+              const std::size_t sizeB = outlines[b].size();
+              return sizeA != sizeB ? sizeA < sizeB : a < b;
+            });
+  std::size_t i = 0;
+  for (; i + 4 <= count; i += 4) {
+    std::array<Lane, 4> lanes;
+    for (std::size_t k = 0; k < 4; ++k) {
+      lanes[k].row = rows[i + k];
+      lanes[k].points = outlines[rows[i + k]];
+      lanes[k].box = gx_boxOf(lanes[k].points);
+      lanes[k].frame = gx_Frame(lanes[k].box);
+      lanes[k].scale = lanes[k].frame.scaled({1.0, 1.0}).x();
+    }
+    measureFour(lanes.data(), columns);
+  }
+  for (; i < count; ++i) measureOne(outlines[rows[i]], rows[i], columns);
+}
+
+template <class Columns>
+void checkRows(const Columns& columns, std::size_t last) {
+  if (columns.size() < last) throw gxContourDefs::BadParams(L"the columns are shorter than the range");
+}
+
+// ---- Places --------------------------------------------------------------------------------------
+
+bool isFinite(const gxVector<2>& p) {
+  return std::isfinite(p.x()) && std::isfinite(p.y());
+}
+
+// Even-odd, exactly: an edge holds its lower end's level but not its upper end's.
+gxState stateOf(Points points, const gxVector<2>& p) {
+  bool odd = false;
+  const gxVector<2>* a = &points.back();
+  for (const gxVector<2>& b : points) {
+    const bool aboveA = a->y() > p.y();
+    const bool aboveB = b.y() > p.y();
+    if (aboveA != aboveB) {
+      const int side = gx_Orientation(*a, b, p);
+      if (side == 0) return gxState::eBorder;
+      odd ^= (side > 0) == aboveB;
+    } else if (b.y() == p.y()) {
+      const bool holds = std::min(a->x(), b.x()) <= p.x() && p.x() <= std::max(a->x(), b.x());
+      if (b.x() == p.x() || (a->y() == p.y() && holds)) return gxState::eBorder;
+    }
+    a = &b;
+  }
+  return odd ? gxState::eInside : gxState::eOutside;
+}
+
+void locateList(Points outline, Points queries, std::span<gxState> states) {
+  const bool answers = !outline.empty() && gx_allFinite(outline);
+  for (std::size_t j = 0; j < queries.size(); ++j) {
+    states[j] = answers && isFinite(queries[j]) ? stateOf(outline, queries[j]) : gxState::eOutside;
+  }
+}
+
+// ---- Enclosures ----------------------------------------------------------------------------------
+
+void encloseOne(const gxOutlines& outlines, std::size_t k, gxEnclosureColumns& c) {
+  const Points points = outlines[k];
+  gxEnclosingCircle circle = gfEnclosingCircle(points);
+  double area = 0.0;
+  double diameter = 0.0;
+  long corners = 0;
+  if (!outlines.valid(k)) circle.status = gxStatus::eBadArgument;
+  if (circle.status == gxStatus::eBadArgument) {
+    area = diameter = circle.radius = kNaN;
+  } else if (circle.status == gxStatus::eNotFinite) {
+    area = diameter = kNaN;
+  } else if (!points.empty()) {
+    const gx_Hull hull(points);
+    corners = static_cast<long>(hull.size());
+    area = hull.size() < 3 ? 0.0 : hull.frame().areaFrom(hull.area());
+    diameter = hull.frame().lengthFrom(hull.greatest().width);
+  }
+  c.status[k] = circle.status;
+  c.hullSize[k] = corners;
+  c.hullArea[k] = area;
+  c.diameter[k] = diameter;
+  c.circleX[k] = circle.centre.x();
+  c.circleY[k] = circle.centre.y();
+  c.circleRadius[k] = circle.radius;
+}
+
+}  // namespace
+
+void gxMeasureColumns::resize(std::size_t rows) {
+  status.resize(rows, gxStatus::eEmpty);
+  for (auto* column : {&area, &length, &moment20, &moment11, &moment02}) column->resize(rows, 0.0);
+  for (auto* column : {&centreX, &centreY, &boxXMin, &boxYMin, &boxXMax, &boxYMax}) {
+    column->resize(rows, kNaN);
+  }
+}
+
+gxMeasureColumns gfMeasureMany(const gxOutlines& outlines) {
+  gxMeasureColumns columns;
+  columns.resize(outlines.size());
+  gfMeasureMany(outlines, 0, outlines.size(), columns);
+  return columns;
+}
+
+void gfMeasureMany(const gxOutlines& outlines, std::size_t first, std::size_t last,
+                   gxMeasureColumns& columns) {
+  last = std::min(last, outlines.size());
+  checkRows(columns, last);
+  for (std::size_t k = first; k < last; k += kChunk) {
+    measureChunk(outlines, k, std::min(k + kChunk, last), columns);
+  }
+}
+
+std::vector<gxState> gfLocateMany(const gxOutlines& outlines, const gxOutlines& queries) {
+  std::vector<gxState> states(queries.points().size(), gxState::eOutside);
+  gfLocateMany(outlines, queries, 0, outlines.size(), states);
+  return states;
+}
+
+void gfLocateMany(const gxOutlines& outlines, const gxOutlines& queries, std::size_t first,
+                  std::size_t last, std::span<gxState> states) {
+  if (states.size() < queries.points().size()) {
+    throw gxContourDefs::BadParams(L"fewer states than points to locate");
+  }
+  last = std::min({last, outlines.size(), queries.size()});
+  for (std::size_t k = first; k < last; ++k) {
+    const Points asked = queries[k];
+    if (!asked.empty()) locateList(outlines[k], asked, states.subspan(queries.offset(k), asked.size()));
+  }
+}
+
+void gxEnclosureColumns::resize(std::size_t rows) {
+  status.resize(rows, gxStatus::eEmpty);
+  hullSize.resize(rows, 0);
+  for (auto* column : {&hullArea, &diameter, &circleRadius}) column->resize(rows, 0.0);
+  for (auto* column : {&circleX, &circleY}) column->resize(rows, kNaN);
+}
+
+gxEnclosureColumns gfEncloseMany(const gxOutlines& outlines) {
+  gxEnclosureColumns columns;
+  columns.resize(outlines.size());
+  gfEncloseMany(outlines, 0, outlines.size(), columns);
+  return columns;
+}
+
+void gfEncloseMany(const gxOutlines& outlines, std::size_t first, std::size_t last,
+                   gxEnclosureColumns& columns) {
+  last = std::min(last, outlines.size());
+  checkRows(columns, last);
+  for (std::size_t k = first; k < last; ++k) encloseOne(outlines, k, columns);
+}
