@@ -25,6 +25,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
 
 #if defined(__SSE2__)
 #  include <emmintrin.h>
@@ -108,15 +109,25 @@ class Quartet {
 
   // The points number i; of an outline that has ended, its last.
   GX_SIDE_BY_SIDE void at(std::size_t i, Corners& corners) const {
-    const gxVector<2>& p = points_[0][std::min(i, last_[0])];
-    const gxVector<2>& q = points_[1][std::min(i, last_[1])];
-    const gxVector<2>& r = points_[2][std::min(i, last_[2])];
-    const gxVector<2>& s = points_[3][std::min(i, last_[3])];
-    corners.x = Four{p.x(), q.x(), r.x(), s.x()} * scale_;
-    corners.y = Four{p.y(), q.y(), r.y(), s.y()} * scale_;
+    const Pair p = pair(0, i);
+    const Pair q = pair(1, i);
+    const Pair r = pair(2, i);
+    const Pair s = pair(3, i);
+    const Four pr = __builtin_shufflevector(p, r, 0, 1, 2, 3);
+    const Four qs = __builtin_shufflevector(q, s, 0, 1, 2, 3);
+    corners.x = __builtin_shufflevector(pr, qs, 0, 4, 2, 6) * scale_;
+    corners.y = __builtin_shufflevector(pr, qs, 1, 5, 3, 7) * scale_;
   }
 
  private:
+  using Pair = double __attribute__((vector_size(16)));
+
+  GX_SIDE_BY_SIDE Pair pair(std::size_t lane, std::size_t i) const {
+    Pair result;
+    std::memcpy(&result, points_[lane] + std::min(i, last_[lane]), sizeof result);
+    return result;
+  }
+
   const gxVector<2>* points_[4];
   std::size_t last_[4];
   std::size_t longest_ = 0;
@@ -146,45 +157,58 @@ GX_SIDE_BY_SIDE void addLengths(const Corners& a, const Corners& b, Four& sum, T
   sum += square;
 }
 
+// The end of the points that belong to the same blocks of both sums as point i, 2 or more: those of the
+// lengths begin with point 1, those of the moments with point 2.
+constexpr std::size_t endOfBlocks(std::size_t i) {
+  const std::size_t lengths = ((i - 1) / gx_kLengthBlock + 1) * gx_kLengthBlock + 1;
+  const std::size_t moments = ((i - 2) / gx_kMomentBlock + 1) * gx_kMomentBlock + 2;
+  return std::min(lengths, moments);
+}
+
 // As gx_ringLength and the sums of gx_ringMoments do it for each.
 GX_SIDE_BY_SIDE bool sumUp(const Lane* lanes, Sums& sums) {
   const Quartet four(lanes);
-  Corners first;
-  Corners a;
-  Corners b;
-  Four length = {};
-  auto plain = length == length;
   Corners closing;
   for (std::size_t k = 0; k < 4; ++k) {
     const gxVector<2> last = lanes[k].frame.scaled(lanes[k].points.back());
     closing.x[k] = last.x();
     closing.y[k] = last.y();
   }
+  Corners first;
+  Corners before;
   four.at(0, first);
+  four.at(1, before);
+  Four length = {};
+  Four lengths = {};
+  auto plain = length < length + 1.0;  // true of all
   addLengths(closing, first, length, plain);
-  a = first;
-  for (std::size_t i = 1; i < four.longest();) {
-    Four block = {};
-    for (const std::size_t end = std::min(i + gx_kLengthBlock, four.longest()); i < end; ++i) {
-      four.at(i, b);
-      addLengths(a, b, block, plain);
-      a = b;
-    }
-    length += block;
-  }
+  addLengths(first, before, lengths, plain);
+  Corners a = {before.x - first.x, before.y - first.y};
   gx_KeptSum<Four> kept[6];
-  four.at(1, a);
-  a = {a.x - first.x, a.y - first.y};
+  Four moments[6] = {};
   for (std::size_t i = 2; i < four.longest();) {
-    Four block[6] = {};
-    for (const std::size_t end = std::min(i + gx_kMomentBlock, four.longest()); i < end; ++i) {
-      four.at(i, b);
-      b = {b.x - first.x, b.y - first.y};
-      gx_addToMoments(a, b, block);
+    for (const std::size_t end = std::min(endOfBlocks(i), four.longest()); i < end; ++i) {
+      Corners here;
+      four.at(i, here);
+      addLengths(before, here, lengths, plain);
+      const Corners b = {here.x - first.x, here.y - first.y};
+      gx_addToMoments(a, b, moments);
+      before = here;
       a = b;
     }
-    for (std::size_t k = 0; k < 6; ++k) kept[k].add(block[k]);
+    if ((i - 1) % gx_kLengthBlock == 0) {
+      length += lengths;
+      lengths = Four{};
+    }
+    if ((i - 2) % gx_kMomentBlock == 0) {
+      for (std::size_t k = 0; k < 6; ++k) {
+        kept[k].add(moments[k]);
+        moments[k] = Four{};
+      }
+    }
   }
+  length += lengths;
+  for (std::size_t k = 0; k < 6; ++k) kept[k].add(moments[k]);
   for (std::size_t lane = 0; lane < 4; ++lane) {
     for (std::size_t k = 0; k < 6; ++k) sums.moments[lane][k] = kept[k].high[lane] + kept[k].low[lane];
     sums.length[lane] = length[lane];
@@ -214,7 +238,7 @@ void finish(const Lane& lane, const std::array<double, 10>& terms, double length
             gxMeasureColumns& columns) {
   const gx_Frame& frame = lane.frame;
   const gxVector<2> first = frame.scaled(lane.points[0]);
-  const gx_MomentSums sums = gx_ringMomentsFrom(terms, first - first, false);
+  const gx_MomentSums sums = gx_ringMomentsFrom(terms, {0.0, 0.0}, false);
   if (sums.area == 0.0) {
     measureOne(lane.points, lane.row, columns);
     return;
@@ -248,7 +272,6 @@ void measureFour(const Lane* lanes, gxMeasureColumns& columns) {
 // Up to kChunk outlines.
 void measureChunk(const gxOutlines& outlines, std::size_t first, std::size_t last,
                   gxMeasureColumns& columns) {
-  std::array<Points, kChunk> ordinary;
   std::array<std::size_t, kChunk> rows{};
   std::size_t count = 0;
   for (std::size_t k = first; k < last; ++k) {

@@ -5,6 +5,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+
+#if defined(__SSE2__)
+#  include <emmintrin.h>
+#endif
 
 bool gx_allFinite(std::span<const gxVector<2>> points) {
   // Zero times a finite number is 0, times any other NaN; four sums run side by side.
@@ -23,17 +28,49 @@ bool gx_allFinite(std::span<const gxVector<2>> points) {
   return (sums[0] + sums[1]) + (sums[2] + sums[3]) == 0.0;
 }
 
+namespace {
+
+#if defined(__SSE2__)
+// A box as gx_Box::add widens it, both coordinates in one register: of two, the minimum and maximum
+// instructions take the first where it is strictly beyond the second, else the second, NaN or not.
+struct PairedBox {
+  __m128d low = _mm_set1_pd(std::numeric_limits<double>::infinity());
+  __m128d high = _mm_set1_pd(-std::numeric_limits<double>::infinity());
+
+  void add(const gxVector<2>& p) {
+    const __m128d xy = _mm_loadu_pd(reinterpret_cast<const double*>(&p));
+    low = _mm_min_pd(xy, low);
+    high = _mm_max_pd(xy, high);
+  }
+  gx_Box box() const {
+    gx_Box result;
+    result.lowX = _mm_cvtsd_f64(low);
+    result.lowY = _mm_cvtsd_f64(_mm_unpackhi_pd(low, low));
+    result.highX = _mm_cvtsd_f64(high);
+    result.highY = _mm_cvtsd_f64(_mm_unpackhi_pd(high, high));
+    return result;
+  }
+};
+#else
+struct PairedBox : gx_Box {
+  gx_Box box() const { return *this; }
+};
+#endif
+
+}  // namespace
+
 gx_Box gx_boxOf(std::span<const gxVector<2>> points) {
-  gx_Box even;
-  gx_Box odd;
+  PairedBox even;
+  PairedBox odd;
   std::size_t i = 0;
   for (; i + 2 <= points.size(); i += 2) {
     even.add(points[i]);
     odd.add(points[i + 1]);
   }
   if (i < points.size()) even.add(points[i]);
-  even.add(odd);
-  return even;
+  gx_Box box = even.box();
+  box.add(odd.box());
+  return box;
 }
 
 bool gx_onOneLine(std::span<const gxVector<2>> points) {

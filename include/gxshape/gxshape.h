@@ -64,6 +64,7 @@
 #include <gauge/inscribed.h>
 #include <gauge/locate.h>
 #include <gauge/measure.h>
+#include <gauge/measure_many.h>
 #include <gauge/moments.h>
 #include <gauge/places.h>
 #include <gauge/resample.h>

@@ -25,7 +25,7 @@ gx_InertiaData turned(const gxRadian& theta, const gxVector<2>& foot, double are
                       const gxVector<2>& centre, double sxx, double syy, double sxy) {
   const double c = std::cos(theta.toDouble());
   const double s = std::sin(theta.toDouble());
-  const gxMatrix<2> rotation(theta, theta, 1.0, 1.0);
+  const gxMatrix<2> rotation(c, -s, s, c);
   const double m00 = c * c * sxx - 2.0 * s * c * sxy + s * s * syy;
   const double m11 = s * s * sxx + 2.0 * s * c * sxy + c * c * syy;
   const double m01 = (c * c - s * s) * sxy + s * c * sxx - s * c * syy;
