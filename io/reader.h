@@ -13,6 +13,8 @@
 #include <string>
 #include <string_view>
 
+class gx_Cutter;
+
 /// The formats.  The numbers stay as they are.
 enum class gxFormat : int {
   eUnknown = 0,
@@ -84,12 +86,7 @@ class GXSHAPE_IO_API gxRecordReader {
   std::uint64_t bytesCut() const;
 
  private:
-  class Cutter;
-  class Lines;
-  class Objects;
-  class Frames;
-  class Loaded;
-  std::unique_ptr<Cutter> cutter_;
+  std::unique_ptr<gx_Cutter> cutter_;
   gxReadOptions options_;
   gxCsvColumns columns_;
 };
