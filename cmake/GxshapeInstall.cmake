@@ -16,6 +16,10 @@ set(_libraries gxshape_velstd gxshape_velip gxshape_veldispc gxshape)
 if(GXSHAPE_IO)
   list(APPEND _libraries gxshape_gxshape_io)
 endif()
+if(TARGET gxshape_gxshape_cairo)
+  list(APPEND _libraries gxshape_gxshape_cairo)
+  set(_with_cairo ON)
+endif()
 install(TARGETS ${_libraries} EXPORT gxshape-targets
         LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
         ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
@@ -25,6 +29,7 @@ install(EXPORT gxshape-targets NAMESPACE gxshape:: DESTINATION "${_package_dir}"
 install(CODE "
   set(GXSHAPE_SOURCE_DIR \"${PROJECT_SOURCE_DIR}\")
   set(GXSHAPE_IO ${GXSHAPE_IO})
+  set(GXSHAPE_CAIRO ${_with_cairo})
   set(GXSHAPE_INSTALL_INCLUDEDIR \"${GXSHAPE_INSTALL_INCLUDEDIR}\")
   include(\"${PROJECT_SOURCE_DIR}/cmake/InstallHeaders.cmake\")")
 

@@ -12,6 +12,9 @@ set(_folders base/velstd base/velip base/veldispc cntr gauge ch_core overlay inc
 if(GXSHAPE_IO)
   list(APPEND _folders io)
 endif()
+if(GXSHAPE_CAIRO)
+  list(APPEND _folders cairo)
+endif()
 
 set(_queue)
 foreach(_folder IN LISTS _folders)

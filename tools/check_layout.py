@@ -36,14 +36,14 @@ import sys
 
 # The folders of the library in the order in which they may see each other.
 LAYERS = {"base/velstd": 0, "base/velip": 1, "base/veldispc": 1, "cntr": 2, "gauge": 3, "ch_core": 3,
-          "overlay": 4, "io": 5}
+          "overlay": 4, "io": 5, "cairo": 5}
 INCLUDE_NAMES = {"velstd": "base/velstd", "velip": "base/velip", "veldispc": "base/veldispc",
-                 "cntr": "cntr", "gauge": "gauge", "ch_core": "ch_core", "overlay": "overlay", "io": "io",
+                 "cntr": "cntr", "gauge": "gauge", "ch_core": "ch_core", "overlay": "overlay", "io": "io", "cairo": "cairo",
                  "gxshape": "include/gxshape"}
 LIBRARY_OF = {"base/velstd": "velstd", "base/velip": "velip", "base/veldispc": "veldispc",
-              "cntr": "gxshape", "gauge": "gxshape", "ch_core": "gxshape", "overlay": "gxshape", "io": "gxshape_io"}
+              "cntr": "gxshape", "gauge": "gxshape", "ch_core": "gxshape", "overlay": "gxshape", "io": "gxshape_io", "cairo": "gxshape_cairo"}
 # Companion libraries: built on request, so the umbrella leaves them out.
-COMPANIONS = ("io/",)
+COMPANIONS = ("io/", "cairo/")
 # The folders under cntr/internal, and which of their neighbours each may see.
 INNER_ROOT = "cntr/internal/"
 INNER = {"outline": set(), "sums": set(), "archive": set(), "memo": set(), "index": {"outline", "memo"},
@@ -60,8 +60,9 @@ MAX_LINES = 500
 
 # Headers that are not of the C++ standard library and may be used all the same: demangling of class
 # names; what it takes to write a file so that a failure leaves the old one whole; vector instructions,
-# where a plain form stands beside them.
-SYSTEM_HEADERS = {"cxxabi.h", "fcntl.h", "unistd.h", "sys/stat.h", "sys/types.h", "sys/single_threaded.h", "emmintrin.h", "immintrin.h"}
+# where a plain form stands beside them; the one library that a companion is made of.
+SYSTEM_HEADERS = {"cxxabi.h", "fcntl.h", "unistd.h", "sys/stat.h", "sys/types.h", "sys/single_threaded.h", "emmintrin.h", "immintrin.h",
+                  "cairo.h", "cairo-pdf.h", "cairo-svg.h"}
 
 # These words are put together from pieces, so that this file is not a finding of its own.
 EMPTY_NAMES = {"".join(p) for p in [("ut", "il"), ("ut", "ils"), ("com", "mon"), ("sha", "red"), ("mi", "sc")]}

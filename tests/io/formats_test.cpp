@@ -3,6 +3,10 @@
 // Covers io/csv.cpp
 // Covers io/format.cpp
 // Covers io/geojson.cpp
+// Covers io/internal/cut_binary.cpp
+// Covers io/internal/cut_lines.cpp
+// Covers io/internal/cut_objects.cpp
+// Covers io/internal/cutter.h
 // Covers io/json_lines.cpp
 // Covers io/npz.cpp
 // Covers io/ragged.cpp
