@@ -2,7 +2,7 @@
 # what it needs under build/, and can be given again from any state of that folder.
 
 .DEFAULT_GOAL := help
-.PHONY: help demo test check format lint bench soak asan tsan coverage clang debug fuzz docs install clean
+.PHONY: help demo gallery test check format lint bench soak asan tsan coverage clang debug fuzz docs install clean
 
 PREFIX ?= /usr/local
 
@@ -17,6 +17,11 @@ demo:  ## measure the coin and country outlines in examples/data; draws build/de
 	@mkdir -p build/demo
 	build/release/bin/gxshape_demo examples/data build/demo
 	@echo "your own shapes (WKT, GeoJSON, CSV ...): build/release/bin/gxshape measure FILE"
+
+gallery:  ## draw the pictures of docs/gallery.md anew
+	@tools/install_packages build tool
+	@tools/build release gxshape_tool
+	@tools/make_gallery
 
 test:  ## build a release, run every test, count them
 	@tools/install_packages build test

@@ -13,41 +13,10 @@ import sys
 import tempfile
 import unittest
 
-TOOL = os.path.abspath(sys.argv.pop(1)) if len(sys.argv) > 1 else "gxshape"
-SOURCE = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-
-FILES = {
-    "parts.wkt": "POLYGON ((0 0, 40 0, 40 30, 0 30, 0 0), (25 10, 35 10, 35 20, 25 20, 25 10))\n"
-                 "POLYGON ((50 0, 54 0, 50 3, 50 0))\n",
-    "bow.wkt": "POLYGON ((0 0, 0 3, 6 0, 6 6, 0 0))\n",
-    "bars.wkt": "POLYGON ((0 1, 3 1, 3 2, 0 2))\nPOLYGON ((1 0, 2 0, 2 3, 1 3))\n",
-}
+from session import FILES, SOURCE, TOOL, Session
 
 
-class ToolTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.folder = tempfile.TemporaryDirectory()
-        for name, text in FILES.items():
-            with open(os.path.join(cls.folder.name, name), "w", encoding="utf-8") as file:
-                file.write(text)
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.folder.cleanup()
-
-    def run_tool(self, *arguments, text=""):
-        given = text if isinstance(text, bytes) else text.encode()
-        done = subprocess.run([TOOL, *arguments], input=given, cwd=self.folder.name, capture_output=True, timeout=120,
-                              check=False)
-        return done.returncode, done.stdout.decode(), done.stderr.decode()
-
-    def expect(self, arguments, wanted, status=0, text=""):
-        code, out, said = self.run_tool(*arguments, text=text)
-        self.assertEqual(out, wanted)
-        self.assertEqual(code, status, said)
-        return said
-
+class ToolTest(Session):
     # ---- Answers ----------------------------------------------------------------------------------------
 
     def test_measures_as_a_table_by_default(self):
@@ -288,7 +257,7 @@ class ToolTest(unittest.TestCase):
     def test_the_example_of_every_help_runs(self):
         _, listed, _ = self.run_tool("--list")
         commands = [line.split(",")[1] for line in listed.splitlines() if line.startswith("command,")]
-        self.assertEqual(len(commands), 17)
+        self.assertEqual(len(commands), 19)
         for command in commands:
             code, text, _ = self.run_tool(command, "--help")
             self.assertEqual(code, 0)
@@ -306,9 +275,13 @@ class ToolTest(unittest.TestCase):
         self.assertGreaterEqual(len(rows), 60)
         measures = {row[1]: row[4].split() for row in rows if row[0] == "measure"}
         extra = {"inside": ["--at", "0,0"], "closest": ["--at", "0,0"], "distance": ["--with", "bow.wkt"],
-                 "intersect": ["--line", "0,0,1,1"], "compare": ["--golden", "bow.wkt", "--max", "9"], "repair": ["--report"]}
-        for command in ["measure", "describe", "inside", "closest", "distance", "intersect", "check", "compare", "repair", "fit"]:
-            _, out, _ = self.run_tool(command, *extra.get(command, []), "-o", "jsonl", "parts.wkt")
+                 "intersect": ["--line", "0,0,1,1"], "compare": ["--golden", "bow.wkt", "--max", "9", "--align", "rigid", "--all"], "repair": ["--report"],
+                 "describe": ["--all"]}
+        for command in ["measure", "describe", "inside", "closest", "distance", "intersect", "check", "compare", "repair", "fit", "form roundness", "form straightness",
+                        "form profile", "form parallelism", "fit line"]:
+            command, _, kind = command.partition(" ")
+            given = ["--kind", kind, *{"profile": ["--golden", "bow.wkt", "--max", "9"], "parallelism": ["--datum", "bow.wkt"]}.get(kind, [])] if kind else []
+            _, out, _ = self.run_tool(command, *given, *extra.get(command, []), "-o", "jsonl", "parts.wkt")
             for name in json.loads(out.splitlines()[0]):
                 self.assertIn(name, measures)
                 self.assertTrue({command, "all"} & set(measures[name]), (command, name))

@@ -1,8 +1,6 @@
-// check and compare: what is to be said against a shape.
+// check: what is to be said against a shape.
 #include "command.h"
 
-#include <gauge/deviation.h>
-#include <gauge/hausdorff.h>
 #include <overlay/check.h>
 
 #include <io/json.h>
@@ -90,66 +88,9 @@ class Check final : public Command {
   gxCheckOptions how_;
 };
 
-class Compare final : public Command {
- public:
-  explicit Compare(const Options& options) : max_(options.max), step_(options.step) {
-    if (options.golden.empty()) throw UsageError{"compare: with which outline? --golden FILE"};
-    golden_ = firstRecordOf(options.golden, options);
-    columns_ = {{"hausdorff", Type::eNumber},      {"hausdorff_forward", Type::eNumber},
-                {"hausdorff_back", Type::eNumber}, {"deviation_max", Type::eNumber},
-                {"deviation_min", Type::eNumber},  {"deviation_rms", Type::eNumber}};
-    if (std::isnan(max_)) return;
-    columns_.push_back({"out_of_tolerance", Type::eNumber});
-    columns_.push_back({"within", Type::eBool});
-  }
-
-  void answer(const gxRecord& record, Answer& answer) const override {
-    Row& row = answer.addRow(columns_.size());
-    const gxBorders shape = bordersOf(record);
-    const gxBorders golden = bordersOf(golden_);
-    const gxHausdorff h = gfHausdorff(shape, golden);
-    row.values[0].set(h.hausdorff);
-    row.values[1].set(h.hausdorffForward);
-    row.values[2].set(h.hausdorffBack);
-    row.status = h.status;
-    if (wants(3, columns_.size() > 6 ? 6 : 5)) deviation(shape, golden, row);
-    if (std::isnan(max_)) return;
-    answer.isGood = h.hausdorff <= max_;
-    row.values[7].set(answer.isGood ? 1.0 : 0.0);
-  }
-
- private:
-  void deviation(const gxBorders& shape, const gxBorders& golden, Row& row) const {
-    gxDeviationOptions how;
-    how.spacing = step_;
-    if (!std::isnan(max_)) {
-      how.lower = -max_;
-      how.upper = max_;
-    }
-    const gxDeviation d = gfDeviation(shape, golden, how);
-    row.values[3].set(d.deviationMax);
-    row.values[4].set(d.deviationMin);
-    row.values[5].set(d.deviationRms);
-    if (columns_.size() > 6) row.values[6].set(d.outOfTolerance);
-    if (row.status == gxStatus::eOk) row.status = d.status;
-  }
-
-  static gxBorders bordersOf(const gxRecord& record) {
-    std::vector<gxBorders::Ring> rings;
-    for (std::size_t r = 0; r < record.ringCount(); ++r)
-      rings.push_back({record.ring(r), record.kind != Kind::eOpen});
-    return gxBorders(std::move(rings));
-  }
-
-  gxRecord golden_;
-  double max_;
-  double step_;
-};
-
 }  // namespace
 
 std::unique_ptr<Command> makeChecks(const Options& options) {
   if (options.command == "check") return std::make_unique<Check>(options);
-  if (options.command == "compare") return std::make_unique<Compare>(options);
   return nullptr;
 }

@@ -1,6 +1,7 @@
 // What commands share: making one by its name, reading their arguments.
 #include "command.h"
 
+#include <algorithm>
 #include <fstream>
 #include <string_view>
 
@@ -32,6 +33,22 @@ gxVector<2> pointOf(const std::string& option, const std::string& text) {
   return {numbers[0], numbers[1]};
 }
 
+gxFillRule fillRuleOf(std::string name) {
+  std::replace(name.begin(), name.end(), '_', '-');
+  if (name == "even-odd") return gxFillRule::eEvenOdd;
+  if (name == "non-zero") return gxFillRule::eNonZero;
+  if (name == "positive") return gxFillRule::ePositive;
+  if (name == "outer") return gxFillRule::eOuter;
+  throw UsageError{"--rule: even-odd, non-zero, positive or outer, not '" + name + "'"};
+}
+
+gxBorders bordersOf(const gxRecord& record) {
+  std::vector<gxBorders::Ring> rings;
+  for (std::size_t r = 0; r < record.ringCount(); ++r)
+    rings.push_back({record.ring(r), record.kind != gxRecord::Kind::eOpen});
+  return gxBorders(std::move(rings));
+}
+
 std::vector<gxRecord> recordsOf(const std::string& file, const Options& options) {
   std::ifstream in(file, std::ios::binary);
   if (!in) throw FileError{file + ": cannot be read"};
@@ -55,7 +72,8 @@ gxRecord firstRecordOf(const std::string& file, const Options& options) {
 }
 
 std::unique_ptr<Command> makeCommand(const Options& options) {
-  for (const auto make : {makeMeasure, makeDescribe, makePlaces, makeChecks, makeFit, makeShapes}) {
+  for (const auto make : {makeMeasure, makeDescribe, makePlaces, makeChecks, makeCompare, makeForm,
+                          makeFit, makeShapes, makeDraw}) {
     if (auto command = make(options)) return command;
   }
   throw UsageError{"no command '" + options.command + "'"};

@@ -4,7 +4,9 @@
 #include "options.h"
 #include "row.h"
 
+#include <gauge/borders.h>
 #include <io/record.h>
+#include <overlay/options.h>
 
 #include <functional>
 #include <memory>
@@ -16,7 +18,8 @@ struct Answer {
   std::vector<Row> rows;         ///< of a command that answers
   std::vector<gxRecord> shapes;  ///< of a command that makes shapes
   std::size_t rowCount = 0;
-  bool isGood = true;  ///< false where the record was found wanting
+  std::string document;  ///< of a command that draws
+  bool isGood = true;    ///< false where the record was found wanting
 
   void clear() {
     rowCount = 0;
@@ -51,6 +54,8 @@ class Command {
   /// Whether all records are taken in first, and answered together by `finish`.
   virtual bool joinsAll() const { return false; }
   virtual void finish(Answer&) const {}
+  /// Whether `finish` leaves a document, which goes out as it is.
+  virtual bool draws() const { return false; }
 
  protected:
   /// Whether a column from the first to the last is asked for.
@@ -70,15 +75,24 @@ std::unique_ptr<Command> makeCommand(const Options& options);
 // The makers of single families, each in its file.
 std::unique_ptr<Command> makeMeasure(const Options& options);
 std::unique_ptr<Command> makeDescribe(const Options& options);
-std::unique_ptr<Command> makePlaces(const Options& options);  // inside, closest, distance, intersect
-std::unique_ptr<Command> makeChecks(const Options& options);  // check, compare, relate
-std::unique_ptr<Command> makeFit(const Options& options);     // fit
+std::unique_ptr<Command> makePlaces(const Options& options);   // inside, closest, distance, intersect
+std::unique_ptr<Command> makeChecks(const Options& options);   // check
+std::unique_ptr<Command> makeCompare(const Options& options);  // compare
+std::unique_ptr<Command> makeForm(const Options& options);     // form
+std::unique_ptr<Command> makeFit(const Options& options);      // fit
 std::unique_ptr<Command> makeShapes(
     const Options& options);  // hull, repair, union, clip, offset, simplify, convert
+
+std::unique_ptr<Command> makeDraw(const Options& options);  // draw
 
 /// The measures that --select knows of for any record: those of `measure`.
 const std::vector<Column>& measureColumns();
 void measureInto(const gxRecord& record, bool outlineOnly, Row& row);
+
+/// Returns the rule of that name.  Throws: UsageError.
+gxFillRule fillRuleOf(std::string name);
+/// Returns the borders of all rings; they look at the record's points.
+gxBorders bordersOf(const gxRecord& record);
 
 /// Reads "X,Y" or another list of numbers.  Throws: UsageError that names the option.
 std::vector<double> numbersOf(const std::string& option, const std::string& text, std::size_t count);

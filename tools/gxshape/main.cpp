@@ -20,9 +20,10 @@ constexpr const char* kUsage =
     "  describe   circularity, Feret, moments, ...     repair     valid regions, by rule\n"
     "  inside     inside, border or outside            union  clip  offset  simplify\n"
     "  closest    nearest point of the border          compare    deviation from a golden outline\n"
-    "  distance   between shapes                       convert    one format to another\n"
-    "  intersect  crossings with a line or shape       info       what a file holds\n"
-    "  hull       convex hull                          fit        circle, ellipse\n"
+    "  distance   between shapes                       form       roundness, straightness, ...\n"
+    "  intersect  crossings with a line or shape       draw       SVG, PNG, PDF\n"
+    "  hull       convex hull                          convert    one format to another\n"
+    "  fit        line, circle, ellipse                info       what a file holds\n"
     "\n"
     "Try:  echo 'POLYGON ((0 0, 40 0, 40 30, 0 30))' | gxshape measure\n"
     "      gxshape COMMAND --help    gxshape --list    man gxshape\n";
@@ -40,7 +41,10 @@ const std::vector<About>& commands() {
        "gxshape measure --only area,centre parts.wkt",
        [](CLI::App& app, Options& o) { app.add_flag("--outline", o.outlineOnly, "leave holes out"); }},
       {"describe", "descriptors, widths, circle, rectangle, moments.",
-       "gxshape describe --only circularity,solidity parts.wkt", [](CLI::App&, Options&) {}},
+       "gxshape describe --only circularity,solidity parts.wkt",
+       [](CLI::App& app, Options& o) {
+         app.add_flag("--all", o.all, "also what takes longer: inscribed circle, wall, defects");
+       }},
       {"inside", "where points lie.", "gxshape inside --at 30,15 parts.wkt",
        [](CLI::App& app, Options& o) {
          app.add_option("--at", o.at, "one point X,Y (may be repeated)")
@@ -73,9 +77,13 @@ const std::vector<About>& commands() {
              ->type_name("FILE");
        }},
       {"hull", "the convex hull.", "gxshape hull parts.wkt", [](CLI::App&, Options&) {}},
-      {"fit", "a circle or an ellipse through the points.", "gxshape fit --kind circle parts.wkt",
+      {"fit", "a line, a circle or an ellipse through the points.",
+       "gxshape fit --kind circle parts.wkt",
        [](CLI::App& app, Options& o) {
-         app.add_option("--kind", o.kind, "circle or ellipse [circle]")->type_name("KIND");
+         app.add_option("--kind", o.kind, "line, circle or ellipse [circle]")->type_name("KIND");
+         app.add_option("--weights", o.weights,
+                        "least-squares, huber, tukey or consensus [least-squares]")
+             ->type_name("WORD");
        }},
       {"check", "problems with kind, place and edges; exit 1 if any.", "gxshape check --max 10 bow.wkt",
        [](CLI::App& app, Options& o) {
@@ -127,7 +135,51 @@ const std::vector<About>& commands() {
          app.add_option("--golden", o.golden, "the outline that is right, the first record of FILE")
              ->type_name("FILE");
          app.add_option("--max", o.max, "the largest distance that is within")->type_name("D");
+         app.add_option("--align", o.align, "lay each upon it first: none, rigid or similarity [none]")
+             ->type_name("WORD");
+         app.add_flag("--all", o.all, "also what takes longer: the Fréchet distance");
          app.add_option("--step", o.step, "sample edges every D, not at vertices alone")->type_name("D");
+       }},
+      {"form", "form errors of points; exit 1 beyond --max.",
+       "gxshape form --kind roundness --reference minimum-zone parts.wkt",
+       [](CLI::App& app, Options& o) {
+         app.add_option("--kind", o.kind, "roundness, straightness, parallelism, flat-angle or profile")
+             ->type_name("KIND");
+         app.add_option("--reference", o.reference,
+                        "least-squares, minimum-zone, circumscribed or inscribed [minimum-zone; of "
+                        "flat-angle least-squares]")
+             ->type_name("WORD");
+         app.add_option("--datum", o.datum, "the straight feature that others are parallel to")
+             ->type_name("FILE");
+         app.add_option("--golden", o.golden, "the nominal outline of a profile")->type_name("FILE");
+         app.add_option("--align", o.align, "of a profile: none or rigid [none]")->type_name("WORD");
+         app.add_option("--max", o.max, "the largest error that is within")->type_name("D");
+       }},
+      {"draw", "a picture of all records.", "gxshape draw --layers fill,outline,hull,axes parts.wkt",
+       [](CLI::App& app, Options& o) {
+         app.add_option(
+                "--layers", o.layers,
+                "fill, outline, points, ids, box, hull, circle, inscribed, rectangle, ellipse, axes, "
+                "feret, crossings, problems, repair, deviation [fill,outline]")
+             ->type_name("WORDS");
+         app.add_option("--golden", o.golden, "the outline for the layer deviation")->type_name("FILE");
+         app.add_option("--max", o.max, "the deviation with the strongest colour [the largest]")
+             ->check(CLI::PositiveNumber)
+             ->type_name("D");
+         app.add_option("--rule", o.rule,
+                        "of the layer repair: even-odd, non-zero, positive or outer [even-odd]")
+             ->type_name("RULE");
+         app.add_option("--behind", o.behind,
+                        "a picture behind: PNG, PGM or PPM, pixel centres at whole numbers")
+             ->type_name("FILE");
+         app.add_option("--y", o.y, "where y points: down, as in images, or up [down]")
+             ->type_name("WORD");
+         app.add_option("--view", o.view, "corners of what is shown, X,Y,X,Y [all]")
+             ->type_name("X,Y,X,Y");
+         app.add_option("--size", o.size, "pixels of the longer side [800]")
+             ->check(CLI::Range(16.0, 20000.0))
+             ->type_name("N");
+         app.add_option("--scale-bar", o.scaleBar, "a bar with a length in UNIT")->type_name("UNIT");
        }},
       {"convert", "one format to another.", "gxshape convert -o geojson parts.wkt",
        [](CLI::App&, Options&) {}},
@@ -198,6 +250,7 @@ void settle(Options& o, const Words& words) {
   o.logJsonl = words.log == "jsonl";
   if (o.lines && o.output.empty()) o.output = "jsonl";
   if (o.lines && o.output != "jsonl") throw UsageError{"--lines: answers are jsonl, not " + o.output};
+  if (o.lines && o.command == "draw") throw UsageError{"--lines: draw makes one picture of all records"};
   if (o.lines && o.command == "union" && o.withFile.empty())
     throw UsageError{"--lines: union joins all records, which are no lines"};
 }

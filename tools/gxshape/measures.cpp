@@ -1,11 +1,15 @@
 // measure and describe: numbers of one shape.
 #include "command.h"
 
+#include <gauge/defects.h>
 #include <gauge/descriptors.h>
 #include <gauge/enclosing.h>
 #include <gauge/feret.h>
+#include <gauge/inscribed.h>
 #include <gauge/measure.h>
 #include <gauge/moments.h>
+#include <gauge/wall.h>
+#include <io/number_writer.h>
 
 namespace {
 
@@ -120,7 +124,13 @@ class Describe final : public Command {
                 {"hu_7", Type::eNumber},
                 {"ellipse_a", Type::eNumber},
                 {"ellipse_b", Type::eNumber},
-                {"ellipse_angle", Type::eAngle}};
+                {"ellipse_angle", Type::eAngle},
+                {"inscribed_circle_radius", Type::eNumber, true},
+                {"inscribed_circle_centre", Type::ePoint, true},
+                {"wall", Type::eNumber, true},
+                {"wall_from", Type::ePlace, true},
+                {"wall_to", Type::ePlace, true},
+                {"defects", Type::eJson, true}};
   }
 
   void answer(const gxRecord& record, Answer& answer) const override {
@@ -135,6 +145,9 @@ class Describe final : public Command {
     if (wants(27, 28)) circle(record, row);
     if (wants(29, 32)) rectangle(record, row);
     if (wants(33, 56)) moments(record, row);
+    if (wants(57, 58)) inscribed(record, row);
+    if (wants(59, 61)) wall(record, row);
+    if (wants(62, 62)) defects(record, row);
   }
 
  private:
@@ -197,6 +210,40 @@ class Describe final : public Command {
     for (const double number : m.hu) row.values[i++].set(number);
     for (const double number : {m.ellipseA, m.ellipseB, m.ellipseAngle}) row.values[i++].set(number);
     take(m.status, row);
+  }
+
+  static void inscribed(const gxRecord& record, Row& row) {
+    const gxInscribedCircle c = record.kind == Kind::eSet ? gfInscribedCircle(record.toSet())
+                                                          : gfInscribedCircle(record.toRegion());
+    row.values[57].set(c.radius);
+    row.values[58].set(c.centre);
+    take(c.status, row);
+  }
+
+  static void wall(const gxRecord& record, Row& row) {
+    const gxWall w =
+        record.kind == Kind::eSet ? gfSmallestWall(record.toSet()) : gfSmallestWall(record.toRegion());
+    row.values[59].set(w.wall);
+    row.values[60].place = w.from;
+    row.values[61].place = w.to;
+    take(w.status, row);
+  }
+
+  // Of a set, those of its first region.
+  static void defects(const gxRecord& record, Row& row) {
+    const gxConvexityDefects found = gfConvexityDefects(outlineOf(record));
+    std::string out = "[";
+    for (const auto& d : found.defects) {
+      if (out.size() > 1) out += ',';
+      out += "{\"start\":" + std::to_string(d.start) + ",\"end\":" + std::to_string(d.end) +
+             ",\"deepest\":" + std::to_string(d.deepest) + ",\"depth\":";
+      gfAppendNumber(d.depth, out);
+      out += ",\"area\":";
+      gfAppendNumber(d.area, out);
+      out += '}';
+    }
+    row.values[62].text = out + ']';
+    take(found.status, row);
   }
 
   static std::span<const gxVector<2>> outlineOf(const gxRecord& record) {

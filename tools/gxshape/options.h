@@ -52,8 +52,19 @@ struct Options {
   bool keepApart = false;
   std::string box;
   std::string kind;
+  std::string reference;
+  std::string datum;
+  std::string align = "none";
+  std::string weights;
+  bool all = false;  ///< also the columns that take long
   std::string line;
   std::string operation = "intersection";
+  std::string layers;
+  std::string behind;
+  std::string y = "down";
+  std::string view;
+  std::string scaleBar;
+  double size = 800.0;
 };
 
 /// A command line that cannot be meant; the text says why.

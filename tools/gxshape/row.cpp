@@ -91,15 +91,14 @@ std::string nearest(std::string_view name, const Names& names) {
 }
 
 Layout::Layout(const std::vector<Column>& columns, const Names& only, Style style, bool degrees,
-               bool withId)
-    : columns_(columns),
-      shown_(columns.size(), only.empty()),
-      style_(style),
-      degrees_(degrees),
-      withId_(withId) {
+               bool withId, bool withExtras)
+    : columns_(columns), shown_(columns.size()), style_(style), degrees_(degrees), withId_(withId) {
   Names names;
   for (const auto& column : columns) names.emplace_back(column.name);
-  for (std::size_t i = 0; only.empty() && i < columns.size(); ++i) order_.push_back(i);
+  for (std::size_t i = 0; only.empty() && i < columns.size(); ++i) {
+    shown_[i] = withExtras || !columns[i].isExtra;
+    if (shown_[i]) order_.push_back(i);
+  }
   for (const auto& name : only) {
     if (name == "id") continue;
     const auto found = std::find(names.begin(), names.end(), name);

@@ -15,6 +15,8 @@ enum class Type : std::uint8_t { eNumber, eAngle, eInteger, eText, eBool, ePoint
 struct Column {
   const char* name;
   Type type;
+  /// Takes so long that it is only given where --only names it, or with --all.
+  bool isExtra = false;
 };
 
 /// One value; which members count the type of its column says.
@@ -48,7 +50,7 @@ class Layout {
   enum class Style : std::uint8_t { eTable, eCsv, eJsonl };
 
   Layout(const std::vector<Column>& columns, const std::vector<std::string>& only, Style style,
-         bool degrees, bool withId);
+         bool degrees, bool withId, bool withExtras = false);
 
   bool isShown(std::size_t column) const { return shown_[column]; }
   Style style() const { return style_; }

@@ -80,7 +80,7 @@ class Run {
     const bool judges = !only.empty() && std::string(columns.back().name) == "within";
     if (judges && std::find(only.begin(), only.end(), "within") == only.end())
       only.emplace_back("within");
-    layout_ = std::make_unique<Layout>(columns, only, style, options_.degrees, true);
+    layout_ = std::make_unique<Layout>(columns, only, style, options_.degrees, true, options_.all);
     plan_.layout = layout_.get();
     std::vector<bool> wanted(columns.size());
     for (std::size_t i = 0; i < columns.size(); ++i) wanted[i] = layout_->isShown(i);
@@ -96,7 +96,7 @@ class Run {
 
   // Shapes come out in the format that they came in, unless another is asked for.
   void shapeFormat() {
-    if (!command_->givesShapes() || options_.output.empty()) return;
+    if (!command_->givesShapes() || command_->draws() || options_.output.empty()) return;
     plan_.shapeFormat = gfFormatOf(options_.output);
     if (plan_.shapeFormat == gxFormat::eUnknown) {
       throw UsageError{"--output: " + options_.command +
@@ -219,6 +219,7 @@ class Run {
     if (command_->joinsAll()) {
       Answer answer;
       command_->finish(answer);
+      output_->stream() << answer.document;
       if (plan_.shapeFormat == gxFormat::eUnknown) plan_.shapeFormat = gxFormat::eWkt;
       for (const auto& shape : answer.shapes) {
         std::string text;
@@ -227,7 +228,8 @@ class Run {
       }
     }
     if (table_) table_->flush();
-    const bool wantsFrame = command_->givesShapes() && plan_.shapeFormat != gxFormat::eUnknown;
+    const bool wantsFrame =
+        command_->givesShapes() && !command_->draws() && plan_.shapeFormat != gxFormat::eUnknown;
     if (!writer_ && wantsFrame)
       writer_ = std::make_unique<gxRecordWriter>(output_->stream(), plan_.shapeFormat);
     if (writer_) writer_->finish();

@@ -41,15 +41,6 @@ gxRecord& addShape(Answer& answer) {
   return answer.shapes.emplace_back();
 }
 
-gxFillRule ruleOf(std::string name) {
-  std::replace(name.begin(), name.end(), '_', '-');
-  if (name == "even-odd") return gxFillRule::eEvenOdd;
-  if (name == "non-zero") return gxFillRule::eNonZero;
-  if (name == "positive") return gxFillRule::ePositive;
-  if (name == "outer") return gxFillRule::eOuter;
-  throw UsageError{"--rule: even-odd, non-zero, positive or outer, not '" + name + "'"};
-}
-
 class Convert final : public Command {
  public:
   void answer(const gxRecord& record, Answer& answer) const override { addShape(answer) = record; }
@@ -71,7 +62,7 @@ class Hull final : public Command {
 
 class Repair final : public Command {
  public:
-  explicit Repair(const Options& options) : rule_(ruleOf(options.rule)), report_(options.report) {
+  explicit Repair(const Options& options) : rule_(fillRuleOf(options.rule)), report_(options.report) {
     if (!report_) return;
     columns_ = {{"area_before", Type::eNumber},    {"area_after", Type::eNumber},
                 {"regions", Type::eInteger},       {"holes", Type::eInteger},
@@ -114,7 +105,7 @@ class Repair final : public Command {
 class Union final : public Command {
  public:
   explicit Union(const Options& options) : joinsAll_(options.withFile.empty()) {
-    how_.rule = ruleOf(options.rule);
+    how_.rule = fillRuleOf(options.rule);
     if (!joinsAll_) others_ = regionsOf(options);
   }
 
@@ -154,7 +145,7 @@ class Union final : public Command {
 class Clip final : public Command {
  public:
   explicit Clip(const Options& options) : operation_(options.operation) {
-    how_.rule = ruleOf(options.rule);
+    how_.rule = fillRuleOf(options.rule);
     if (options.box.empty() == options.withFile.empty()) {
       throw UsageError{"clip: to what? --box X,Y,X,Y or --with FILE"};
     }
