@@ -50,7 +50,10 @@ class Measure final : public Command {
  public:
   explicit Measure(bool outlineOnly) : outlineOnly_(outlineOnly) { columns_ = measureColumns(); }
   void answer(const gxRecord& record, Answer& answer) const override {
-    measureInto(record, outlineOnly_, answer.addRow(columns_.size()));
+    Row& row = answer.addRow(columns_.size());
+    if (wants(2, 5)) return measureInto(record, outlineOnly_, row);
+    row.values[0].set(asNumber(record.points.size()));
+    row.values[1].set(asNumber(record.holeCount()));
   }
 
  private:
