@@ -165,13 +165,17 @@ class Search {
 
   // ---- Exact tests ------------------------------------------------------------------------------
 
-  // +1 inside the circle of these supports, 0 on it, −1 outside.
+  // +1 inside the circle of these supports, 0 on it, −1 outside.  A support is on it; the tests would say so
+  // by whole numbers alone.
   int side(const Basis& basis, std::size_t i) const {
     const Point& a = points_[basis.at[0]];
-    if (basis.count == 1) return at(i) == a ? 0 : -1;
+    if (at(i) == a) return 0;
+    if (basis.count == 1) return -1;
     const Point& b = points_[basis.at[1]];
+    if (at(i) == b) return 0;
     if (basis.count == 2) return -gx_DotSign(at(i), a, b);
-    return gx_InCircle(a, b, points_[basis.at[2]], at(i));
+    const Point& c = points_[basis.at[2]];
+    return at(i) == c ? 0 : gx_InCircle(a, b, c, at(i));
   }
 
   // Tells whether the candidate is a basis: of three points, an acute triangle.
@@ -275,11 +279,30 @@ class Search {
 
   // ---- The answer -------------------------------------------------------------------------------
 
+  // Tells whether a number near the length of d is below it.  With x the longer side, the sign is that of
+  // (length − x) (length + x) − y², where the first difference is exact; next to each other, the two products
+  // cancel, and their rounding errors decide.
+  static bool isBelow(double length, const Point& d) {
+    const double x = std::max(std::fabs(d.x()), std::fabs(d.y()));
+    const double y = std::min(std::fabs(d.x()), std::fabs(d.y()));
+    const double minus = length - x;
+    const double plus = length + x;
+    const double plusRest = (x - (plus - length)) + (length - (plus - (plus - length)));
+    const double left = minus * plus;
+    const double right = y * y;
+    const double rest = (std::fma(minus, plus, -left) - std::fma(y, y, -right)) + minus * plusRest;
+    const double sum = (left - right) + rest;
+    const bool isSure = minus >= 0.0 && right > 1e-200 && left < 1e200 && left <= 2.0 * right &&
+                        right <= 2.0 * left && std::fabs(sum) > 1e-28 * right;
+    if (isSure) return sum < 0.0;
+    const Point origin;
+    return gx_CompareDistances(origin, {length, 0.0}, origin, d) < 0;
+  }
+
   // The length, rounded up.
   static double lengthUp(const Point& d) {
     const double length = d.len();
-    const Point origin;
-    const bool below = gx_CompareDistances(origin, {length, 0.0}, origin, d) < 0;
+    const bool below = isBelow(length, d);
     return std::max(below ? std::nextafter(length, HUGE_VAL) : length, std::hypot(d.x(), d.y()));
   }
 
