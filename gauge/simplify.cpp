@@ -42,11 +42,13 @@ class Chord {
 
   double measure(const gxVector<2>& p) const {
     const gxVector<2> v = p - a_;
-    const gxVector<2> w = p - b_;
     const double dot = v * along_;
-    const double cross = gf_Cross(along_, v);
-    const double beside = dot <= 0.0 ? v * v : w * w;
-    return dot > 0.0 && dot < whole_ ? cross * cross : beside * scale_;
+    if (dot > 0.0 && dot < whole_) {
+      const double cross = gf_Cross(along_, v);
+      return cross * cross;
+    }
+    const gxVector<2> w = p - b_;
+    return (dot <= 0.0 ? v * v : w * w) * scale_;
   }
   double scale() const { return scale_; }
 
@@ -79,32 +81,36 @@ bool meet(const gxVector<2>& a, const gxVector<2>& b, const gxVector<2>& c, cons
 // lower first point, then the lower second.  Opposite corners are found by two pointers.
 std::pair<gxVector<2>, gxVector<2>> farthestPair(const Points& hull, const gx_Frame& frame) {
   std::pair<gxVector<2>, gxVector<2>> best{hull.front(), hull.front()};
-  double most = -1.0;
-  const auto consider = [&](gxVector<2> p, gxVector<2> q) {
-    if (lower(q, p)) std::swap(p, q);
-    const gxVector<2> apart = frame.to(p) - frame.to(q);
-    const double square = apart * apart;
-    const bool first = lower(p, best.first) || (p == best.first && lower(q, best.second));
-    if (square > most || (square == most && first)) {
-      best = {p, q};
-      most = square;
-    }
-  };
   const std::size_t h = hull.size();
   if (h == 1) return best;
+  Points framed;
+  framed.reserve(h);
+  for (const gxVector<2>& p : hull) framed.push_back(frame.to(p));
+  double most = -1.0;
+  const auto consider = [&](std::size_t i, std::size_t k) {
+    const gxVector<2> apart = framed[i] - framed[k];
+    const double square = apart * apart;
+    if (square < most) return;
+    const bool isTurned = lower(hull[k], hull[i]);
+    const gxVector<2>& p = hull[isTurned ? k : i];
+    const gxVector<2>& q = hull[isTurned ? i : k];
+    const bool first = lower(p, best.first) || (p == best.first && lower(q, best.second));
+    if (square == most && !first) return;
+    best = {p, q};
+    most = square;
+  };
   std::size_t j = 1;
   for (std::size_t i = 0; i < h; ++i) {
-    const gxVector<2>& a = hull[i];
-    const gxVector<2>& b = hull[(i + 1) % h];
-    const gxVector<2> along = frame.to(b) - frame.to(a);
-    consider(a, hull[j]);
-    consider(b, hull[j]);
+    const std::size_t after = i + 1 == h ? 0 : i + 1;
+    const gxVector<2> along = framed[after] - framed[i];
+    consider(i, j);
+    consider(after, j);
     for (std::size_t steps = 0; steps < h; ++steps) {
-      const std::size_t next = (j + 1) % h;
-      if (gf_Cross(along, frame.to(hull[next]) - frame.to(hull[j])) < 0.0) break;
+      const std::size_t next = j + 1 == h ? 0 : j + 1;
+      if (gf_Cross(along, framed[next] - framed[j]) < 0.0) break;
       j = next;
-      consider(a, hull[j]);
-      consider(b, hull[j]);
+      consider(i, j);
+      consider(after, j);
     }
   }
   return best;
@@ -122,24 +128,22 @@ class Simplifier {
   }
 
   gxStatus run() {
-    Points hull;
-    gfConvexHull(Points(source_.begin(), source_.end()), hull);
-    if (closed_) {
-      const auto [low, high] = farthestPair(hull, frame_);
-      for (std::size_t i = 0; i < n_; ++i) keeps_[i] = source_[i] == low || source_[i] == high ? 1 : 0;
-      if (hull.size() == 1) {
-        std::fill(keeps_.begin() + 1, keeps_.end(), 0);
-        return gxStatus::eFlat;
-      }
-      if (hull.size() == 2) return gxStatus::eFlat;
-      anchors_ = std::make_pair(low, high);
-    } else {
+    if (!closed_) {
       keeps_.front() = 1;
       keeps_.back() = 1;
+      splitRunsBetweenKept();
+      return gx_onOneLine(source_) ? gxStatus::eFlat : gxStatus::eOk;
     }
+    Points hull(source_.begin(), source_.end());
+    gfConvexHull(hull, hull);
+    const auto [low, high] = farthestPair(hull, frame_);
+    for (std::size_t i = 0; i < n_; ++i) keeps_[i] = source_[i] == low || source_[i] == high ? 1 : 0;
+    if (hull.size() == 1) std::fill(keeps_.begin() + 1, keeps_.end(), 0);
+    if (hull.size() <= 2) return gxStatus::eFlat;
+    anchors_ = std::make_pair(low, high);
     splitRunsBetweenKept();
-    if (closed_) keepThird();
-    return hull.size() <= 2 ? gxStatus::eFlat : gxStatus::eOk;
+    keepThird();
+    return gxStatus::eOk;
   }
 
   // Splits every chord that meets another; tells whether one was split.
@@ -203,19 +207,28 @@ class Simplifier {
     }
   }
 
-  // Returns the point farthest from the chord by measure, the lower one of equal ones; `n_` where there is
-  // none between.
-  std::size_t farthest(const Run& run, double& measure) const {
-    const Chord chord(points_[run.from], points_[run.to]);
-    std::size_t best = n_;
-    measure = -1.0;
+  // A point of a run: `n_` for none.  Whether others between have the same coordinates is only known to be
+  // false.
+  struct Split {
+    std::size_t at;
+    bool mayBeRepeated;
+  };
+
+  // Returns the point farthest from the chord by measure, the lower one of equal ones.
+  Split farthest(const Run& run, const Chord& chord, double& measure) const {
+    Split best{n_, false};
+    double most = -1.0;
     forEachBetween(run, [&](std::size_t i) {
       const double here = chord.measure(points_[i]);
-      if (here < measure) return;
-      if (here == measure && !lower(source_[i], source_[best])) return;
-      measure = here;
-      best = i;
+      if (here < most) return;
+      if (here == most && !lower(source_[i], source_[best.at])) {
+        best.mayBeRepeated = true;
+        return;
+      }
+      most = here;
+      best = {i, false};
     });
+    measure = most;
     return best;
   }
 
@@ -229,23 +242,29 @@ class Simplifier {
     return best;
   }
 
-  // Returns the point at which the run has to be split, `n_` where all are within the tolerance.
-  std::size_t splitAt(const Run& run) const {
+  // Returns the point at which the run has to be split, none where all are within the tolerance.
+  Split splitAt(const Run& run) const {
+    const Chord chord(points_[run.from], points_[run.to]);
     double measure = 0.0;
-    const std::size_t best = farthest(run, measure);
-    if (best == n_) return n_;
-    const double scale = Chord(points_[run.from], points_[run.to]).scale();
+    const Split best = farthest(run, chord, measure);
+    if (best.at == n_) return best;
     // With tolerance 0, what rounding may have made 0, or not, is decided exactly.
     constexpr double kRounding = 1e-28;
-    if (exact_) return measure > kRounding ? best : notOn(run);
-    return measure > square_ * scale ? best : n_;
+    if (exact_) return measure > kRounding ? best : Split{notOn(run), true};
+    return measure > square_ * chord.scale() ? best : Split{n_, false};
   }
 
   // Keeps that point of the run, and those with the same coordinates; appends the runs between.
-  void keep(const Run& run, std::size_t at, std::vector<Run>& runs) {
+  void keep(const Run& run, const Split& split, std::vector<Run>& runs) {
     std::size_t from = run.from;
+    if (!split.mayBeRepeated) {
+      keeps_[split.at] = 1;
+      runs.push_back({from, split.at});
+      runs.push_back({split.at, run.to});
+      return;
+    }
     forEachBetween(run, [&](std::size_t i) {
-      if (!(source_[i] == source_[at])) return;
+      if (!(source_[i] == source_[split.at])) return;
       keeps_[i] = 1;
       runs.push_back({from, i});
       from = i;
@@ -265,8 +284,8 @@ class Simplifier {
     while (!runs.empty()) {
       const Run run = runs.back();
       runs.pop_back();
-      const std::size_t at = splitAt(run);
-      if (at != n_) keep(run, at, runs);
+      const Split found = splitAt(run);
+      if (found.at != n_) keep(run, found, runs);
     }
   }
 
@@ -295,9 +314,9 @@ class Simplifier {
     std::vector<Run> runs;
     double measure = 0.0;
     const Run run{from, to};
-    const std::size_t at = farthest(run, measure);
-    if (at == n_) return false;
-    keep(run, at, runs);
+    const Split found = farthest(run, Chord(points_[from], points_[to]), measure);
+    if (found.at == n_) return false;
+    keep(run, found, runs);
     split(std::move(runs));
     return true;
   }
