@@ -1,4 +1,5 @@
 // Alignment: moved shapes are moved back; what shapes leave open is named.
+#include <cntr/contour.h>
 #include <gauge/align.h>
 #include <gauge/arc.h>
 #include <gauge/internal/segments.h>
@@ -37,6 +38,9 @@ TEST(Align, AMovedShapeIsMovedBack) {
     EXPECT_EQ(got.status, gxStatus::eOk);
     EXPECT_TRUE(got.converged);
     EXPECT_FALSE(got.freeAngle || got.freeShift || got.freeScale);
+    EXPECT_LE(got.rounds, 12);
+    const gxRect box = gxContour(part).encloseRect(gxXform<2>::I);
+    EXPECT_NEAR(got.centre.distance(box.origin() + box.size() * 0.5), 0.0, 1e-12);
     EXPECT_NEAR(std::remainder(got.angle.toDouble() + angle, 2 * std::numbers::pi), 0.0, 1e-12);
     EXPECT_EQ(got.scale, 1.0);
     EXPECT_NEAR(got.residual, 0.0, 1e-12);

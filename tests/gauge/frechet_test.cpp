@@ -44,6 +44,7 @@ TEST(Frechet, InAnyPlace) {
 TEST(Frechet, OfAPointTheGreatestDistance) {
   EXPECT_EQ(frechet("0 0", "3 4, 1 0, 6 8"), 10.0);
   EXPECT_EQ(frechet("3 4, 6 8", "0 0"), 10.0);
+  EXPECT_EQ(gfFrechet(pointsOf("0 0"), pointsOf("3 4, 6 8")).lower, 10.0);
   EXPECT_EQ(frechet("1 1", "1 1"), 0.0);
   EXPECT_EQ(frechet("1 1, 1 1, 1 1", "1 1, 4 5"), 5.0);
 }

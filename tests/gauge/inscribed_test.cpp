@@ -256,6 +256,49 @@ TEST(Inscribed, TheWidestGapAmongManyHoles) {
   }
 }
 
+// A triangular chamber whose walls are 10 from its middle, with a pin in front of the middle of every wall, its
+// tip `reach` from the middle: the circle is held by the three tips alone.
+Handle chamber(const V& middle, double reach, double halfAngle, bool isTurned) {
+  const auto turned = [&](const Points& points) { return isTurned ? reversed(points) : points; };
+  Points walls;
+  std::vector<Handle> pins;
+  for (int k = 0; k < 3; ++k) {
+    const V out(1.0, gxRadian(0.3 + k * 2.0943951023931953));
+    const V across(-out.y(), out.x());
+    walls.push_back(middle - out * 20.0);
+    const V tip = middle + out * reach;
+    const V back = tip + out * (0.1 * std::cos(halfAngle));
+    const V side = across * (0.1 * std::sin(halfAngle));
+    pins.emplace_back(new gxRegion(turned({tip, back - side, back + side})));
+  }
+  auto* plate = new gxRegion(turned(walls));
+  plate->holes(pins);
+  return Handle(plate);
+}
+
+TEST(Inscribed, OneOfManyChambersIsAHairWider) {
+  // The first search cannot look into 100 chambers, so the proof must find the widest one. There the circle is
+  // free in the middle of the way around each tip alone; the ends of the way are too near to the wall behind.
+  constexpr double kDegree = 0.017453292519943295;
+  for (const double halfAngle : {3 * kDegree, 30 * kDegree, 60 * kDegree}) {
+    for (const bool isTurned : {false, true}) {
+      for (const int wider : {17, 38, 59, 80}) {
+        std::vector<Handle> chambers;
+        for (int i = 0; i < 100; ++i) {
+          chambers.push_back(chamber(V(40.0 * (i % 10), 40.0 * static_cast<double>(i / 10)),
+                                     i == wider ? 9.42 : 9.4, halfAngle, isTurned));
+        }
+        gxRegionSet set;
+        set.regions(chambers);
+        const auto c = gfInscribedCircle(set);
+        EXPECT_EQ(c.status, gxStatus::eOk);
+        EXPECT_NEAR(c.radius, 9.42, 1e-8) << halfAngle << ' ' << isTurned << ' ' << wider;
+        EXPECT_EQ(c.region, wider);
+      }
+    }
+  }
+}
+
 TEST(Inscribed, TheEndsOfTheRange) {
   for (const double scale : {1e300, 1e-300}) {
     const auto c = gfInscribedCircle(gxRegion(Points{{0, 0}, {4 * scale, 0}, {0, 3 * scale}}));

@@ -201,6 +201,19 @@ TEST(RobustFit, AWorseModelSaysSo) {
   }
 }
 
+TEST(RobustFit, AnEllipseOfExactlyRoundPointsIsTheirCircle) {
+  const Points round = pointsOf(
+      "13 16, 12 19, 11 20, 8 21, 5 20, 4 19, 3 16, 4 13, 5 12, 8 11, 11 12, 12 13, 8 16.5, 8.25 16");
+  for (const W weights : {W::eTukey, W::eConsensus}) {
+    const gxRobustEllipse got = gfRobustEllipse(round, {.weights = weights});
+    EXPECT_EQ(got.status, gxStatus::eWorse);
+    EXPECT_NEAR(got.centre.distance({8, 16}), 0.0, 1e-12);
+    EXPECT_NEAR(got.a, 5.0, 1e-12);
+    EXPECT_NEAR(got.b, 5.0, 1e-12);
+    EXPECT_EQ(got.inliers.size(), 12u);
+  }
+}
+
 TEST(RobustFit, FewPoints) {
   EXPECT_EQ(gfRobustLine(pointsOf("1 1")).status, gxStatus::eUndetermined);
   EXPECT_EQ(gfRobustLine(pointsOf("1 1, 1 1")).status, gxStatus::eUndetermined);
@@ -245,6 +258,10 @@ TEST(RobustFit, AGivenLimitDecidesWhoBelongs) {
   const auto inliers = [&](double limit) {
     return gfRobustLine(points, {.weights = W::eConsensus, .inlierLimit = limit}).inliers.size();
   };
+  // A point at the limit belongs.
+  EXPECT_EQ(gfRobustLine(pointsOf("0 0, 1 0, 2 0, 3 0, 4 0, 5 0, 6 0, 2 4"), {.inlierLimit = 4.0})
+                .inliers.size(),
+            8u);
   EXPECT_EQ(inliers(0.2), 20u);
   EXPECT_EQ(inliers(0.4), 21u);
   EXPECT_EQ(inliers(1.0), 22u);
@@ -293,6 +310,13 @@ TEST(RobustFit, ResultsPrint) {
   out << gfRobustLine(wavyLine(), {.weights = W::eLeastSquares}) << "; "
       << gfRobustCircle(wavyCircle(), {.weights = W::eLeastSquares}) << "; "
       << gfRobustEllipse(ellipsePoints(), {.weights = W::eLeastSquares});
+  const gxVector<2> away(20, 30);
+  Points far = ellipsePoints();
+  for (auto& point : far) point += away;
+  std::ostringstream ellipse;
+  ellipse.precision(3);
+  ellipse << gfRobustEllipse(far, {.weights = W::eLeastSquares});
+  EXPECT_EQ(ellipse.str().find("ellipse at (20, 30) semi-axes 8 and 4 at angle "), 0u) << ellipse.str();
   EXPECT_NE(out.str().find("20 inliers, ok; circle at"), std::string::npos) << out.str();
   EXPECT_NE(out.str().find("24 inliers, ok; ellipse at"), std::string::npos) << out.str();
 }
