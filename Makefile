@@ -11,7 +11,7 @@ help:  ## say what there is to say
 	@echo
 	@awk -F ':.*## ' '/^[a-z]+:.*## / {printf "  make %-10s %s\n", $$1, $$2}' $(MAKEFILE_LIST)
 
-demo:  ## measure the coin and country outlines in examples/data; draws build/demo/*.svg
+demo:  ## measure, repair and inspect the outlines in examples/data; draws build/demo/*.svg
 	@tools/install_packages build tool test
 	@tools/build release gxshape_demo gxshape_tool
 	@mkdir -p build/demo

@@ -25,6 +25,7 @@ int main(int argc, char** argv) {
     showCoinSet(data);
     showEdgePoints(data, out);
     showArchives(data, out);
+    showInspection(data, out);
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "gxshape_demo: %s\n", error.what());

@@ -17,3 +17,5 @@ void showEdgePoints(const std::filesystem::path& data, const std::filesystem::pa
 /// Scene 6: the coin set and the edge points, saved and loaded.
 /// Throws also: std::runtime_error where what comes back is not what went in.
 void showArchives(const std::filesystem::path& data, const std::filesystem::path& out);
+/// Scene 7: punched coins, inspected against a golden one.
+void showInspection(const std::filesystem::path& data, const std::filesystem::path& out);
