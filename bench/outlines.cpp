@@ -35,6 +35,47 @@ std::vector<gxVector<2>> gx_kinkedOutline(std::int64_t count) {
   return points;
 }
 
+std::vector<gxVector<2>> gx_windingOutline(std::int64_t count) {
+  const std::int64_t half = std::max<std::int64_t>(count / 2, 2);
+  const double turns = std::sqrt(static_cast<double>(half)) / 4.0;
+  const auto at = [&](std::int64_t i, double off) {
+    const double share = std::sqrt((static_cast<double>(i) + 1.0) / static_cast<double>(half));
+    const double angle = kTurn * turns * share;
+    const double r = 4.0 * turns * share + off;
+    return gxVector<2>(r * std::cos(angle), r * std::sin(angle));
+  };
+  std::vector<gxVector<2>> points;
+  for (std::int64_t i = 0; i < half; ++i) points.push_back(at(i, 0.0));
+  for (std::int64_t i = half; i-- > 0;) points.push_back(at(i, -1.6 * std::min(1.0, turns)));
+  return points;
+}
+
+std::vector<gxVector<2>> gx_jitteredOutline(std::int64_t count) {
+  std::vector<gxVector<2>> points = gx_wobblyOutline(count);
+  std::mt19937_64 engine(20250111);
+  std::uniform_real_distribution<double> aside(0.2, 0.8);
+  for (std::size_t i = 4; i + 4 < points.size(); i += 20) {
+    const gxVector<2> along = points[i - 2] - points[i];
+    const gxVector<2> across(-along.y(), along.x());
+    points[i] = points[i] + along * 1.2 + across * aside(engine);
+    points[i + 1] = points[i + 1] - across * aside(engine);
+  }
+  return points;
+}
+
+std::vector<gxVector<2>> gx_tangledOutline(std::int64_t count) {
+  std::mt19937_64 engine(20250112);
+  std::normal_distribution<double> step(0.0, 1.0);
+  std::vector<gxVector<2>> points;
+  gxVector<2> at(0.0, 0.0);
+  for (std::int64_t i = 0; i < count; ++i) {
+    const double x = step(engine);
+    at = at + gxVector<2>(x, step(engine));
+    points.push_back(at);
+  }
+  return points;
+}
+
 std::vector<gxVector<2>> gx_pointsAround(std::int64_t outlineSize, std::int64_t count) {
   std::mt19937_64 engine(20250102);
   const double half = 1.2 * gx_radiusOf(outlineSize);

@@ -21,6 +21,17 @@ double gx_radiusOf(std::int64_t count);
 // itself, only about count / 75 do: where the noise bends it the other way, it just turns back a little.
 std::vector<gxVector<2>> gx_kinkedOutline(std::int64_t count);
 
+// A band about 2 wide, wound up about its middle: out along one side, back along the other. Its boxes lie on
+// each other, and it meets itself from 32 points on.
+std::vector<gxVector<2>> gx_windingOutline(std::int64_t count);
+
+// The smooth outline with every 20th point moved back along it by about two steps, so that it crosses itself
+// there.
+std::vector<gxVector<2>> gx_jitteredOutline(std::int64_t count);
+
+// A random walk, which crosses itself all over.
+std::vector<gxVector<2>> gx_tangledOutline(std::int64_t count);
+
 // `count` points spread evenly over the square of 2.4 radii around an outline of `outlineSize` points.
 std::vector<gxVector<2>> gx_pointsAround(std::int64_t outlineSize, std::int64_t count);
 

@@ -71,49 +71,6 @@ Points smooth(std::int64_t n) {
   return gx_wobblyOutline(n);
 }
 
-// A band about 2 wide, wound up about its middle: out along one side, back along the other.
-Points winding(std::int64_t n) {
-  const std::int64_t half = std::max<std::int64_t>(n / 2, 2);
-  const double turns = std::sqrt(static_cast<double>(half)) / 4.0;
-  const auto at = [&](std::int64_t i, double off) {
-    const double share = std::sqrt((static_cast<double>(i) + 1.0) / static_cast<double>(half));
-    const double angle = kTurn * turns * share;
-    const double r = 4.0 * turns * share + off;
-    return V(r * std::cos(angle), r * std::sin(angle));
-  };
-  Points points;
-  for (std::int64_t i = 0; i < half; ++i) points.push_back(at(i, 0.0));
-  for (std::int64_t i = half; i-- > 0;) points.push_back(at(i, -1.6 * std::min(1.0, turns)));
-  return points;
-}
-
-// The smooth outline with every 20th point moved back along it by about two steps.
-Points jittered(std::int64_t n) {
-  Points points = gx_wobblyOutline(n);
-  std::mt19937_64 engine(20250111);
-  std::uniform_real_distribution<double> aside(0.2, 0.8);
-  for (std::size_t i = 4; i + 4 < points.size(); i += 20) {
-    const V along = points[i - 2] - points[i];
-    const V across(-along.y(), along.x());
-    points[i] = points[i] + along * 1.2 + across * aside(engine);
-    points[i + 1] = points[i + 1] - across * aside(engine);
-  }
-  return points;
-}
-
-Points tangled(std::int64_t n) {
-  std::mt19937_64 engine(20250112);
-  std::normal_distribution<double> step(0.0, 1.0);
-  Points points;
-  V at(0.0, 0.0);
-  for (std::int64_t i = 0; i < n; ++i) {
-    const double x = step(engine);
-    at = at + V(x, step(engine));
-    points.push_back(at);
-  }
-  return points;
-}
-
 Points turned(const Points& points, double radius) {
   const double c = std::cos(kTurn / 120.0);
   const double s = std::sin(kTurn / 120.0);
@@ -225,7 +182,10 @@ struct Form {
   Maker make;
 };
 constexpr Form kForms[] = {
-    {"smooth", smooth}, {"winding", winding}, {"jittered", jittered}, {"tangled", tangled}};
+    {"smooth", smooth},
+                           {"winding", gx_windingOutline},
+                           {"jittered", gx_jitteredOutline},
+                           {"tangled", gx_tangledOutline}};
 
 template <class Party>
 void repairRow(benchmark::State& state, Maker make) {
