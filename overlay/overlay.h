@@ -3,6 +3,7 @@
 
 #include <overlay/boolean.h>
 #include <overlay/check.h>
+#include <overlay/edge_points.h>
 #include <overlay/limits.h>
 #include <overlay/offset.h>
 #include <overlay/options.h>
