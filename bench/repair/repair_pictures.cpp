@@ -4,6 +4,7 @@
 #include <cntr/internal/repair/loops.h>
 #include <cntr/internal/repair/outside_walk.h>
 #include <cntr/region.h>
+#include <overlay/repair.h>
 #include <support/exposed.h>
 #include <support/inside_of.h>
 #include <support/outline_files.h>
@@ -227,6 +228,101 @@ void drawTangled(const std::string& folder, const std::string& path,
   tablet.save(folder + "/repair_tangled.svg");
 }
 
+// ---- The four rules -------------------------------------------------------------------------------
+
+// Where a shape of a box goes in a panel of 10 by 10.
+class Panel {
+ public:
+  Panel(const Points& figure, const V& by)
+      : box_(gxContour(figure).encloseRect(gxXform<2>::I)), by_(by) {
+    scale_ = 9.0 / std::max(box_.size().x(), box_.size().y());
+    rest_ = (V(9.0, 9.0) - V(box_.size().x(), box_.size().y()) * scale_) * 0.5;
+  }
+  V at(const V& p) const { return by_ + rest_ + (p - box_.origin()) * scale_; }
+  Points of(const Points& points) const {
+    Points result;
+    for (const V& p : points) result.push_back(at(p));
+    return result;
+  }
+
+ private:
+  gxRect box_;
+  V by_;
+  double scale_;
+  V rest_;
+};
+
+// Hatches what rings that do not cross each other enclose.
+void hatch(gxSvgTablet& tablet, const std::vector<Points>& rings, const gxColor& colour) {
+  constexpr double kStep = 0.16;
+  gx_Box box;
+  for (const Points& ring : rings) {
+    for (const V& p : ring) box.add(p);
+  }
+  tablet.strokeWidth(1.0);
+  for (double y = std::ceil(box.lowY / kStep) * kStep + 1e-7; y < box.highY; y += kStep) {
+    std::vector<double> passes;
+    for (const Points& ring : rings) {
+      for (std::size_t i = 0; i < ring.size(); ++i) {
+        const V& a = ring[i];
+        const V& b = ring[(i + 1) % ring.size()];
+        if ((a.y() > y) != (b.y() > y))
+          passes.push_back(a.x() + (b.x() - a.x()) * ((y - a.y()) / (b.y() - a.y())));
+      }
+    }
+    std::sort(passes.begin(), passes.end());
+    for (std::size_t i = 0; i + 1 < passes.size(); i += 2)
+      tablet.drawLineSeg({passes[i], y}, {passes[i + 1], y}, colour, gxUITablet::eImageLayer);
+  }
+}
+
+void drawRule(gxSvgTablet& tablet, const Points& figure, gxFillRule rule, const V& by) {
+  const Panel panel(figure, by);
+  const gxRepaired repaired = gfRepair(gxRegion(figure), rule);
+  std::vector<Points> rings;
+  for (const auto& region : repaired.regions.regions()) {
+    rings.push_back(panel.of(region->points()));
+    drawOutline(tablet, rings.back(), kBlue, 1.2);
+    for (const auto& hole : region->holes()) {
+      rings.push_back(panel.of(hole->points()));
+      drawOutline(tablet, rings.back(), kRed, 1.2);
+    }
+  }
+  hatch(tablet, rings, gxColor(150, 185, 235));
+  const gxRepairReport& report = repaired.report;
+  const std::string parts = std::to_string(report.regions) +
+                            (report.regions == 1 ? " region, " : " regions, ") +
+                            std::to_string(report.holes) + (report.holes == 1 ? " hole" : " holes");
+  label(tablet, by + V(4.5, -0.8), parts, kBlack, 11);
+}
+
+// Eight outlines, each as it came and by the four rules.
+void drawRules(const std::string& folder, const std::string& path) {
+  const char* const names[] = {"tangled-002", "tangled-048", "tangled-027", "tangled-043",
+                               "tangled-036", "tangled-017", "tangled-024", "tangled-040"};
+  const std::vector<FiledShape> shapes = filedShapes(path);
+  const double height = 8 * 11.4 + 1.2;
+  gxSvgTablet tablet = page(55, height, 1000);
+  tablet.title("tangled outlines by four rules");
+  const std::pair<const char*, gxFillRule> rules[] = {{"even-odd", gxFillRule::eEvenOdd},
+                                                      {"non-zero", gxFillRule::eNonZero},
+                                                      {"positive", gxFillRule::ePositive},
+                                                      {"outer", gxFillRule::eOuter}};
+  label(tablet, V(5, height - 0.6), "as it came", kBlack, 15);
+  for (int i = 0; i < 4; ++i) label(tablet, V(16 + 11 * i, height - 0.6), rules[i].first, kBlack, 15);
+  double y = height - 11.0;
+  for (const char* const name : names) {
+    const auto shape = std::find_if(shapes.begin(), shapes.end(),
+                                    [name](const FiledShape& s) { return s.name == name; });
+    if (shape == shapes.end()) continue;
+    drawPanel(tablet, shape->outline, shape->outline, V(0.5, y), kBlack);
+    label(tablet, V(5, y - 0.8), shape->operation, kBlack, 11);
+    for (int i = 0; i < 4; ++i) drawRule(tablet, shape->outline, rules[i].second, V(11.5 + 11 * i, y));
+    y -= 11.4;
+  }
+  tablet.save(folder + "/repair_rules.svg");
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -242,5 +338,6 @@ int main(int count, char** arguments) {
   std::vector<std::string> names(arguments + std::min(count, 3), arguments + count);
   if (names.empty()) names = {"tangled-002", "tangled-024", "tangled-040"};
   drawTangled(folder, path, names);
+  drawRules(folder, path);
   return 0;
 }

@@ -5,10 +5,11 @@
 // For every outline that crosses or touches itself: whether a repair comes out; whether it still
 // crosses itself (isSelfIntersecting); whether its ring is simple to GEOS, to which a point passed
 // twice is not; and its area divided by that of the union of everything the outline goes around,
-// the non-zero fill of polyclipping.
+// the non-zero fill of polyclipping.  "By rule" is gfRepair with the non-zero rule; all its rings are looked at.
 #include "union_area.h"
 
 #include <cntr/region.h>
+#include <overlay/repair.h>
 #include <support/exposed.h>
 #include <support/outline_files.h>
 #include <support/random_shapes.h>
@@ -60,7 +61,7 @@ struct Outcome {
 
 struct Group {
   long outlines = 0;
-  Outcome repairs[2];  // regularize, outerHull
+  Outcome repairs[3];  // regularize, outerHull, by rule
 
   void add(GEOSContextHandle_t geos, const Points& points) {
     const gxRegion region(points);
@@ -80,12 +81,31 @@ struct Group {
       if (isSimpleRing(geos, result.points())) ++outcome.simple;
       outcome.areas.push_back((result.points().size() < 3 ? 0.0 : result.area(false)) / whole);
     }
+    addByRule(geos, region, whole);
+  }
+
+  void addByRule(GEOSContextHandle_t geos, const gxRegion& region, double whole) {
+    Outcome& outcome = repairs[2];
+    const gxRepaired repaired = gfRepair(region, gxFillRule::eNonZero);
+    bool crosses = false;
+    bool simple = true;
+    for (const auto& part : repaired.regions.regions()) {
+      crosses = crosses || part->isSelfIntersecting();
+      simple = simple && isSimpleRing(geos, part->points());
+      for (const auto& hole : part->holes()) {
+        crosses = crosses || hole->isSelfIntersecting();
+        simple = simple && isSimpleRing(geos, hole->points());
+      }
+    }
+    if (!crosses) ++outcome.uncrossed;
+    if (simple) ++outcome.simple;
+    outcome.areas.push_back(whole > 0.0 ? repaired.report.areaAfter / whole : 1.0);
   }
 
   void print(const std::string& title) {
     if (outlines == 0) return;
-    const char* const names[] = {"regularize", "outerHull"};
-    for (int i = 0; i < 2; ++i) {
+    const char* const names[] = {"regularize", "outerHull", "by rule"};
+    for (int i = 0; i < 3; ++i) {
       Outcome& o = repairs[i];
       std::sort(o.areas.begin(), o.areas.end());
       const auto share = [](long part, std::size_t all) {
