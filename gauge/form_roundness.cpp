@@ -74,7 +74,8 @@ class MinimumZone {
   }
 
   void run(const gxVector<2>& start) {
-    consider(start, zoneAt(start));
+    best_ = zoneAt(start);
+    centre_ = start;
     for (const gx_DelaunayEdge& edge : gx_delaunay(points_)) {
       walk(edge);
       if (spent_ > kMostDistances) {
@@ -112,10 +113,14 @@ class MinimumZone {
     return (outer - inner) / (std::sqrt(outer) + std::sqrt(inner));
   }
 
+  // Of places with the same zone the lowest.  The start is no such place: it is a bound, and gives way to
+  // any that is as good, or its rounding would decide.
   void consider(const gxVector<2>& c, double zone) {
-    if (!(zone < best_ - kSame) && !(zone <= best_ + kSame && isLower(c, centre_))) return;
+    const bool isTie = zone <= best_ + kSame && (isStart_ || isLower(c, centre_));
+    if (!(zone < best_ - kSame) && !isTie) return;
     best_ = std::min(best_, zone);
     centre_ = c;
+    isStart_ = false;
   }
 
   // A place on the bisector m + s v of a and b, the farthest corner there, or far out.
@@ -217,6 +222,7 @@ class MinimumZone {
   gxVector<2> centre_{kInfinity, kInfinity};
   std::uint64_t spent_ = 0;
   bool capped_ = false;
+  bool isStart_ = true;  // the centre is the start's
 };
 
 // The centres of the empty circles in the hull; the largest, the lowest of equal ones.

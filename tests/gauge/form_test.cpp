@@ -97,6 +97,15 @@ TEST(Roundness, FiguresOfTheLiteratureAndByHandInPlaceTurnedAndFarAway) {
   }
 }
 
+// Two pairs of points around the origin, whose zone is as wide from a stretch of centres.  The lowest that
+// is computed is the origin itself; the least squares centre, a rounding beside it, was taken before.
+TEST(Roundness, OfAZoneThatIsEvenlyWideIsNotDecidedByTheRoundingOfItsStart) {
+  const Points cross{{10.0, 0.0}, {-10.0, 0.0}, {0.0, 9.0}, {0.0, -9.0}};
+  const gxRoundness roundness = gfRoundness(cross, R::eMinimumZone);
+  EXPECT_EQ(roundness.roundness, 1.0);
+  EXPECT_EQ(roundness.centre, gxVector<2>(0.0, 0.0));
+}
+
 TEST(Roundness, CentresRadiiAndSupports) {
   const gxRoundness quarter = gfRoundness(kFigures[1].points);
   EXPECT_NEAR(quarter.centre.len(), 0.0, 1e-12);
