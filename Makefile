@@ -11,10 +11,11 @@ help:  ## say what there is to say
 	@echo
 	@awk -F ':.*## ' '/^[a-z]+:.*## / {printf "  make %-10s %s\n", $$1, $$2}' $(MAKEFILE_LIST)
 
-demo:  ## measure, repair and inspect the outlines in examples/data; draws build/demo/*.svg
+demo:  ## measure, repair and inspect the outlines in examples/data; pictures in build/demo
 	@tools/install_packages build tool test
 	@tools/build release gxshape_demo gxshape_tool
 	@mkdir -p build/demo
+	@examples/demo/with_the_tool build/release/bin build/demo
 	build/release/bin/gxshape_demo examples/data build/demo
 	@echo "your own shapes (WKT, GeoJSON, CSV ...): build/release/bin/gxshape measure FILE"
 

@@ -1,4 +1,4 @@
-// Scene 6: what was measured is kept.
+// Scene 5: what was measured is kept.
 //
 //  1. The coin set is stored in one frame of an archive, which goes to a file.
 //  2. The contours of edge points are stored one after the other, each in a frame of its own.
@@ -70,7 +70,7 @@ void keepEdgeContours(const std::vector<EdgeContour>& contours, const std::files
 }  // namespace
 
 void showArchives(const std::filesystem::path& data, const std::filesystem::path& out) {
-  std::printf("\n== 6. Archives\n\n");
+  std::printf("\n== 5. Archives\n\n");
   keepCoinSet(makeCoinSet(data), out / "coins.gxa");
   const std::vector<gxRegionT<gxEdgelet>> regions = readEdgeRegions(data);
   keepEdgeContours(std::vector<EdgeContour>(regions.begin(), regions.end()), out / "edges.gxa");

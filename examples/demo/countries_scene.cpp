@@ -1,4 +1,4 @@
-// Scene 2: countries with holes.
+// Scene 1: countries with holes.
 //
 //  1. Each country is a region; its holes are regions of their own.
 //  2. The table gives length, area and centre of mass of the outline alone and with the holes taken out.
@@ -154,7 +154,7 @@ void drawCountries(const std::vector<Country>& countries, const std::filesystem:
 }  // namespace
 
 void showCountries(const std::filesystem::path& data, const std::filesystem::path& out) {
-  std::printf("\n== 2. Countries\n");
+  std::printf("\n== 1. Countries\n");
   const std::vector<Country> countries = readCountries(data);
   printMeasures(countries);
   printSouthAfrica(countries);

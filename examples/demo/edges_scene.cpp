@@ -1,4 +1,4 @@
-// Scene 5: the edge points of the coins under a calibration.
+// Scene 4: the edge points of the coins under a calibration.
 //
 //  1. The edge points stand in the picture, in pixels; the transform of the regions leads from
 //     millimetres to pixels, so their points, and all their geometry, are in millimetres.
@@ -144,7 +144,7 @@ void drawRegions(const std::vector<EdgeRegion>& regions, const std::filesystem::
 }  // namespace
 
 void showEdgePoints(const std::filesystem::path& data, const std::filesystem::path& out) {
-  std::printf("\n== 5. Edge points under a calibration\n");
+  std::printf("\n== 4. Edge points under a calibration\n");
   const std::vector<EdgeRegion> regions = readEdgeRegions(data);
   printRegions(regions);
   drawRegions(regions, out / "edges.svg");

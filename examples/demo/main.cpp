@@ -19,7 +19,6 @@ int main(int argc, char** argv) {
     const std::filesystem::path data = argv[1];
     const std::filesystem::path out = argv[2];
     std::filesystem::create_directories(out);
-    showCoins(data, out);
     showCountries(data, out);
     showTangled(data, out);
     showCoinSet(data);

@@ -4,17 +4,15 @@
 
 #include <filesystem>
 
-/// Scene 1: coins, measured one by one.
-void showCoins(const std::filesystem::path& data, const std::filesystem::path& out);
-/// Scene 2: countries, with their holes and without.
+/// Scene 1: countries, with their holes and without.
 void showCountries(const std::filesystem::path& data, const std::filesystem::path& out);
-/// Scene 3: tangled outlines, before and after their repair.
+/// Scene 2: tangled outlines, before and after their repair.
 void showTangled(const std::filesystem::path& data, const std::filesystem::path& out);
-/// Scene 4: the coins as one shape.
+/// Scene 3: the coins as one shape.
 void showCoinSet(const std::filesystem::path& data);
-/// Scene 5: the coins' edge points, calibrated.
+/// Scene 4: the coins' edge points, calibrated.
 void showEdgePoints(const std::filesystem::path& data, const std::filesystem::path& out);
-/// Scene 6: the coin set and the edge points, saved and loaded.
+/// Scene 5: the coin set and the edge points, saved and loaded.
 /// Throws also: std::runtime_error where what comes back is not what went in.
 void showArchives(const std::filesystem::path& data, const std::filesystem::path& out);
 /// Scene 7: punched coins, inspected against a golden one.

@@ -1,4 +1,4 @@
-// Scene 4: the coins as one shape.
+// Scene 3: the coins as one shape.
 //
 //  1. The regions go into a set, which shares them.
 //  2. Area, centre of mass and second moments of all coins together.
@@ -58,7 +58,7 @@ void printPoints(const gxRegionSet& coins) {
 }  // namespace
 
 void showCoinSet(const std::filesystem::path& data) {
-  std::printf("\n== 4. The coins as one shape\n");
+  std::printf("\n== 3. The coins as one shape\n");
   const gxRegionSet coins = makeCoinSet(data);
   printMeasures(coins);
   printFrames(coins);

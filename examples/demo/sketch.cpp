@@ -3,9 +3,7 @@
 #include "sketch.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <numbers>
 
 namespace {
 
@@ -29,35 +27,6 @@ void drawLine(gxUITablet& tablet, const gxVector<2>& from, const gxVector<2>& to
 void drawCross(gxUITablet& tablet, const gxVector<2>& at, double arm, const gxColor& colour) {
   drawLine(tablet, at - gxVector<2>(arm, 0.0), at + gxVector<2>(arm, 0.0), colour);
   drawLine(tablet, at - gxVector<2>(0.0, arm), at + gxVector<2>(0.0, arm), colour);
-}
-
-void drawBox(gxUITablet& tablet, const gxRect& box, const gxXform<2>& frame, const gxColor& colour) {
-  const gxXform<2> back = frame.inverse();
-  const gxVector<2> low = box.origin();
-  const gxVector<2> high = box.corner();
-  const std::array<gxVector<2>, 4> corners = {back * low, back * gxVector<2>(high.x(), low.y()),
-                                              back * high, back * gxVector<2>(low.x(), high.y())};
-  for (std::size_t i = 0; i < corners.size(); ++i) {
-    drawLine(tablet, corners[i], corners[(i + 1) % corners.size()], colour);
-  }
-}
-
-void drawEllipse(gxUITablet& tablet, const gxEllipse& ellipse, const gxColor& colour) {
-  constexpr int kSides = 180;
-  const gxVector<2> first = ellipse.point(gxRadian(0.0));
-  gxVector<2> from = first;
-  for (int i = 1; i <= kSides; ++i) {
-    const gxVector<2> to =
-        i == kSides ? first : ellipse.point(gxRadian(2.0 * std::numbers::pi * i / kSides));
-    drawLine(tablet, from, to, colour);
-    from = to;
-  }
-}
-
-void drawAxes(gxUITablet& tablet, const gxEllipse& ellipse, const gxColor& colour) {
-  constexpr double kQuarter = std::numbers::pi / 2.0;
-  drawLine(tablet, ellipse.point(gxRadian(2.0 * kQuarter)), ellipse.point(gxRadian(0.0)), colour);
-  drawLine(tablet, ellipse.point(gxRadian(3.0 * kQuarter)), ellipse.point(gxRadian(kQuarter)), colour);
 }
 
 void PanelTablet::drawLineSeg(const gxPair<double>& from, const gxPair<double>& to,

@@ -35,16 +35,6 @@ void drawLine(gxUITablet& tablet, const gxVector<2>& from, const gxVector<2>& to
 /// Draws a cross with arms of that length.
 void drawCross(gxUITablet& tablet, const gxVector<2>& at, double arm, const gxColor& colour);
 
-/// Draws the rectangle that is upright after mapping by `frame`, where it stands before mapping.
-/// Throws: gxMathError::Singular for a frame without an inverse.
-void drawBox(gxUITablet& tablet, const gxRect& box, const gxXform<2>& frame, const gxColor& colour);
-
-/// Draws the ellipse as a polygon of 180 sides.
-void drawEllipse(gxUITablet& tablet, const gxEllipse& ellipse, const gxColor& colour);
-
-/// Draws the two axes of the ellipse, each from border to border.
-void drawAxes(gxUITablet& tablet, const gxEllipse& ellipse, const gxColor& colour);
-
 /// A tablet that draws on another one, mapped: a panel of a larger picture.
 class PanelTablet final : public gxUITablet {
  public:

@@ -1,4 +1,4 @@
-// Scene 3: outlines that cross themselves, and what the repair makes of them.
+// Scene 2: outlines that cross themselves, and what the repair makes of them.
 //
 //  1. Eight outlines are picked: grown, stroked, made bolder or thinner, noisy, drawn by hand.
 //  2. The table gives points and area before and after; the area of a tangled outline is the bare
@@ -76,6 +76,7 @@ void printCases(const std::vector<Case>& cases) {
 constexpr double kCell = 270.0;
 constexpr double kGap = 14.0;
 constexpr double kCaption = 36.0;
+constexpr double kHeading = 40.0;
 
 // One cell of the picture: the outline as it came, below it the repaired one, if there is one.
 void drawCell(gxSvgTablet& tablet, const Case& one, const gxRegion* repaired, const gxVector<2>& at) {
@@ -92,29 +93,30 @@ void drawCell(gxSvgTablet& tablet, const Case& one, const gxRegion* repaired, co
                  gxUITablet::eOverlayLayer);
 }
 
+// Above each row, so that no cell has to be looked up at the top of the page.
+void drawHeads(gxSvgTablet& tablet, const gxVector<2>& at) {
+  const double step = kCell + kGap;
+  const auto layer = gxUITablet::eOverlayLayer;
+  tablet.drawText({at.x(), at.y()}, "as it came", palette::kOutline, layer, 18.0);
+  tablet.drawText({at.x() + step, at.y()}, "regularized", palette::kEllipse, layer, 18.0);
+  tablet.drawText({at.x() + 1.5 * step, at.y() + 14.0}, "red: dropped", palette::kDropped, layer, 14.0);
+  tablet.drawText({at.x() + 2.0 * step, at.y()}, "outer hull", palette::kHull, layer, 18.0);
+}
+
 void drawCases(const std::vector<Case>& cases, const std::filesystem::path& path) {
-  constexpr double kHeading = 50.0;
   constexpr double kHalf = 3.0 * (kCell + kGap) + 46.0;
   const std::size_t rows = (cases.size() + 1) / 2;
-  const double height = kHeading + static_cast<double>(rows) * (kCell + kGap + kCaption);
+  constexpr double kRowHeight = kHeading + kCell + kGap + kCaption;
+  const double height = static_cast<double>(rows) * kRowHeight;
   gxSvgTablet tablet(gxRect({0.0, 0.0}, {2.0 * kHalf - 46.0, height}), 2.0 * kHalf - 46.0,
                      gxSvgTablet::eYDown, 12.0);
   tablet.background(palette::kPaper);
   tablet.title("Tangled outlines and their repair");
-  for (int half = 0; half < 2; ++half) {
-    const double x = half * kHalf + kCell / 2.0;
-    const double step = kCell + kGap;
-    tablet.drawText({x, 12.0}, "as it came", palette::kOutline, gxUITablet::eOverlayLayer, 18.0);
-    tablet.drawText({x + 1.5 * step, 34.0}, "red: dropped", palette::kDropped, gxUITablet::eOverlayLayer,
-                    15.0);
-    tablet.drawText({x + step, 12.0}, "regularized", palette::kEllipse, gxUITablet::eOverlayLayer, 18.0);
-    tablet.drawText({x + 2.0 * step, 12.0}, "outer hull", palette::kHull, gxUITablet::eOverlayLayer,
-                    18.0);
-  }
   for (std::size_t i = 0; i < cases.size(); ++i) {
     const std::size_t row = i / 2;
     const double x = static_cast<double>(i % 2) * kHalf;
-    const double y = kHeading + static_cast<double>(row) * (kCell + kGap + kCaption);
+    const double y = kHeading + static_cast<double>(row) * kRowHeight;
+    drawHeads(tablet, {x + kCell / 2.0, y - 24.0});
     drawCell(tablet, cases[i], nullptr, {x, y});
     drawCell(tablet, cases[i], &cases[i].regular, {x + kCell + kGap, y});
     drawCell(tablet, cases[i], &cases[i].hull, {x + 2.0 * (kCell + kGap), y});
@@ -128,7 +130,7 @@ void drawCases(const std::vector<Case>& cases, const std::filesystem::path& path
 }  // namespace
 
 void showTangled(const std::filesystem::path& data, const std::filesystem::path& out) {
-  std::printf("\n== 3. Tangled outlines\n");
+  std::printf("\n== 2. Tangled outlines\n");
   const std::vector<Case> cases = repairAll(data);
   printCases(cases);
   drawCases(cases, out / "tangled.svg");

@@ -25,6 +25,8 @@ class Session(unittest.TestCase):
         for name, text in FILES.items():
             with open(os.path.join(cls.folder.name, name), "w", encoding="utf-8") as file:
                 file.write(text)
+        # The sessions of the README are held in the repository's folder.
+        os.symlink(os.path.join(SOURCE, "examples"), os.path.join(cls.folder.name, "examples"))
 
     @classmethod
     def tearDownClass(cls):
