@@ -2,7 +2,7 @@
 # what it needs under build/, and can be given again from any state of that folder.
 
 .DEFAULT_GOAL := help
-.PHONY: help demo gallery test check format lint bench soak asan tsan coverage clang debug fuzz docs install clean
+.PHONY: help demo gallery test python check format lint bench soak asan tsan coverage clang debug fuzz docs install clean
 
 PREFIX ?= /usr/local
 
@@ -25,9 +25,15 @@ gallery:  ## draw the pictures of docs/gallery.md anew
 	@tools/make_gallery
 
 test:  ## build a release, run every test, count them
-	@tools/install_packages build test
+	@tools/install_packages build test python
 	@tools/build release
+	@tools/build_python release
 	@tools/run_tests release
+
+python:  ## the Python package; PYTHONPATH=build/release/python has it
+	@tools/install_packages build python
+	@tools/build_python release
+	@echo "try it: PYTHONPATH=build/release/python python3 python/examples/first_lines.py"
 
 check: test lint asan  ## all that CI runs: test, lint, asan
 	@tail -q -n 1 build/release/test-results/totals.txt
@@ -68,8 +74,9 @@ coverage:  ## the share of lines and branches that the tests reach; build/covera
 	@tools/coverage_report
 
 soak:  ## the random tests at full length, 100,000 rounds and more (an hour)
-	@tools/install_packages build test
+	@tools/install_packages build test python
 	@tools/build release
+	@tools/build_python release
 	@GXSHAPE_SOAK=1 tools/run_tests release --timeout 36000
 
 bench:  ## the benchmarks, ours and the peers'; writes docs/performance.md

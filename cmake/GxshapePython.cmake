@@ -51,3 +51,17 @@ foreach(file IN LISTS _package_files)
 endforeach()
 # docs/names.csv is the one list of measures; the package reads its copy.
 file(CREATE_LINK "${PROJECT_SOURCE_DIR}/docs/names.csv" "${GXSHAPE_PYTHON_PACKAGE}/names.csv" SYMBOLIC)
+
+# ---- Tests -----------------------------------------------------------------------------------------
+
+if(GXSHAPE_TESTS AND NOT GXSHAPE_SANITIZE AND NOT GXSHAPE_COVERAGE)
+  add_test(NAME python
+           COMMAND ${GXSHAPE_PYTHON3} -m pytest -q -p no:cacheprovider "${PROJECT_SOURCE_DIR}/python/tests")
+  set(_environment "PYTHONPATH=${PROJECT_BINARY_DIR}/python" "PYTHONDONTWRITEBYTECODE=1"
+      "GXSHAPE_BUILD=${PROJECT_BINARY_DIR}"
+      "GXSHAPE_TEST_RESULTS=${PROJECT_BINARY_DIR}/test-results/python.json")
+  if(TARGET gxshape_tool)
+    list(APPEND _environment "GXSHAPE_TOOL=$<TARGET_FILE:gxshape_tool>")
+  endif()
+  set_tests_properties(python PROPERTIES TIMEOUT 900 ENVIRONMENT "${_environment}")
+endif()

@@ -10,6 +10,7 @@ import hashlib
 import json
 import os
 import tempfile
+import zipfile
 from collections.abc import Callable, Iterable, Iterator, Sequence
 from pathlib import Path
 from typing import Any, Union
@@ -130,7 +131,7 @@ def _load(path: Path) -> batch.Table | None:
             for row, *text in json.loads(str(file["//texts"])):
                 table.texts[row] = (text[0], text[1], text[2])
             return table
-    except (OSError, ValueError, KeyError, EOFError):
+    except (OSError, ValueError, KeyError, EOFError, zipfile.BadZipFile):
         return None  # not there, or not whole: it is computed again
 
 

@@ -48,7 +48,7 @@ def test_the_measures_of_a_plate_with_a_hole():
 
 def test_answers_do_not_outlive_the_points_they_are_of():
     region = plate()
-    assert region.area == 1100 and region.inside([30, 15]) is np.False_ or not region.inside([30, 15])
+    assert region.area == 1100 and not region.inside([30, 15])
     region.holes = []
     assert region.area == 1200 and region.inside([30, 15])
     region.points = SQUARE
@@ -71,7 +71,7 @@ def test_degenerate_contours_answer():
 
 def test_inside_takes_any_shape_of_query():
     region = gx.Region(SQUARE)
-    assert region.inside([2, 2]) is True or region.inside([2, 2]) == np.True_
+    assert isinstance(region.inside([2, 2]), bool) and region.inside([2, 2])
     assert region.inside(np.full((2, 3, 2), 2.0)).shape == (2, 3)
     assert region.inside(np.empty((0, 2))).shape == (0,) and region.inside([]).shape == (0,)
     assert region.locate([0, 2]) is gx.State.BORDER and region.locate([9, 9]) is gx.State.OUTSIDE
@@ -93,7 +93,7 @@ def test_equality_counts_holes_and_closedness_and_not_labels():
     assert plate() == plate() and plate() != gx.Region(PLATE)
     assert gx.Region(PLATE, label=3) == gx.Region(PLATE, label=4)
     assert gx.Contour(SQUARE) != gx.Contour(SQUARE, closed=False) and gx.Contour(SQUARE) != gx.Region(SQUARE)
-    assert gx.Region(SQUARE) != gx.Region(np.array(SQUARE) + [[1e-15, 0]] * 1 + 1e-9)
+    assert gx.Region(SQUARE) != gx.Region(np.array(SQUARE) + 1e-9)
     island = gx.Region(HOLE, holes=[[[28, 12], [30, 12], [30, 14]]])
     assert gx.Region(PLATE, holes=[island]) != plate()
     assert gx.Region(SQUARE) != "square"
