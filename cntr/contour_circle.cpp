@@ -67,7 +67,9 @@ void circleAroundFirst(const std::vector<gxVector<2>>& points, gxCircle& circle)
   circle = gxCircle(points.front(), radius);
 }
 
-bool isKnown(const gx_ContourMemory& memory, unsigned slot, gx_ContourMemory::Circle& circle) {
+bool isKnown(const gx_ContourMemory& memory, gxContourDefs::DiameterMode mode,
+             gx_ContourMemory::Circle& circle) {
+  const auto slot = static_cast<unsigned>(mode);
   return slot < memory.encloseCircles.size() && memory.encloseCircles[slot].get(circle);
 }
 
