@@ -38,14 +38,20 @@ gx_Pair farthestOfFew(const std::vector<gxVector<2>>& points) {
 // The square of the largest distance from the first point, plainly; NaN is passed over.
 double largestSquare(const std::vector<gxVector<2>>& points) {
   const gxVector<2> first = points.front();
-  double largest[2] = {0.0, 0.0};  // two lanes halve the waiting for the last result
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    const gxVector<2> d = first - points[i];
-    const double square = d.x() * d.x() + d.y() * d.y();
-    double& lane = largest[i % 2];
-    lane = square > lane ? square : lane;
+  const auto larger = [&first](const gxVector<2>& p, double largest) {
+    const gxVector<2> d = first - p;
+    const double square = d * d;
+    return square > largest ? square : largest;
+  };
+  double odd = 0.0;  // every other point each, which halves the waiting for the last result
+  double even = 0.0;
+  std::size_t i = 1;
+  for (; i + 2 <= points.size(); i += 2) {
+    odd = larger(points[i], odd);
+    even = larger(points[i + 1], even);
   }
-  return largest[1] > largest[0] ? largest[1] : largest[0];
+  if (i < points.size()) odd = larger(points[i], odd);
+  return even > odd ? even : odd;
 }
 
 // The root of the largest square is the largest root, wherever a distance is the plain root of the sum

@@ -18,6 +18,10 @@
 #include <cmath>
 #include <limits>
 
+#if defined(__SSE2__)
+#  include <emmintrin.h>
+#endif
+
 namespace {
 
 // Directions and transforms this close to an axis or the identity are taken for it: a few units in
@@ -48,20 +52,57 @@ long farthestAlong(const std::vector<gxVector<2>>& points, double angle) {
   return farthest(points, [&d](const gxVector<2>& p) { return d * p; });
 }
 
-// The bounds of one coordinate, as enclosing the points one by one finds them: a NaN is passed over,
+// Two numbers side by side.
+#if defined(__SSE2__)
+class Pair {
+ public:
+  explicit Pair(const gxVector<2>& p) : xy_(_mm_loadu_pd(reinterpret_cast<const double*>(&p))) {}
+  // The minimum and maximum instructions take their first operand where it is strictly beyond the second,
+  // else the second, NaN or not.
+  void takeIfBelow(const Pair& o) { xy_ = _mm_min_pd(o.xy_, xy_); }
+  void takeIfAbove(const Pair& o) { xy_ = _mm_max_pd(o.xy_, xy_); }
+  gxVector<2> vector() const { return {_mm_cvtsd_f64(xy_), _mm_cvtsd_f64(_mm_unpackhi_pd(xy_, xy_))}; }
+
+ private:
+  __m128d xy_;
+};
+#else
+class Pair {
+ public:
+  explicit Pair(const gxVector<2>& p) : x_(p.x()), y_(p.y()) {}
+  void takeIfBelow(const Pair& o) {
+    x_ = o.x_ < x_ ? o.x_ : x_;
+    y_ = o.y_ < y_ ? o.y_ : y_;
+  }
+  void takeIfAbove(const Pair& o) {
+    x_ = o.x_ > x_ ? o.x_ : x_;
+    y_ = o.y_ > y_ ? o.y_ : y_;
+  }
+  gxVector<2> vector() const { return {x_, y_}; }
+
+ private:
+  double x_;
+  double y_;
+};
+#endif
+
+// The bounds of both coordinates, as enclosing the points one by one finds them: a NaN is passed over,
 // except where it comes first, and of equal bounds the first stays.  Only zeros can be equal without
 // being the same, so a bound of 0 is looked for again one by one.
 struct Bounds {
-  explicit Bounds(double first) : low{first, first}, high{first + 0.0, first + 0.0} {}
-  void add(double value, int lane) {
-    low[lane] = value < low[lane] ? value : low[lane];
-    high[lane] = value > high[lane] ? value : high[lane];
+  explicit Bounds(const gxVector<2>& first) : low(first), high(first + gxVector<2>(0.0, 0.0)) {}
+  void add(const gxVector<2>& p) {
+    const Pair pair(p);
+    low.takeIfBelow(pair);
+    high.takeIfAbove(pair);
   }
-  double lowest() const { return low[1] < low[0] ? low[1] : low[0]; }
-  double highest() const { return high[1] > high[0] ? high[1] : high[0]; }
+  void add(const Bounds& o) {
+    low.takeIfBelow(o.low);
+    high.takeIfAbove(o.high);
+  }
 
-  double low[2];  // two lanes, each with every other point, halve the waiting for the last result
-  double high[2];
+  Pair low;
+  Pair high;
 };
 
 template <class Map>
@@ -75,33 +116,28 @@ gxRect boxOneByOne(const std::vector<gxVector<2>>& points, const Map& map) {
 
 template <class Map>
 gxRect boxOf(const std::vector<gxVector<2>>& points, const Map& map) {
-  const gxVector<2> first = map(points.front());
-  Bounds x(first.x());
-  Bounds y(first.y());
+  Bounds odd(
+      map(points.front()));  // every other point each, which halves the waiting for the last result
+  Bounds even = odd;
   std::size_t i = 1;
   for (; i + 2 <= points.size(); i += 2) {
-    const gxVector<2> p = map(points[i]);
-    const gxVector<2> q = map(points[i + 1]);
-    x.add(p.x(), 0);
-    y.add(p.y(), 0);
-    x.add(q.x(), 1);
-    y.add(q.y(), 1);
+    odd.add(map(points[i]));
+    even.add(map(points[i + 1]));
   }
-  if (i < points.size()) {
-    const gxVector<2> p = map(points[i]);
-    x.add(p.x(), 0);
-    y.add(p.y(), 0);
-  }
-  const gxVector<2> low(x.lowest(), y.lowest());
-  const gxVector<2> high(x.highest(), y.highest());
+  if (i < points.size()) odd.add(map(points[i]));
+  odd.add(even);
+  const gxVector<2> low = odd.low.vector();
+  const gxVector<2> high = odd.high.vector();
   if (low.x() == 0.0 || low.y() == 0.0 || high.x() == 0.0 || high.y() == 0.0) {
     return boxOneByOne(points, map);
   }
   return gxRect::fromCorners(low, high);
 }
 
+constexpr auto kAsTheyStand = [](const gxVector<2>& p) -> const gxVector<2>& { return p; };
+
 gxRect mappedBox(const std::vector<gxVector<2>>& points, const gxXform<2>& xform) {
-  if (gfRealEq(xform, gxXform<2>(), kSame)) return boxOf(points, [](const gxVector<2>& p) { return p; });
+  if (gfRealEq(xform, gxXform<2>(), kSame)) return boxOf(points, kAsTheyStand);
   return boxOf(points, [&xform](const gxVector<2>& p) { return xform * p; });
 }
 
@@ -143,7 +179,7 @@ gxRect gxContour::uprightBox_() const {
   }
   checkEmptyContour();
   gx_countComputation(gx_Computation::eUprightBox);
-  const gxRect box = boxOf(state_.points, [](const gxVector<2>& p) { return p; });
+  const gxRect box = boxOf(state_.points, kAsTheyStand);
   state_.memory.uprightBox.set({box.origin().x(), box.origin().y(), box.corner().x(), box.corner().y()});
   return box;
 }
