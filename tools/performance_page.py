@@ -7,7 +7,7 @@ Reads every *.json that Google Benchmark wrote into build/bench/results. A bench
 `<workload>/<party>/<n>`: `ours` is the library, `plain` the algorithm step by step, any other party a
 peer, perhaps with a way of asking it, as in `cgal_exact`. Times are CPU times per item, from
 items_per_second; of repeated runs the median stands. Workloads named `adversary_<shape>_<operation>`
-and `small_<operation>` go into tables of their own; `memory/ours/<n>` gives bytes as counters.
+`small_<operation>` and `many_<question>` go into tables of their own; `memory/ours/<n>` gives bytes as counters.
 
 The page is written from these numbers alone, its words from performance_words.py; performance_plots.py
 draws one SVG for each workload.
@@ -285,11 +285,32 @@ def small_section(results):
     return table(["ours / plain, n ="] + [size_text(n) for n in sizes], rows) if rows else []
 
 
+def many_section(results):
+    """The group of small outlines: a row for each question, and why a peer is faster where one is."""
+    rows = []
+    why = []
+    for key, (title, reason) in words.MANY.items():
+        parties = results.parties("many_" + key)
+        if OURS not in parties:
+            continue
+        n = max(parties[OURS])
+        ours = parties[OURS][n]
+        together = parties.get("ours_many", {}).get(n)
+        peer = min((times[n], party) for party, times in parties.items()
+                   if not party.startswith(OURS) and n in times)
+        rows.append([title, time_text(ours), time_text(together), words.party(peer[1]), time_text(peer[0]),
+                     ratio_text(peer[0] / ours), ratio_text(peer[0] / together) if together else ""])
+        if peer[0] < ours:
+            why.append(f"- **{title}**: {reason}")
+    head = ["question", "ours", "in one call", "best peer", "its time", "peer / ours", "peer / in one call"]
+    return table(head, rows) + [""] + why if rows else []
+
+
 def others_section(results):
     """Rows of ours and peers that belong to no named workload."""
     rows = []
     for key, parties in results.times.items():
-        if key in words.WORKLOADS or key.startswith(("adversary_", "small_")) or key == "memory":
+        if key in words.WORKLOADS or key.startswith(("adversary_", "small_", "many_")) or key == "memory":
             continue
         for party, times in parties.items():
             rows.append([key.replace("_", " "), words.party(party)] +
@@ -313,6 +334,7 @@ def page(results):
     lines += ["## Memory", "", words.MEMORY, ""] + memory_section(results) + [""]
     lines += ["## Hard shapes", "", words.ADVERSARY, ""] + adversary_section(results) + [""]
     lines += ["## Few points", "", words.SMALL, ""] + small_section(results) + [""]
+    lines += ["## Twenty thousand small outlines", "", words.MANY_HEAD, ""] + many_section(results) + [""]
     lines += ["## Workload by workload", ""]
     for key in words.WORKLOADS:
         if key in results.times:

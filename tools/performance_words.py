@@ -48,6 +48,37 @@ an operation would be more than twice as slow as the plain scan."""
 
 SMALL = """One call on a fresh smooth outline of n points, beside the plain scan. In bold: slower by more than 5 %."""
 
+MANY_HEAD = """Coins, countries, glyphs and uneven rings of 5 to 120 points, 52 on average, each from a vector of bare points
+to the answer, as a program does that sees every shape once: making the shape and what it remembers, and
+throwing both away, is in the time. Times an outline; the parties take turns, pass by pass, and each keeps the
+best of seven passes. "In one call" are `gfMeasureMany`, `gfLocateMany` and `gfEncloseMany` over one array of
+points and offsets. The ellipse is fitted to every tenth outline.
+
+    build/bench/bin/small_outlines_benchmark"""
+
+# The questions of that group, and why a peer is faster where one is.
+MANY = {
+    "make": ("Make the shape", "level: one allocation, and beside the points an empty memory of some hundred bytes. "
+             "The peer's points have half the bytes."),
+    "area_centre": ("Area and centre", "half of it is the making. The centres of the triangles are quotients, added in a stated "
+                    "order, so that the bits are the same on every machine; the peer adds products in one pass."),
+    "measures": ("Area, centre, length, box, moments",
+                 "every measure is a pass of its own with a memory of its own, and moments of up to 16 points "
+                 "go triangle by triangle, each with an angle, in single calls. In one call they do not."),
+    "hull": ("Convex hull", ""),
+    "inside_one": ("One point inside", "the box, the circle around the first point and the shape itself are made first; the scan is a fifth "
+                   "of the time. The peer answers in single precision."),
+    "inside_ten": ("Ten points inside", "what is made for the first point still shows at ten."),
+    "self_intersection": ("Self-intersection", ""),
+    "ellipse": ("Fitted ellipse",
+                "another fit: the least sum of true distances, some 25 trials with every point in each, where the peers solve one "
+                "algebraic system. Half of these outlines are no ellipses, and leave the size so open that "
+                "rival starts are tried."),
+    "store": ("Store", "an archive is a frame with versions and a checksum over all its bytes, made anew for each outline; the "
+              "peer writes one block into a stream."),
+    "load": ("Load", "as with storing; the checksum is verified, and counts are held against what is left."),
+}
+
 # Where the benchmark has no n = 10,000 or 100,000.
 SUMMARY_SIZES = {"self_intersecting_set": 20000, "self_intersecting_set_pairs": 20000}
 
