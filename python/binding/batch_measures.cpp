@@ -65,9 +65,16 @@ py::tuple measure(const Ragged& shapes, unsigned threads, const py::object& prog
       failures.guard(i, [&] {
         const gxMeasure m = measureOf(shapes, i, rings);
         const Counts counts = countsOf(shapes, i);
-        const std::array<double, kMeasures> row = {
-            asNumber(counts.points), asNumber(counts.holes), m.area,    m.length,   m.centre.x(),
-            m.centre.y(),            m.low.x(),              m.low.y(), m.high.x(), m.high.y()};
+        const std::array<double, kMeasures> row = {asNumber(counts.points),
+                                                   asNumber(counts.holes),
+                                                   m.area,
+                                                   m.length,
+                                                   m.centre.x(),
+                                                   m.centre.y(),
+                                                   m.low.x(),
+                                                   m.low.y(),
+                                                   m.high.x(),
+                                                   m.high.y()};
         for (std::size_t c = 0; c < kMeasures; ++c) columns.at(c, i) = row[c];
         failures.status(i, m.status);
       });
@@ -205,10 +212,16 @@ class Describer {
   void descriptors() {
     const gxDescriptors d = withRecord([](const auto& shape) { return gfDescribe(shape); });
     put(3, {d.area, d.filledArea, d.perimeter, d.length});
-    put(9, {d.box.origin().x(), d.box.origin().y(), d.box.corner().x(), d.box.corner().y(),
-            d.equivalentDiameter, d.circularity, d.compactness, d.convexity, d.solidity, d.extent,
-            d.rectangularity, d.aspectRatio, d.elongation, d.eccentricity, d.orientation,
-            static_cast<double>(d.eulerNumber), d.feretMax, d.feretMin, d.feretMean, d.feretAcross});
+    put(9, {d.box.origin().x(),   d.box.origin().y(),
+            d.box.corner().x(),   d.box.corner().y(),
+            d.equivalentDiameter, d.circularity,
+            d.compactness,        d.convexity,
+            d.solidity,           d.extent,
+            d.rectangularity,     d.aspectRatio,
+            d.elongation,         d.eccentricity,
+            d.orientation,        static_cast<double>(d.eulerNumber),
+            d.feretMax,           d.feretMin,
+            d.feretMean,          d.feretAcross});
     take(d.status);
   }
   void centre(std::size_t i) {
@@ -234,9 +247,10 @@ class Describer {
   void moments() {
     const gxMoments m = withRecord([](const auto& shape) { return gfMoments(shape); });
     put(first(Gauge::eMoments),
-        {m.moment20, m.moment11, m.moment02, m.moment30, m.moment21, m.moment12, m.moment03, m.eta20,
-         m.eta11, m.eta02, m.eta30, m.eta21, m.eta12, m.eta03, m.hu[0], m.hu[1], m.hu[2], m.hu[3],
-         m.hu[4], m.hu[5], m.hu[6], m.ellipseA, m.ellipseB, m.ellipseAngle});
+        {m.moment20, m.moment11, m.moment02, m.moment30, m.moment21, m.moment12,
+         m.moment03, m.eta20,    m.eta11,    m.eta02,    m.eta30,    m.eta21,
+         m.eta12,    m.eta03,    m.hu[0],    m.hu[1],    m.hu[2],    m.hu[3],
+         m.hu[4],    m.hu[5],    m.hu[6],    m.ellipseA, m.ellipseB, m.ellipseAngle});
     take(m.status);
   }
 
@@ -324,9 +338,8 @@ py::tuple compare(const Ragged& shapes, const Shape& golden, int align, double s
     if (failures.status(i) == gxStatus::eOk)
       failures.status(i, h.status == gxStatus::eOk ? d.status : h.status);
   };
-  forEach(shapes.size(), threads, progress, [&]() -> Work {
-    return [&](std::size_t i) { failures.guard(i, [&] { one(i); }); };
-  });
+  forEach(shapes.size(), threads, progress,
+          [&]() -> Work { return [&](std::size_t i) { failures.guard(i, [&] { one(i); }); }; });
   return answer(columns, failures);
 }
 
@@ -367,9 +380,7 @@ py::tuple fit(const Ragged& shapes, int kind, int weights, double inlierLimit, u
     }
   };
   forEach(shapes.size(), threads, progress, [&]() -> Work {
-    return [&, points = Points()](std::size_t i) mutable {
-      failures.guard(i, [&] { one(i, points); });
-    };
+    return [&, points = Points()](std::size_t i) mutable { failures.guard(i, [&] { one(i, points); }); };
   });
   return answer(columns, failures);
 }

@@ -138,9 +138,8 @@ void insideMany(const Ragged& shapes, PointSpan points, double tolerance, unsign
       const py::gil_scoped_release release;
       pairs = pairsOf(tree, shapes.size(), some, slack);
     }
-    forEach(pairs.shapes.size(), threads, progress, [&]() -> Work {
-      return [&](std::size_t k) { askOne(shapes, k, some, tolerance, pairs); };
-    });
+    forEach(pairs.shapes.size(), threads, progress,
+            [&]() -> Work { return [&](std::size_t k) { askOne(shapes, k, some, tolerance, pairs); }; });
     for (std::size_t k = 0; k < pairs.shapes.size(); ++k) {
       for (std::size_t i = pairs.firstOf[k]; i < pairs.firstOf[k + 1]; ++i) {
         const std::size_t p = at + pairs.points[i];
@@ -168,9 +167,10 @@ py::dict inside(const Ragged& shapes, const PointArray& array, double tolerance,
   } else if (shapes.size() > 1) {
     insideMany(shapes, points, tolerance, threads, progress, regions, states);
   }
+  auto* statuses = status.mutable_data();
   for (std::size_t i = 0; i < points.size(); ++i) {
     const bool finite = isFinite(points[i]);
-    status.mutable_data()[i] = static_cast<std::int8_t>(finite ? gxStatus::eOk : gxStatus::eNotFinite);
+    statuses[i] = static_cast<std::int8_t>(finite ? gxStatus::eOk : gxStatus::eNotFinite);
     if (!finite) states[i] = 0;
   }
   return py::dict("status"_a = status, "region"_a = region, "state"_a = state);
@@ -181,7 +181,8 @@ py::dict inside(const Ragged& shapes, const PointArray& array, double tolerance,
 // Locators that are made when they are asked for first, by whichever thread that is.
 class Locators {
  public:
-  explicit Locators(const Ragged& shapes) : shapes_(shapes), made_(shapes.size()), once_(shapes.size()) {}
+  explicit Locators(const Ragged& shapes)
+      : shapes_(shapes), made_(shapes.size()), once_(shapes.size()) {}
   const gxLocator& at(std::size_t shape) {
     std::call_once(once_[shape], [&] { made_[shape].emplace(locatorOf(shapes_, shape)); });
     return *made_[shape];
@@ -206,14 +207,16 @@ Nearest nearestOf(const BoxTree& tree, Locators& locators, const gxVector<2>& po
   }
   best.answer.status = gxStatus::eNone;
   double bound = most;
-  tree.nearest(point, [&] { return bound; }, [&](std::size_t shape) {
-    const gxNearest found = locators.at(shape).nearest(point);
-    if (found.status != gxStatus::eOk || !(found.distance <= bound)) return;
-    const auto index = static_cast<std::int64_t>(shape);
-    if (best.shape >= 0 && found.distance == bound && index > best.shape) return;
-    best = {found, index};
-    bound = found.distance;
-  });
+  tree.nearest(
+      point, [&] { return bound; },
+      [&](std::size_t shape) {
+        const gxNearest found = locators.at(shape).nearest(point);
+        if (found.status != gxStatus::eOk || !(found.distance <= bound)) return;
+        const auto index = static_cast<std::int64_t>(shape);
+        if (best.shape >= 0 && found.distance == bound && index > best.shape) return;
+        best = {found, index};
+        bound = found.distance;
+      });
   return best;
 }
 

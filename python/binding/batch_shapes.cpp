@@ -52,9 +52,8 @@ py::tuple repair(const Ragged& shapes, int rule, unsigned threads, const py::obj
     take(r.regions, i, made);
     if (report.regions == 0) failures.status(i, gxStatus::eNone);
   };
-  forEach(shapes.size(), threads, progress, [&]() -> Work {
-    return [&](std::size_t i) { failures.guard(i, [&] { one(i); }); };
-  });
+  forEach(shapes.size(), threads, progress,
+          [&]() -> Work { return [&](std::size_t i) { failures.guard(i, [&] { one(i); }); }; });
   return answer(made, columns, failures);
 }
 
@@ -70,9 +69,8 @@ py::tuple eachAsSet(const Ragged& shapes, unsigned threads, const py::object& pr
     take(result, i, made);
     if (result.regions().empty()) failures.status(i, gxStatus::eNone);
   };
-  forEach(shapes.size(), threads, progress, [&]() -> Work {
-    return [&](std::size_t i) { failures.guard(i, [&] { one(i); }); };
-  });
+  forEach(shapes.size(), threads, progress,
+          [&]() -> Work { return [&](std::size_t i) { failures.guard(i, [&] { one(i); }); }; });
   return answer(made, columns, failures);
 }
 
@@ -90,15 +88,14 @@ py::tuple boolean(const Ragged& shapes, const std::string& operation, const Shap
   });
 }
 
-py::tuple offset(const Ragged& shapes, double distance, int join, double mitreLimit,
-                 double arcTolerance, unsigned threads, const py::object& progress) {
+py::tuple offset(const Ragged& shapes, double distance, int join, double mitreLimit, double arcTolerance,
+                 unsigned threads, const py::object& progress) {
   gxOffsetForm form;
   form.join = static_cast<gxJoin>(join);
   form.mitreLimit = mitreLimit;
   form.arcTolerance = arcTolerance;
-  return eachAsSet(shapes, threads, progress, [&](std::size_t i) {
-    return gfOffset(setOf(shapes, i), distance, form);
-  });
+  return eachAsSet(shapes, threads, progress,
+                   [&](std::size_t i) { return gfOffset(setOf(shapes, i), distance, form); });
 }
 
 // ---- Ring by ring -------------------------------------------------------------------------------------
@@ -125,9 +122,8 @@ py::tuple simplify(const Ragged& shapes, double tolerance, bool keepsCrossingsOu
     }
     made.set(i, result);
   };
-  forEach(shapes.size(), threads, progress, [&]() -> Work {
-    return [&](std::size_t i) { failures.guard(i, [&] { one(i); }); };
-  });
+  forEach(shapes.size(), threads, progress,
+          [&]() -> Work { return [&](std::size_t i) { failures.guard(i, [&] { one(i); }); }; });
   return answer(made, columns, failures);
 }
 
@@ -147,9 +143,8 @@ py::tuple hull(const Ragged& shapes, unsigned threads, const py::object& progres
     if (record.points.empty()) failures.status(i, gxStatus::eEmpty);
     made.set(i, result);
   };
-  forEach(shapes.size(), threads, progress, [&]() -> Work {
-    return [&](std::size_t i) { failures.guard(i, [&] { one(i); }); };
-  });
+  forEach(shapes.size(), threads, progress,
+          [&]() -> Work { return [&](std::size_t i) { failures.guard(i, [&] { one(i); }); }; });
   return answer(made, columns, failures);
 }
 

@@ -12,9 +12,8 @@
 namespace {
 
 py::dict hausdorff(const Shape& shape, const Shape& golden) {
-  const gxHausdorff h = unlocked(shape.size() + golden.size(), [&] {
-    return gfHausdorff(shape.borders(), golden.borders());
-  });
+  const gxHausdorff h = unlocked(shape.size() + golden.size(),
+                                 [&] { return gfHausdorff(shape.borders(), golden.borders()); });
   return py::dict("status"_a = out(h.status), "hausdorff"_a = h.hausdorff,
                   "hausdorff_forward"_a = h.hausdorffForward, "hausdorff_back"_a = h.hausdorffBack,
                   "forward_from"_a = out(h.forward.from), "forward_to"_a = out(h.forward.to),
@@ -26,15 +25,13 @@ py::dict frechet(const Shape& a, const Shape& b) {
   return py::dict("status"_a = out(f.status), "frechet"_a = f.frechet, "lower"_a = f.lower);
 }
 
-py::dict deviation(const Shape& shape, const Shape& golden, double lower, double upper,
-                   double spacing) {
+py::dict deviation(const Shape& shape, const Shape& golden, double lower, double upper, double spacing) {
   gxDeviationOptions how;
   how.lower = lower;
   how.upper = upper;
   how.spacing = spacing;
-  const gxDeviation d = unlocked(shape.size() + golden.size(), [&] {
-    return gfDeviation(shape.borders(), golden.borders(), how);
-  });
+  const gxDeviation d = unlocked(shape.size() + golden.size(),
+                                 [&] { return gfDeviation(shape.borders(), golden.borders(), how); });
   const auto count = static_cast<py::ssize_t>(d.samples.size());
   py::array_t<double> points(std::vector<py::ssize_t>{count, 2});
   py::array_t<double> values(count);
@@ -50,8 +47,8 @@ py::dict deviation(const Shape& shape, const Shape& golden, double lower, double
   return py::dict("status"_a = out(d.status), "deviation_max"_a = d.deviationMax,
                   "deviation_min"_a = d.deviationMin, "deviation_rms"_a = d.deviationRms,
                   "out_of_tolerance"_a = d.outOfTolerance, "max_place"_a = out(d.maxPlace),
-                  "min_place"_a = out(d.minPlace), "stretches"_a = stretches,
-                  "sample_points"_a = points, "sample_deviations"_a = values);
+                  "min_place"_a = out(d.minPlace), "stretches"_a = stretches, "sample_points"_a = points,
+                  "sample_deviations"_a = values);
 }
 
 py::dict align(const Shape& shape, const Shape& golden, bool scales, bool robust, bool inPlace,
@@ -76,9 +73,8 @@ py::dict align(const Shape& shape, const Shape& golden, bool scales, bool robust
 }
 
 py::dict profile(const Shape& shape, const Shape& nominal, bool bestFit) {
-  const gxProfile p = unlocked(shape.size() + nominal.size(), [&] {
-    return gfProfile(shape.borders(), nominal.borders(), bestFit);
-  });
+  const gxProfile p = unlocked(shape.size() + nominal.size(),
+                               [&] { return gfProfile(shape.borders(), nominal.borders(), bestFit); });
   return py::dict("status"_a = out(p.status), "profile"_a = p.profile, "peak"_a = p.peak,
                   "valley"_a = p.valley, "worst"_a = out(p.worst));
 }

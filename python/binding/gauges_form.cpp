@@ -12,8 +12,8 @@ namespace {
 
 py::dict roundness(const PointArray& points, int reference) {
   const PointSpan span = spanOf(points);
-  const gxRoundness r = unlocked(
-      span.size(), [&] { return gfRoundness(span, static_cast<gxFormReference>(reference)); });
+  const gxRoundness r =
+      unlocked(span.size(), [&] { return gfRoundness(span, static_cast<gxFormReference>(reference)); });
   return py::dict("status"_a = out(r.status), "roundness"_a = r.roundness, "centre"_a = out(r.centre),
                   "outer_radius"_a = r.outerRadius, "inner_radius"_a = r.innerRadius,
                   "radius"_a = r.radius, "peak"_a = r.peak, "valley"_a = r.valley, "rms"_a = r.rms,
@@ -99,8 +99,8 @@ py::dict fitEllipse(const PointArray& points, int weights, double inlierLimit, l
 
 py::tuple simplify(const PointArray& points, bool closed, double tolerance, bool keepsCrossingsOut) {
   const PointSpan span = spanOf(points);
-  const gxSimplified s = unlocked(
-      span.size(), [&] { return gfSimplify(span, closed, tolerance, {keepsCrossingsOut}); });
+  const gxSimplified s =
+      unlocked(span.size(), [&] { return gfSimplify(span, closed, tolerance, {keepsCrossingsOut}); });
   return py::make_tuple(out(s.status), out(s.kept));
 }
 
@@ -119,8 +119,9 @@ py::tuple resample(const PointArray& points, bool closed, double spacing) {
 
 py::dict uncertainty(const PointArray& points, bool closed, double sigma, double correlation) {
   const PointSpan span = spanOf(points);
-  const gxUncertainty u =
-      unlocked(span.size(), [&] { return gfUncertainty(span, closed, {sigma, correlation}); });
+  const gxUncertainty u = unlocked(span.size(), [&] {
+    return gfUncertainty(span, closed, {sigma, correlation});
+  });
   return py::dict("status"_a = out(u.status), "length"_a = u.length, "length_bias"_a = u.lengthBias,
                   "area"_a = u.area, "equivalent_diameter"_a = u.equivalentDiameter,
                   "centre"_a = py::make_tuple(u.centreX, u.centreY),

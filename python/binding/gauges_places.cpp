@@ -13,8 +13,7 @@ namespace {
 // The indexes of a shape, kept by Python beside it.
 struct Locator {
   explicit Locator(const Shape& shape)
-      : edges(shape.size()),
-        locator(unlocked(edges, [&] {
+      : edges(shape.size()), locator(unlocked(edges, [&] {
           return withShape(shape, [](const auto& s) { return gxLocator(s); });
         })) {}
   std::size_t edges;
@@ -27,8 +26,8 @@ std::size_t effort(const Locator& shape, PointSpan points) {
 
 py::array states(const Locator& shape, const PointArray& array, double tolerance) {
   const PointSpan points = spanOf(array);
-  const auto found = unlocked(effort(shape, points),
-                              [&] { return shape.locator.states(points, tolerance); });
+  const auto found =
+      unlocked(effort(shape, points), [&] { return shape.locator.states(points, tolerance); });
   py::array_t<std::int8_t> result(static_cast<py::ssize_t>(found.size()));
   std::transform(found.begin(), found.end(), result.mutable_data(),
                  [](gxState state) { return static_cast<std::int8_t>(state); });
@@ -51,8 +50,7 @@ py::array which(const Locator& shape, const PointArray& array) {
 
 py::dict nearest(const Locator& shape, const PointArray& array) {
   const PointSpan points = spanOf(array);
-  const auto found =
-      unlocked(effort(shape, points), [&] { return shape.locator.nearest(points); });
+  const auto found = unlocked(effort(shape, points), [&] { return shape.locator.nearest(points); });
   const auto count = static_cast<py::ssize_t>(found.size());
   py::array_t<std::int8_t> status(count);
   py::array_t<double> distance(count);

@@ -42,19 +42,18 @@ py::dict measure(const Shape& shape) {
 py::dict describe(const Shape& shape) {
   const gxDescriptors d = unlocked(
       shape.size(), [&] { return withShape(shape, [](const auto& s) { return gfDescribe(s); }); });
-  return py::dict("status"_a = out(d.status), "area"_a = d.area, "filled_area"_a = d.filledArea,
-                  "perimeter"_a = d.perimeter, "length"_a = d.length,
-                  "box"_a = py::make_tuple(d.box.origin().x(), d.box.origin().y(), d.box.corner().x(),
-                                           d.box.corner().y()),
-                  "equivalent_diameter"_a = d.equivalentDiameter, "circularity"_a = d.circularity,
-                  "compactness"_a = d.compactness, "convexity"_a = d.convexity,
-                  "solidity"_a = d.solidity, "extent"_a = d.extent,
-                  "rectangularity"_a = d.rectangularity, "aspect_ratio"_a = d.aspectRatio,
-                  "elongation"_a = d.elongation, "eccentricity"_a = d.eccentricity,
-                  "orientation"_a = d.orientation, "euler_number"_a = d.eulerNumber,
-                  "feret_max"_a = d.feretMax, "feret_min"_a = d.feretMin,
-                  "feret_mean"_a = d.feretMean, "feret_across"_a = d.feretAcross,
-                  "hull_area"_a = d.hullArea, "hull_perimeter"_a = d.hullPerimeter);
+  return py::dict(
+      "status"_a = out(d.status), "area"_a = d.area, "filled_area"_a = d.filledArea,
+      "perimeter"_a = d.perimeter, "length"_a = d.length,
+      "box"_a =
+          py::make_tuple(d.box.origin().x(), d.box.origin().y(), d.box.corner().x(), d.box.corner().y()),
+      "equivalent_diameter"_a = d.equivalentDiameter, "circularity"_a = d.circularity,
+      "compactness"_a = d.compactness, "convexity"_a = d.convexity, "solidity"_a = d.solidity,
+      "extent"_a = d.extent, "rectangularity"_a = d.rectangularity, "aspect_ratio"_a = d.aspectRatio,
+      "elongation"_a = d.elongation, "eccentricity"_a = d.eccentricity, "orientation"_a = d.orientation,
+      "euler_number"_a = d.eulerNumber, "feret_max"_a = d.feretMax, "feret_min"_a = d.feretMin,
+      "feret_mean"_a = d.feretMean, "feret_across"_a = d.feretAcross, "hull_area"_a = d.hullArea,
+      "hull_perimeter"_a = d.hullPerimeter);
 }
 
 py::dict moments(const Shape& shape) {
@@ -66,8 +65,8 @@ py::dict moments(const Shape& shape) {
                   "moment_20"_a = m.moment20, "moment_11"_a = m.moment11, "moment_02"_a = m.moment02,
                   "moment_30"_a = m.moment30, "moment_21"_a = m.moment21, "moment_12"_a = m.moment12,
                   "moment_03"_a = m.moment03, "eta_20"_a = m.eta20, "eta_11"_a = m.eta11,
-                  "eta_02"_a = m.eta02, "eta_30"_a = m.eta30, "eta_21"_a = m.eta21,
-                  "eta_12"_a = m.eta12, "eta_03"_a = m.eta03, "hu"_a = hu, "ellipse_a"_a = m.ellipseA,
+                  "eta_02"_a = m.eta02, "eta_30"_a = m.eta30, "eta_21"_a = m.eta21, "eta_12"_a = m.eta12,
+                  "eta_03"_a = m.eta03, "hu"_a = hu, "ellipse_a"_a = m.ellipseA,
                   "ellipse_b"_a = m.ellipseB, "ellipse_angle"_a = m.ellipseAngle);
 }
 

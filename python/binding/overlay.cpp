@@ -57,8 +57,7 @@ Shape unionOf(const std::vector<Shape>& shapes, int rule, std::size_t mostMeetin
 Shape clip(const Shape& shape, const std::array<double, 4>& box, int rule, std::size_t mostMeetings) {
   const gxRect window(gxVector<2>(box[0], box[1]), gxVector<2>(box[2] - box[0], box[3] - box[1]));
   const gxOverlayOptions options = optionsOf(rule, mostMeetings);
-  return unlocked(shape.size(),
-                  [&] { return Shape::of(gfClip(shapesOf(shape), window, options)); });
+  return unlocked(shape.size(), [&] { return Shape::of(gfClip(shapesOf(shape), window, options)); });
 }
 
 gxOffsetForm formOf(int join, int ends, double mitreLimit, double arcTolerance) {
@@ -74,8 +73,7 @@ Shape offset(const Shape& shape, double distance, int join, int ends, double mit
              double arcTolerance) {
   const gxOffsetForm form = formOf(join, ends, mitreLimit, arcTolerance);
   return unlocked(shape.size(), [&] {
-    if (shape.isSet() || shape.isRegion())
-      return Shape::of(gfOffset(shapesOf(shape), distance, form));
+    if (shape.isSet() || shape.isRegion()) return Shape::of(gfOffset(shapesOf(shape), distance, form));
     return Shape::of(gfOffsetPath(shape.contour(), distance, form));
   });
 }
@@ -86,8 +84,8 @@ py::tuple repair(const Shape& shape, int rule, std::size_t mostMeetings) {
   const gxRepairReport& report = r.report;
   const py::dict told("area_before"_a = report.areaBefore, "area_after"_a = report.areaAfter,
                       "regions"_a = report.regions, "holes"_a = report.holes,
-                      "rings_dropped"_a = report.ringsDropped,
-                      "rings_snapped"_a = report.ringsSnapped, "largest_move"_a = report.largestMove);
+                      "rings_dropped"_a = report.ringsDropped, "rings_snapped"_a = report.ringsSnapped,
+                      "largest_move"_a = report.largestMove);
   return py::make_tuple(Shape::of(std::move(r.regions)), told);
 }
 
@@ -111,16 +109,14 @@ py::list check(const Shape& shape, std::size_t most, bool anyDirection, bool rin
 }
 
 py::dict relate(const Shape& a, const Shape& b) {
-  const gxRelation r =
-      unlocked(a.size() + b.size(), [&] { return gfRelate(shapesOf(a), shapesOf(b)); });
+  const gxRelation r = unlocked(a.size() + b.size(), [&] { return gfRelate(shapesOf(a), shapesOf(b)); });
   return py::dict("intersects"_a = r.intersects(), "touches"_a = r.touches(),
                   "contains"_a = r.contains(), "covers"_a = r.covers(), "overlaps"_a = r.overlaps(),
                   "equal"_a = r.equal());
 }
 
 py::tuple overlap(const Shape& a, const Shape& b) {
-  const gxOverlap o =
-      unlocked(a.size() + b.size(), [&] { return gfOverlap(shapesOf(a), shapesOf(b)); });
+  const gxOverlap o = unlocked(a.size() + b.size(), [&] { return gfOverlap(shapesOf(a), shapesOf(b)); });
   return py::make_tuple(o.first, o.second, o.both, o.either, o.ratio());
 }
 

@@ -75,16 +75,14 @@ EdgeContour edgeContourOf(const PointArray& positions, const Words& magnitudes, 
 
 Shape makeEdgeContour(const PointArray& positions, const Words& magnitudes, const Bytes& angles,
                       bool closed, unsigned long label, const Six& transform) {
-  return {Kind::eEdgeContour,
-          gxPtrHandle_const<gxContour>(new EdgeContour(
-              edgeContourOf(positions, magnitudes, angles, closed, label, transform)))};
+  return {Kind::eEdgeContour, gxPtrHandle_const<gxContour>(new EdgeContour(edgeContourOf(
+                                  positions, magnitudes, angles, closed, label, transform)))};
 }
 
 // Setting plain holes makes the data anew, so these are set again behind them.
 Shape makeEdgeRegion(const PointArray& positions, const Words& magnitudes, const Bytes& angles,
                      const std::vector<Shape>& holes, unsigned long label, const Six& transform) {
-  const EdgeContour outline =
-      edgeContourOf(positions, magnitudes, angles, true, label, transform);
+  const EdgeContour outline = edgeContourOf(positions, magnitudes, angles, true, label, transform);
   auto region = gfMakeHandle<EdgeRegion>(outline, label);
   if (!holes.empty()) {
     region->holes(handlesOf(holes));
@@ -236,8 +234,7 @@ Shape fromArchive(const py::bytes& text) {
   if (auto* set = dynamic_cast<gxRegionSet*>(object.get())) return Shape::of(std::move(*set));
   if (auto* region = dynamic_cast<gxRegion*>(object.get())) return Shape::of(std::move(*region));
   if (auto* edges = dynamic_cast<EdgeContour*>(object.get())) {
-    return {Kind::eEdgeContour,
-            gxPtrHandle_const<gxContour>(new EdgeContour(std::move(*edges)))};
+    return {Kind::eEdgeContour, gxPtrHandle_const<gxContour>(new EdgeContour(std::move(*edges)))};
   }
   if (auto* contour = dynamic_cast<gxContour*>(object.get())) return Shape::of(std::move(*contour));
   throw std::invalid_argument("the archive holds no shape");
@@ -343,8 +340,8 @@ void bindShape(py::module_& module) {
   module.def("make_set", &makeSet, "regions"_a);
   module.def("make_edge_contour", &makeEdgeContour, "positions"_a, "magnitudes"_a, "angles"_a,
              "closed"_a, "label"_a, "transform"_a);
-  module.def("make_edge_region", &makeEdgeRegion, "positions"_a, "magnitudes"_a, "angles"_a,
-             "holes"_a, "label"_a, "transform"_a);
+  module.def("make_edge_region", &makeEdgeRegion, "positions"_a, "magnitudes"_a, "angles"_a, "holes"_a,
+             "label"_a, "transform"_a);
   module.def("make_edge_set", &makeEdgeSet, "regions"_a);
   module.def("from_archive", &fromArchive, "data"_a);
 }

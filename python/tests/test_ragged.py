@@ -93,6 +93,7 @@ def test_rings_that_repeat_their_first_point_count_it_once():
     again = gx.Shapes.from_geoarrow(coords, (rings, shapes))
     assert [one for one in again] == [one for one in two()]
     assert again.to_geoarrow()[0].shape == (15, 2) and two().to_geoarrow(close_rings=False)[0].shape == (12, 2)
+    assert gx.Shapes([[1, 2]], [0, 1]).to_geoarrow()[0].tolist() == [[1, 2], [1, 2]]
     line = gx.Shapes.from_objects([gx.Contour(SQUARE, closed=False), gx.Region()])
     assert len(line.to_geoarrow()[0]) == 4
     with pytest.raises(gx.ArgumentError, match="one to three"):

@@ -77,6 +77,7 @@ def test_inside_takes_any_shape_of_query():
     assert region.locate([0, 2]) is gx.State.BORDER and region.locate([9, 9]) is gx.State.OUTSIDE
     assert region.locate([[2, 2], [4, 4], [5, 5]]).tolist() == [1, 0, -1]
     assert region.locate([4.05, 2], tolerance=0.1) is gx.State.BORDER
+    assert region.inside([0, 2]) and not region.inside([-1e-9, 2]) and region.inside([4.05, 2], tolerance=0.1)
     assert region.signed_distance([2, 2]) == -2 and region.signed_distance([[6, 2], [4, 2]]).tolist() == [2, 0]
     place = region.nearest([5, 1])
     assert (place.ring, place.edge, place.t) == (-1, 2, 0.25) and place.point.tolist() == [4, 1]
