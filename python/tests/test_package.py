@@ -62,18 +62,13 @@ def test_every_public_name_is_documented():
 
 @pytest.mark.skipif(not shutil.which("stubtest"), reason="mypy is not installed")
 def test_stubs_and_types(tmp_path):
-    environment = {**os.environ, "MYPY_CACHE_DIR": str(tmp_path)}
-    for command in (["stubtest", "gxshape._gxshape", "--mypy-config-file", str(PYTHON / "mypy.ini")],
-                    ["mypy", "--config-file", str(PYTHON / "mypy.ini"), str(PACKAGE)],
-                    ["mypy", "--strict", *map(str, sorted((PYTHON / "examples").glob("*.py")))]):
-        environment["MYPYPATH"] = str(PACKAGE.parent) if command[1] == "--strict" else ""
+    config = str(PYTHON / "mypy.ini")  # strict = True, and which packages have no types
+    environment = {**os.environ, "MYPY_CACHE_DIR": str(tmp_path), "MYPYPATH": str(PACKAGE.parent)}
+    for command in (["stubtest", "gxshape._gxshape", "--mypy-config-file", config],
+                    ["mypy", "--config-file", config, "-p", "gxshape"],
+                    ["mypy", "--config-file", config, *map(str, sorted((PYTHON / "examples").glob("*.py")))]):
         done = subprocess.run(command, capture_output=True, text=True, env=environment, cwd=tmp_path, check=False)
-        if command[1] == "--strict":
-            faults = [line for line in done.stdout.splitlines() if "/examples/" in line and ": error:" in line
-                      and "matplotlib" not in line]
-            assert faults == []
-        else:
-            assert done.returncode == 0, done.stdout + done.stderr
+        assert done.returncode == 0, done.stdout + done.stderr
 
 
 def test_the_examples_print_what_is_expected(tmp_path):
