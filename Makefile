@@ -35,7 +35,7 @@ python:  ## the Python package; PYTHONPATH=build/release/python has it
 	@tools/build_python release
 	@echo "try it: PYTHONPATH=build/release/python python3 python/examples/first_lines.py"
 
-check: test lint asan  ## all that CI runs: test, lint, asan
+check: test lint asan tsan  ## all that CI runs: test, lint, asan, tsan
 	@tail -q -n 1 build/release/test-results/totals.txt
 
 format:  ## repair what a tool can repair: formatting, the umbrella header
