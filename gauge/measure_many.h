@@ -64,13 +64,14 @@ struct GXSHAPE_API gxMeasureColumns {
 ///    not finite NaN), `status` too
 ///  - offsets that are not valid: `eBadArgument`, all NaN
 /// No row throws.  Throws: std::bad_alloc.
-/// Cost: O(all points), one pass for the box and one for the sums.
-/// vector registers, each with its own sums in its own order.
+/// Cost: O(all points), one pass for the box and one for the sums; four outlines go side by side in vector
+/// registers, each with its own sums in its own order.
 GXSHAPE_API gxMeasureColumns gfMeasureMany(const gxOutlines& outlines);
 
 /// The same of the outlines from `first` up to `last` alone, into rows that are there; the other rows are
 /// not touched.  Threads may work on ranges that do not overlap at the same time.  A range beyond the
-/// outlines is cut to them.  Outlines with area need no memory.
+/// outlines is cut to them.  Outlines that go side by side need no memory; those left over from groups of
+/// four, and those without area, are measured one by one, which does.
 /// Throws: gxContourDefs::BadParams where the columns are shorter than the range; then nothing is written.
 GXSHAPE_API void gfMeasureMany(const gxOutlines& outlines, std::size_t first, std::size_t last,
                                gxMeasureColumns& columns);
@@ -82,7 +83,7 @@ GXSHAPE_API void gfMeasureMany(const gxOutlines& outlines, std::size_t first, st
 ///  - more outlines than lists, or the other way around: what has no partner is left alone
 /// The second form does so for the outlines from `first` up to `last`, as above.
 /// Throws: std::bad_alloc; gxContourDefs::BadParams where there are fewer states than points in `queries`.
-/// Cost: O(n) a question, about 1 ns an edge; no memory.  For many questions to one outline, `gxLocator`.
+/// Cost: O(n) a question; no memory.  For many questions to one outline, `gxLocator`.
 GXSHAPE_API std::vector<gxState> gfLocateMany(const gxOutlines& outlines, const gxOutlines& queries);
 GXSHAPE_API void gfLocateMany(const gxOutlines& outlines, const gxOutlines& queries, std::size_t first,
                               std::size_t last, std::span<gxState> states);
