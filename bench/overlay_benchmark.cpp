@@ -181,8 +181,7 @@ struct Form {
   const char* name;
   Maker make;
 };
-constexpr Form kForms[] = {
-    {"smooth", smooth},
+constexpr Form kForms[] = {{"smooth", smooth},
                            {"winding", gx_windingOutline},
                            {"jittered", gx_jitteredOutline},
                            {"tangled", gx_tangledOutline}};
