@@ -64,7 +64,8 @@ def test_columns_are_named_as_the_table_of_names():
     rows = list(csv.DictReader((Path(gx.__file__).parent / "names.csv").open()))
     named = []
     for row in rows:
-        if row["entry"] == "measure" and "describe" in row["commands"].split() and row["name"] != "id":
+        on_request = "named or with --all" in row["sentence"]  # the tool's alone so far
+        if row["entry"] == "measure" and "describe" in row["commands"].split() and row["name"] != "id" and not on_request:
             ends = {"point": ["_x", "_y"], "box": ["_x_min", "_y_min", "_x_max", "_y_max"]}.get(row["type"], [""])
             named += [row["name"] + end for end in ends]
     assert gx._gxshape.described_names() == named
