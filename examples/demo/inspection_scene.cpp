@@ -187,8 +187,9 @@ void draw(const std::vector<Result>& results, const std::filesystem::path& path)
   gxRect view = results.front().laid.region().encloseRect(gxXform<2>::I);
   view = gxRect(view.origin() - gxVector<2>(4.0, 4.0), view.size() + gxVector<2>(8.0, 8.0));
   for (std::size_t i = 0; i < results.size(); ++i) {
+    const std::size_t row = i / 3;
     const gxVector<2> at(kPanel * static_cast<double>(i % 3),
-                         (kPanel + kCaption) * static_cast<double>(i / 3));
+                         (kPanel + kCaption) * static_cast<double>(row));
     drawPart(tablet, results[i], view, at);
   }
   drawLegend(tablet, {kPanel, height - 34.0}, kPanel);
