@@ -55,8 +55,7 @@ foreach(room IN LISTS rooms)
   add_executable(${program} ${tests_of_${room}} ${helpers})
   target_link_libraries(${program} PRIVATE gxshape_test_support GTest::gtest_main)
   if(room STREQUAL "archive")
-    # These damage byte after byte of hundreds of archives themselves: under the sanitizers their program runs
-    # longest of all: 58 s, and over 200 s where it is not optimised.
+    # These damage byte after byte of hundreds of archives themselves: under the sanitizers the longest of all.
     target_compile_options(${program} PRIVATE ${GXSHAPE_WARNINGS})
   else()
     gxshape_test_file_options(${program})
