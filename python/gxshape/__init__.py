@@ -16,7 +16,8 @@ from . import _errors, batch, gauge, io, overlay
 from ._answers import Place, Problem, State, Status
 from ._arrays import nan_policy
 from ._errors import *  # noqa: F403
-from ._shape import Contour, EdgeContour, EdgeRegion, EdgeRegionSet, Region, RegionSet
+from ._edge_shape import EdgeContour, EdgeRegion, EdgeRegionSet
+from ._shape import Contour, Region, RegionSet
 from ._shapes import Shapes
 from ._transform import Transform
 from .batch import describe

@@ -66,6 +66,19 @@ def place(numbers: tuple[int, int, float, float, float] | None) -> Place | None:
     return None if numbers is None else Place(*numbers)
 
 
+def ready(answer: dict[str, Any]) -> dict[str, Any]:
+    """Return the binding's answer with its status as a `Status`."""
+    answer["status"] = Status(answer["status"])
+    return answer
+
+
+def placed(answer: dict[str, Any], *names: str) -> dict[str, Any]:
+    """Return the binding's answer with its status, and the places of these names, as objects."""
+    for name in names:
+        answer[name] = place(answer[name])
+    return ready(answer)
+
+
 class Answer:
     """The base of answers: compared by identity of numbers, arrays included; NaN equals NaN."""
 

@@ -1,8 +1,7 @@
-"""Contours, regions, region sets, and the same of edge points."""
+"""Contours, regions and region sets."""
 from __future__ import annotations
 
-import html
-from collections.abc import Iterable, Iterator, Sequence
+from collections.abc import Callable, Iterable, Iterator, Sequence
 from typing import Any, TypeVar, Union
 
 import numpy as np
@@ -12,11 +11,11 @@ from . import _gxshape
 from ._answers import Place, Problem, State, Status
 from ._arrays import Points, points_array, query_points, real_array
 from ._errors import ArgumentError, RegionOpenError
+from ._svg import svg
 from ._transform import Transform
 
 Self = TypeVar("Self", bound="Shape")
-_IDENTITY = (1.0, 0.0, 0.0, 1.0, 0.0, 0.0)
-_MOST_DRAWN = 2000
+Made = TypeVar("Made")
 #: What functions take for a shape: an object of this package, or points (n, 2) of an outline.
 ShapeLike = Union["Shape", ArrayLike]
 
@@ -29,7 +28,8 @@ def _counted(count: int, one: str, many: str | None = None) -> str:
     return f"{count} {one if count == 1 else many or one + 's'}"
 
 
-def _label(label: int) -> int:
+def label_of(label: int) -> int:
+    """Return the label, which has to be a whole number from 0 to 2**63 − 1."""
     if not isinstance(label, (int, np.integer)) or isinstance(label, bool):
         raise TypeError(f"label: want an int, got {type(label).__name__}")
     if not 0 <= label < 2**63:
@@ -56,29 +56,24 @@ class Shape:
         return self
 
     def _set(self, shape: _gxshape.Shape) -> None:
-        self._remembered = {}
         self._shape = shape
+        self._remembered = {}
+
+    def _once(self, name: str, make: Callable[[_gxshape.Shape], Made]) -> Made:
+        remembered = self._remembered  # that of this shape, whatever a setter on another thread does
+        if name not in remembered:
+            remembered[name] = make(self._shape)
+        made: Made = remembered[name]
+        return made
 
     def _measured(self) -> dict[str, Any]:
-        remembered = self._remembered
-        if "measure" not in remembered:
-            remembered["measure"] = _gxshape.measure(self._shape)
-        measured: dict[str, Any] = remembered["measure"]
-        return measured
+        return self._once("measure", _gxshape.measure)
 
     def _described(self) -> dict[str, Any]:
-        remembered = self._remembered
-        if "describe" not in remembered:
-            remembered["describe"] = _gxshape.describe(self._shape)
-        described: dict[str, Any] = remembered["describe"]
-        return described
+        return self._once("describe", _gxshape.describe)
 
     def _locator(self) -> _gxshape.Locator:
-        remembered = self._remembered
-        if "locator" not in remembered:
-            remembered["locator"] = _gxshape.Locator(self._shape)
-        locator: _gxshape.Locator = remembered["locator"]
-        return locator
+        return self._once("locator", _gxshape.Locator)
 
     # ---- Measures -------------------------------------------------------------------------------
 
@@ -233,25 +228,9 @@ class Shape:
         return type(self)._from_archive, (self.to_archive(),)
 
     def _repr_svg_(self) -> str:
-        """Return a picture of at most 2,000 points, y downwards, filled even-odd."""
+        """Return a picture of about 2,000 points at most, y downwards, filled even-odd."""
         rings = [ring for part in self._shape.rings() for ring in part]
-        drawn = [ring for ring in rings if len(ring) and np.isfinite(ring).all()]
-        if not drawn:
-            return '<svg xmlns="http://www.w3.org/2000/svg" width="240" height="20"><text x="2" y="14" ' \
-                   f'font-size="12">{html.escape(repr(self))}</text></svg>'
-        every = max(1, -(-sum(len(r) for r in drawn) // _MOST_DRAWN))
-        low = np.min([r.min(axis=0) for r in drawn], axis=0)
-        high = np.max([r.max(axis=0) for r in drawn], axis=0)
-        size = max(float((high - low).max()), 1e-300)
-        scale = 280.0 / size
-        width, height = (high - low) * scale + 20.0
-        end = "" if self._is_open() else " Z"
-        path = " ".join(
-            "M " + " L ".join(f"{x:.2f} {y:.2f}" for x, y in (ring[::every] - low) * scale + 10.0) + end
-            for ring in drawn)
-        fill = "none" if self._is_open() else "#4c78a8"
-        return (f'<svg xmlns="http://www.w3.org/2000/svg" width="{width:.0f}" height="{height:.0f}">'
-                f'<path d="{path}" fill="{fill}" fill-opacity="0.35" fill-rule="evenodd" stroke="#1f4e79"/></svg>')
+        return svg(rings, closed=not self._is_open(), words=repr(self))
 
     def _repr_png_(self) -> bytes | None:
         """Return a picture made by matplotlib; None where that is not installed."""
@@ -299,7 +278,7 @@ class Contour(Shape):
     __slots__ = ()
 
     def __init__(self, points: ArrayLike = (), *, closed: bool = True, label: int = 0) -> None:
-        self._set(_gxshape.make_contour(points_array(points), bool(closed), _label(label)))
+        self._set(_gxshape.make_contour(points_array(points), bool(closed), label_of(label)))
 
     def _remade(self, points: Points, closed: bool, label: int) -> _gxshape.Shape:
         return _gxshape.make_contour(points, closed, label)
@@ -332,7 +311,7 @@ class Contour(Shape):
 
     @label.setter
     def label(self, label: int) -> None:
-        self._set(self._remade(self.points, self.closed, _label(label)))
+        self._set(self._remade(self.points, self.closed, label_of(label)))
 
     def __len__(self) -> int:
         return len(self.points)
@@ -367,7 +346,7 @@ class Region(Contour):
 
     def __init__(self, points: ArrayLike = (), *, holes: Sequence[Region | ArrayLike] = (),
                  label: int = 0) -> None:
-        self._set(_gxshape.make_region(points_array(points), _hole_shapes(holes), _label(label)))
+        self._set(_gxshape.make_region(points_array(points), hole_shapes(holes), label_of(label)))
 
     def _remade(self, points: Points, closed: bool, label: int) -> _gxshape.Shape:
         if not closed:
@@ -381,7 +360,7 @@ class Region(Contour):
 
     @holes.setter
     def holes(self, holes: Sequence[Region | ArrayLike]) -> None:
-        self._set(_gxshape.make_region(self.points, _hole_shapes(holes), self.label))
+        self._set(_gxshape.make_region(self.points, hole_shapes(holes), self.label))
 
     def repaired(self, *, rule: str = "even-odd") -> RegionSet:
         """Return the valid regions that the outline encloses by rule, less its holes: see `gxshape.overlay.repair`.
@@ -465,193 +444,15 @@ class RegionSet(Shape):
                 f"area={_number(self.area)})")
 
 
-# ---- Edge points --------------------------------------------------------------------------------------
-
-
-def _column(values: ArrayLike | None, count: int, most: int, name: str, kind: type) -> NDArray[Any]:
-    if values is None:
-        return np.zeros(count, dtype=kind)
-    array = real_array(values, name)
-    if array.shape != (count,):
-        raise ArgumentError(f"{name}: want an array of shape ({count},), got {array.shape} {array.dtype}")
-    if array.dtype.kind == "f" and not np.array_equal(array, np.floor(array)):
-        raise ArgumentError(f"{name}: want whole numbers, got {array.dtype} with a fraction or NaN")
-    if array.size and (array.min() < 0 or array.max() > most):
-        raise ArgumentError(f"{name}: want 0 to {most}, got {array.min()} to {array.max()}")
-    return np.ascontiguousarray(array, dtype=kind)
-
-
-def _edges(positions: ArrayLike, magnitudes: ArrayLike | None,
-           angles: ArrayLike | None) -> tuple[Points, NDArray[np.uint16], NDArray[np.uint8]]:
-    places = points_array(positions, "positions")
-    return (places, _column(magnitudes, len(places), 65535, "magnitudes", np.uint16),
-            _column(angles, len(places), 255, "angles", np.uint8))
-
-
-class EdgeContour(Contour):
-    """A contour with an edge point for every vertex: position, magnitude, direction of the gradient.
-
-    ``positions``: shape (n, 2), in the space of the picture; ``magnitudes``: (n,), 0 to 65535; ``angles``:
-    (n,), 0 to 255, 256 to the turn; ``transform`` leads from points to positions (the identity).
-
-    >>> edge = EdgeContour([[0, 0], [2, 0], [2, 2]], magnitudes=[9, 8, 7],
-    ...                    transform=Transform.scaling(2))
-    >>> edge.points
-    array([[0., 0.],
-           [1., 0.],
-           [1., 1.]])
-    """
-
-    __slots__ = ()
-
-    def __init__(self, positions: ArrayLike = (), *, magnitudes: ArrayLike | None = None,
-                 angles: ArrayLike | None = None, transform: Transform | None = None, closed: bool = True,
-                 label: int = 0) -> None:
-        six = _IDENTITY if transform is None else transform._six
-        self._set(_gxshape.make_edge_contour(*_edges(positions, magnitudes, angles), bool(closed),
-                                             _label(label), six))
-
-    def _remade(self, points: Points, closed: bool, label: int) -> _gxshape.Shape:
-        # Points that are as they were keep their magnitudes and angles.
-        if points is self.points or np.array_equal(points, self.points):
-            positions, magnitudes, angles = self._shape.edges
-        else:
-            positions = self.transform.apply(points)
-            magnitudes, angles = np.zeros(len(points), np.uint16), np.zeros(len(points), np.uint8)
-        return _gxshape.make_edge_contour(positions, magnitudes, angles, closed, label, self._shape.transform)
-
-    @property
-    def positions(self) -> Points:
-        """The positions of the edge points, shape (n, 2), in the unit of the picture; a copy."""
-        positions: Points = self._shape.edges[0]
-        return positions
-
-    @property
-    def magnitudes(self) -> NDArray[np.uint16]:
-        """The magnitudes, shape (n,); a copy."""
-        magnitudes: NDArray[np.uint16] = self._shape.edges[1]
-        return magnitudes
-
-    @property
-    def angles(self) -> NDArray[np.uint8]:
-        """The directions, shape (n,), 256 to the turn; a copy."""
-        angles: NDArray[np.uint8] = self._shape.edges[2]
-        return angles
-
-    @property
-    def transform(self) -> Transform:
-        """The transform from points to positions."""
-        return Transform.from_numbers(*self._shape.transform)
-
-    def __reduce__(self) -> tuple[Any, ...]:
-        return _edge_contour, (*self._shape.edges, self.closed, self.label, self._shape.transform)
-
-
-class EdgeRegion(Region):
-    """A region whose outline is made of edge points; see `EdgeContour`.  Holes are plain regions."""
-
-    __slots__ = ()
-
-    def __init__(self, positions: ArrayLike = (), *, magnitudes: ArrayLike | None = None,
-                 angles: ArrayLike | None = None, transform: Transform | None = None,
-                 holes: Sequence[Region | ArrayLike] = (), label: int = 0) -> None:
-        six = _IDENTITY if transform is None else transform._six
-        self._set(_gxshape.make_edge_region(*_edges(positions, magnitudes, angles), _hole_shapes(holes),
-                                            _label(label), six))
-
-    def _remade(self, points: Points, closed: bool, label: int) -> _gxshape.Shape:
-        if not closed:
-            raise RegionOpenError("a region cannot be open")
-        if np.array_equal(points, self.points):
-            positions, magnitudes, angles = self._shape.edges
-        else:
-            positions = self.transform.apply(points)
-            magnitudes, angles = np.zeros(len(points), np.uint16), np.zeros(len(points), np.uint8)
-        return _gxshape.make_edge_region(positions, magnitudes, angles, self._shape.parts, label,
-                                         self._shape.transform)
-
-    @property
-    def holes(self) -> tuple[Region, ...]:
-        """The holes in order, plain regions.  Assignable."""
-        return tuple(Region._of(part) for part in self._shape.parts)
-
-    @holes.setter
-    def holes(self, holes: Sequence[Region | ArrayLike]) -> None:
-        self._set(_gxshape.make_edge_region(*self._shape.edges, _hole_shapes(holes), self.label,
-                                            self._shape.transform))
-
-    @property
-    def positions(self) -> Points:
-        """The positions of the edge points, shape (n, 2), in the unit of the picture; a copy."""
-        positions: Points = self._shape.edges[0]
-        return positions
-
-    @property
-    def magnitudes(self) -> NDArray[np.uint16]:
-        """The magnitudes, shape (n,); a copy."""
-        magnitudes: NDArray[np.uint16] = self._shape.edges[1]
-        return magnitudes
-
-    @property
-    def angles(self) -> NDArray[np.uint8]:
-        """The directions, shape (n,), 256 to the turn; a copy."""
-        angles: NDArray[np.uint8] = self._shape.edges[2]
-        return angles
-
-    @property
-    def transform(self) -> Transform:
-        """The transform from points to positions."""
-        return Transform.from_numbers(*self._shape.transform)
-
-    def __reduce__(self) -> tuple[Any, ...]:
-        return _edge_region, (*self._shape.edges, self.holes, self.label, self._shape.transform)
-
-
-class EdgeRegionSet(RegionSet):
-    """A set of edge-point regions."""
-
-    __slots__ = ()
-
-    def __init__(self, regions: Iterable[EdgeRegion] = ()) -> None:
-        self._set(_gxshape.make_edge_set([_edge_shape(region) for region in regions]))
-
-    @property
-    def regions(self) -> tuple[Region, ...]:
-        """The regions in order, each an `EdgeRegion`.  Assignable."""
-        return tuple(EdgeRegion._of(part) for part in self._shape.parts)
-
-    @regions.setter
-    def regions(self, regions: Iterable[Region | ArrayLike]) -> None:
-        self._set(_gxshape.make_edge_set([_edge_shape(region) for region in regions]))
-
-    def __reduce__(self) -> tuple[Any, ...]:
-        return EdgeRegionSet, (self.regions,)
-
-
-def _edge_shape(region: object) -> _gxshape.Shape:
-    if not isinstance(region, EdgeRegion):
-        raise TypeError(f"regions: want EdgeRegion, got {type(region).__name__}")
-    return region._shape
-
-
-def _edge_contour(positions: Points, magnitudes: NDArray[np.uint16], angles: NDArray[np.uint8], closed: bool,
-                  label: int, six: tuple[float, ...]) -> EdgeContour:
-    return EdgeContour._of(_gxshape.make_edge_contour(positions, magnitudes, angles, closed, label, six))
-
-
-def _edge_region(positions: Points, magnitudes: NDArray[np.uint16], angles: NDArray[np.uint8],
-                 holes: Sequence[Region], label: int, six: tuple[float, ...]) -> EdgeRegion:
-    return EdgeRegion._of(_gxshape.make_edge_region(positions, magnitudes, angles, _hole_shapes(holes), label, six))
-
-
 # ---- From the binding, and to it ------------------------------------------------------------------------
 
-_CLASSES: tuple[type[Shape], ...] = (Contour, Region, RegionSet, EdgeContour, EdgeRegion, EdgeRegionSet)
+#: By the kind that the binding tells; those of edge points come to them in their own file.
+CLASSES: list[type[Shape]] = [Contour, Region, RegionSet]
 
 
 def wrapped(shape: _gxshape.Shape) -> Shape:
     """Return the object of Python for a shape of the binding."""
-    return _CLASSES[shape.kind]._of(shape)
+    return CLASSES[shape.kind]._of(shape)
 
 
 def _region_shape(region: Region | ArrayLike, name: str) -> _gxshape.Shape:
@@ -662,7 +463,8 @@ def _region_shape(region: Region | ArrayLike, name: str) -> _gxshape.Shape:
     return _gxshape.make_region(points_array(region, name), [], 0)
 
 
-def _hole_shapes(holes: Sequence[Region | ArrayLike]) -> list[_gxshape.Shape]:
+def hole_shapes(holes: Sequence[Region | ArrayLike]) -> list[_gxshape.Shape]:
+    """Return the binding's shapes of a list of holes."""
     if isinstance(holes, Shape) or (isinstance(holes, np.ndarray) and holes.ndim == 2):
         raise ArgumentError("holes: want a sequence of regions or of arrays (m, 2), got one of them")
     return [_region_shape(hole, "holes") for hole in holes]

@@ -17,11 +17,10 @@ from numpy.typing import ArrayLike, NDArray
 from . import _gxshape
 from ._answers import Status
 from ._arrays import points_array
+from ._choices import JOINS, RULES, WEIGHTS, choice
 from ._errors import ArgumentError, GxError, from_library
 from ._shape import area_of, shape_of
 from ._shapes import Shapes, shapes_of
-from .gauge import _WEIGHTS, choice
-from .overlay import _JOINS, _RULES
 
 __all__ = ["Table", "measure", "describe", "inside", "nearest", "repair", "overlay", "offset", "simplify", "hull",
            "compare", "fit", "messages"]
@@ -224,7 +223,7 @@ def fit(shapes: Any, *, kind: str = "circle", weights: str = "tukey", inlier_lim
     taken, how = shapes_of(shapes), _errors(errors)
     kinds = tuple(_FITTED)
     number = choice(kind, kinds, "kind")
-    answer = _gxshape.batch_fit(taken.ready(), number, choice(weights, _WEIGHTS, "weights"),
+    answer = _gxshape.batch_fit(taken.ready(), number, choice(weights, WEIGHTS, "weights"),
                                 _number(inlier_limit, "inlier_limit"), _threads(threads), _callback(progress))
     return _finished(taken, _FITTED[kinds[number]], None, *answer, how)
 
@@ -288,7 +287,7 @@ def repair(shapes: Any, *, rule: str = "even-odd", threads: int = 1, progress: P
     (RegionSet(2 regions, 0 holes, area=15), array([15.]))
     """
     taken, how = shapes_of(shapes), _errors(errors)
-    answer = _gxshape.batch_repair(taken.ready(), choice(rule, _RULES, "rule"), _threads(threads),
+    answer = _gxshape.batch_repair(taken.ready(), choice(rule, RULES, "rule"), _threads(threads),
                                    _callback(progress))
     return _made(taken, _REPAIRED, answer, how)
 
@@ -302,7 +301,7 @@ def overlay(shapes: Any, other: Any, *, operation: str, rule: str = "even-odd", 
     symmetric-difference."""
     taken, how = shapes_of(shapes), _errors(errors)
     word = _OPERATIONS[choice(operation, _OPERATIONS, "operation")]
-    answer = _gxshape.batch_boolean(taken.ready(), word, area_of(other, "other"), choice(rule, _RULES, "rule"),
+    answer = _gxshape.batch_boolean(taken.ready(), word, area_of(other, "other"), choice(rule, RULES, "rule"),
                                     _threads(threads), _callback(progress))
     return _made(taken, (), answer, how)
 
@@ -312,7 +311,7 @@ def offset(shapes: Any, distance: float, *, join: str = "round", mitre_limit: fl
            errors: Errors = "emit") -> tuple[Shapes, Table]:
     """Return each shape grown (``distance`` above 0, in L) or shrunk: see `gxshape.overlay.offset`."""
     taken, how = shapes_of(shapes), _errors(errors)
-    answer = _gxshape.batch_offset(taken.ready(), float(distance), choice(join, _JOINS, "join"), mitre_limit,
+    answer = _gxshape.batch_offset(taken.ready(), float(distance), choice(join, JOINS, "join"), mitre_limit,
                                    arc_tolerance, _threads(threads), _callback(progress))
     return _made(taken, (), answer, how)
 

@@ -8,22 +8,19 @@ from numpy.typing import ArrayLike
 
 from . import _gxshape
 from ._answers import Problem
+from ._choices import ENDS, JOINS, RULES, choice
 from ._errors import ArgumentError
 from ._shape import Contour, RegionSet, ShapeLike, area_of
-from .gauge import choice
 
 __all__ = ["repair", "repair_with_report", "union", "union_all", "intersection", "difference",
            "symmetric_difference", "clip", "offset", "regions_of", "check", "relate", "overlap", "overlap_ratio",
            "intersects", "touches", "contains", "covers", "equal"]
 
-_RULES = ("even-odd", "non-zero", "positive", "outer")
-_JOINS = ("round", "mitre", "bevel")
-_ENDS = ("round", "flat", "square")
 _MOST_MEETINGS = 8_000_000
 
 
 def _rule(rule: str) -> int:
-    return choice(rule, _RULES, "rule")
+    return choice(rule, RULES, "rule")
 
 
 @dataclasses.dataclass(frozen=True)
@@ -111,8 +108,8 @@ def offset(shape: ShapeLike, distance: float, *, join: str = "round", ends: str 
     """
     is_line = isinstance(shape, Contour) and not shape.closed
     taken = shape._shape if isinstance(shape, Contour) and is_line else area_of(shape)
-    return RegionSet._of(_gxshape.offset(taken, float(distance), choice(join, _JOINS, "join"),
-                                         choice(ends, _ENDS, "ends"), mitre_limit, arc_tolerance))
+    return RegionSet._of(_gxshape.offset(taken, float(distance), choice(join, JOINS, "join"),
+                                         choice(ends, ENDS, "ends"), mitre_limit, arc_tolerance))
 
 
 def regions_of(outline: ArrayLike, holes: Iterable[ArrayLike] = (), *, rule: str = "even-odd") -> RegionSet:

@@ -179,6 +179,13 @@ def test_edge_points_keep_their_data_until_the_points_change():
     assert gx.EdgeContour(SQUARE, magnitudes=[1, 2, 3, 4]) != gx.EdgeContour(SQUARE, magnitudes=[1, 2, 3, 5])
 
 
+def test_edge_points_beside_one_that_is_no_number_keep_their_data():
+    edges = [[0, 0], [np.nan, 1], [2, 2]]
+    for edge in (gx.EdgeContour(edges, magnitudes=[1, 2, 3]), gx.EdgeRegion(edges, magnitudes=[1, 2, 3])):
+        edge.label = 5
+        assert edge.label == 5 and edge.magnitudes.tolist() == [1, 2, 3]
+
+
 def test_moving_maps_holes_and_islands_along():
     region = gx.Region(PLATE, holes=[gx.Region(HOLE, holes=[[[28, 12], [30, 12], [30, 14]]])], label=4)
     moved = region.moved(transform=gx.Transform.shift([10, 20]))
@@ -223,6 +230,8 @@ def test_pictures_hold_every_ring_and_few_points():
     assert svg.startswith("<svg") and 'fill-rule="evenodd"' in svg and svg.count("M ") == 2
     assert gx.Region(polygon(100_000))._repr_svg_().count("L ") <= 2000
     assert "<text" in gx.Region()._repr_svg_()
+    huge = gx.Region([[-1.7e308, 0], [1.7e308, 0], [0, 1.7e308]])._repr_svg_()
+    assert "nan" not in huge and "inf" not in huge and 'width="300"' in huge
     assert 'fill="none"' in gx.Contour(SQUARE, closed=False)._repr_svg_()
     assert plate()._repr_png_()[:8] == b"\x89PNG\r\n\x1a\n"
 
