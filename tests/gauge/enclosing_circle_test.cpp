@@ -1,4 +1,5 @@
 #include <gauge/enclosing.h>
+#include <gauge/internal/exact.h>
 #include <gauge/internal/frame.h>
 #include <gtest/gtest.h>
 #include <support/gauge_shapes.h>
@@ -6,6 +7,7 @@
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
 
+#include <algorithm>
 #include <cmath>
 #include <sstream>
 
@@ -196,6 +198,32 @@ TEST(EnclosingCircle, Prints) {
   std::ostringstream out;
   out << circleOf("0 0, 6 8") << '\n' << circleOf("");
   EXPECT_EQ(out.str(), "centre (3, 4) radius 5 supports 0 1\ncentre (nan, nan) radius 0 supports empty");
+}
+
+TEST(EnclosingCircle, TheRadiusIsTheLeastThatHoldsEveryPoint) {
+  // Exactly, for the points as they are seen from the centre: none is farther away than the radius, and one is
+  // farther away than the double below it, or as far.
+  RandomShapes random("radius of the circle", 400);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const double scale = random.chance(0.8) ? 1.0 : random.chance(0.5) ? 0x1p-600 : 0x1p600;
+    std::vector<gxVector<2>> points;
+    const int count = random.integer(2, 6);
+    for (int i = 0; i < count; ++i)
+      points.emplace_back(random.uniform(-10, 10) * scale, random.uniform(-10, 10) * scale);
+    const gxEnclosingCircle circle = gfEnclosingCircle(points);
+    const gxVector<2> origin;
+    const gxVector<2> radius(circle.radius, 0.0);
+    const gxVector<2> below(std::nextafter(circle.radius, 0.0), 0.0);
+    bool isLeast = false;
+    for (const auto& p : points) {
+      const gxVector<2> d = p - circle.centre;
+      EXPECT_LE(gx_CompareDistances(origin, d, origin, radius), 0);
+      isLeast = isLeast || gx_CompareDistances(origin, d, origin, below) > 0 ||
+                std::hypot(d.x(), d.y()) == circle.radius;
+    }
+    EXPECT_TRUE(isLeast);
+  }
 }
 
 }  // namespace

@@ -194,4 +194,26 @@ TEST(Simplify, ALongSpiralIsNoMatterOfRecursion) {
   EXPECT_LT(got.points.size(), 20000u);
 }
 
+TEST(Simplify, OfAnOutlineTheTwoFarthestPointsStay) {
+  RandomShapes random("simplify farthest", 60);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const std::vector<gxVector<2>> points = random.star(random.integer(5, 30), {0, 0}, 2, 9);
+    std::size_t first = 0;
+    std::size_t second = 1;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      for (std::size_t j = i + 1; j < points.size(); ++j) {
+        if (points[i].distance(points[j]) > points[first].distance(points[second])) {
+          first = i;
+          second = j;
+        }
+      }
+    }
+    const std::vector<std::size_t> kept = gfSimplify(points, true, 100.0).kept;
+    EXPECT_EQ(kept.size(), 3U);
+    EXPECT_EQ(std::count(kept.begin(), kept.end(), first), 1);
+    EXPECT_EQ(std::count(kept.begin(), kept.end(), second), 1);
+  }
+}
+
 }  // namespace
