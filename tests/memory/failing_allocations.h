@@ -28,6 +28,24 @@ class Allocations {
   long before_;
 };
 
+/// Keeps what this thread allocates, while it gathers, in pages of its own, so that they can be sealed: from
+/// then on a write to any of these blocks ends the process.  The pages stay until the program ends.
+class SealableMemory {
+ public:
+  /// Begins to gather.
+  explicit SealableMemory(std::size_t bytes);
+  SealableMemory(const SealableMemory&) = delete;
+  SealableMemory& operator=(const SealableMemory&) = delete;
+  ~SealableMemory();
+
+  /// Ends gathering: blocks come from the usual place again.
+  void stopGathering() noexcept;
+  /// Forbids writing to what was gathered.
+  void seal() const;
+  /// Returns how many bytes the blocks take.
+  std::size_t used() const noexcept;
+};
+
 /// Returns the number of blocks that are allocated at this moment, by all threads.
 long blocksInUse() noexcept;
 

@@ -4,7 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/mman.h>
+
+#include <algorithm>
 #include <atomic>
+#include <cstddef>
 #include <cstdlib>
 #include <new>
 #include <string>
@@ -17,6 +21,24 @@ thread_local long untilFailure = -1;  // -1: none fails
 thread_local bool failed = false;
 std::atomic<long> inUse{0};
 
+// The pages of a SealableMemory, one at a time; a block in them is never given back.
+std::byte* pages = nullptr;
+std::size_t pagesSize = 0;
+std::size_t pagesUsed = 0;
+thread_local bool gathers = false;
+
+bool isGathered(const void* block) noexcept {
+  const auto* const byte = static_cast<const std::byte*>(block);
+  return pages != nullptr && byte >= pages && byte < pages + pagesSize;
+}
+
+void* gathered(std::size_t size, std::size_t alignment = alignof(std::max_align_t)) {
+  const std::size_t begin = (pagesUsed + alignment - 1) / alignment * alignment;
+  if (begin > pagesSize || size > pagesSize - begin) throw std::bad_alloc();
+  pagesUsed = begin + std::max<std::size_t>(size, 1);
+  return pages + begin;
+}
+
 void* allocate(std::size_t size) {
   ++made;
   if (untilFailure == 0) {
@@ -25,7 +47,7 @@ void* allocate(std::size_t size) {
     throw std::bad_alloc();
   }
   if (untilFailure > 0) --untilFailure;
-  void* const block = std::malloc(size == 0 ? 1 : size);
+  void* const block = gathers ? gathered(size) : std::malloc(size == 0 ? 1 : size);
   if (block == nullptr) throw std::bad_alloc();
   ++inUse;
   return block;
@@ -34,7 +56,7 @@ void* allocate(std::size_t size) {
 void release(void* block) noexcept {
   if (block == nullptr) return;
   --inUse;
-  std::free(block);
+  if (!isGathered(block)) std::free(block);
 }
 
 }  // namespace
@@ -55,6 +77,20 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 }
 void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
   return operator new(size, tag);
+}
+// The aligned form, for nodes of a cache line's length: neither counted nor made to fail.
+void* operator new(std::size_t size, std::align_val_t alignment) {
+  const auto wanted = static_cast<std::size_t>(alignment);
+  if (gathers) return gathered(size, wanted);
+  void* const block = std::aligned_alloc(wanted, (size + wanted - 1) / wanted * wanted);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
+void operator delete(void* block, std::align_val_t) noexcept {
+  if (!isGathered(block)) std::free(block);
+}
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept {
+  if (!isGathered(block)) std::free(block);
 }
 void operator delete(void* block) noexcept {
   release(block);
@@ -83,6 +119,27 @@ bool memory_test::FailingAllocation::happened() noexcept {
 memory_test::Allocations::Allocations() noexcept : before_(made) {}
 long memory_test::Allocations::count() const noexcept {
   return made - before_;
+}
+
+memory_test::SealableMemory::SealableMemory(std::size_t bytes) {
+  void* const made = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (made == MAP_FAILED) throw std::bad_alloc();
+  pages = static_cast<std::byte*>(made);
+  pagesSize = bytes;
+  pagesUsed = 0;
+  gathers = true;
+}
+memory_test::SealableMemory::~SealableMemory() {
+  stopGathering();
+}
+void memory_test::SealableMemory::stopGathering() noexcept {
+  gathers = false;
+}
+void memory_test::SealableMemory::seal() const {
+  if (mprotect(pages, pagesSize, PROT_READ) != 0) throw std::bad_alloc();
+}
+std::size_t memory_test::SealableMemory::used() const noexcept {
+  return pagesUsed;
 }
 
 long memory_test::blocksInUse() noexcept {
