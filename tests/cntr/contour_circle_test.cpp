@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -198,6 +199,18 @@ TEST(ContourCircle, HugeDistancesThatOverflowAreInfinite) {
 TEST(ContourCircle, DenormalDistancesCount) {
   EXPECT_EQ(circleOf("0 0, 1e-323 0", kAllPairs), gxCircle(V(5e-324, 0), 5e-324));
   EXPECT_EQ(circleOf("0 0, 1e-323 0", kFirstPoint).radius(), 1e-323);
+}
+
+// Squares of distances lose digits towards both ends of their range, and overflow at one.
+TEST(ContourCircle, TheRadiusIsTheDistanceOfTheFarthestVertexAtEveryMagnitude) {
+  for (int exponent = -330; exponent <= 306; ++exponent) {
+    const double unit = std::pow(10.0, exponent);
+    const std::vector<V> points = {V(0, 0), V(1.3 * unit, -2.1 * unit), V(0.7 * unit, 2.9 * unit),
+                                   V(-1.9 * unit, 2.3 * unit)};
+    double farthest = 0.0;
+    for (const V& p : points) farthest = std::max(farthest, points.front().distance(p));
+    EXPECT_EQ(gxContour(points).encloseCircle(kFirstPoint).radius(), farthest) << "1e" << exponent;
+  }
 }
 
 }  // namespace

@@ -272,6 +272,20 @@ TEST_F(ArchiveFile, WithSomethingElseBehindItsFramesIsReadUpToThere) {
   }
 }
 
+// The system refuses to read at the address 0 of a process: an error of the device, and no short file.
+TEST_F(ArchiveFile, ThatTheSystemFailsToReadSaysSo) {
+  const fs::path memory = "/proc/self/mem";
+  if (!fs::exists(memory)) GTEST_SKIP() << "no such file here: " << memory;
+  try {
+    gxArchive::fromFile(memory);
+    FAIL();
+  } catch (const gxArchive::FileError& error) {
+    const std::string text = error.what();
+    EXPECT_NE(text.find("cannot read"), std::string::npos) << text;
+    EXPECT_NE(text.find(memory.string()), std::string::npos) << text;
+  }
+}
+
 TEST_F(ArchiveFile, CutAnywhereIsTruncated) {
   write(6, 10000);
   const auto size = fs::file_size(path_);
