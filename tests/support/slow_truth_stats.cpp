@@ -108,51 +108,63 @@ std::optional<gxVector<2>> centerIfAny(const Points& points) {
   return gxVector<2>((1.0 / total) * sumX, (1.0 / total) * sumY) + points[0];
 }
 
+namespace {
+
+// How far along the base its end lies from the foot, measured away from the other end.
+double reach(const gxVector<2>& foot, const gxVector<2>& end, const gxVector<2>& other) {
+  const double size = (foot - end).len();
+  return (other - end) * (foot - end) < 0 ? -size : size;
+}
+
+// The triangle with corners at (-before, 0), (behind, 0) and (0, height): what it is in its own frame.
+Moments onItsBase(double before, double behind, double height) {
+  const double third = 1.0 / 3.0;
+  const double size = (before + behind) * height * 0.5;
+  const gxVector<2> middle((behind - before) * third, height * third);
+  const double cubes = before * before * before + behind * behind * behind;
+  const double squares = behind * behind - before * before;
+  const double along = cubes * height * (1.0 / 12.0) - middle.x() * middle.x() * size;
+  const double across =
+      (before + behind) * (height * height * height) * (1.0 / 12.0) - middle.y() * middle.y() * size;
+  const double mixed = squares * (height * height) * (1.0 / 24.0) - middle.y() * middle.x() * size;
+  return {size, middle, gxMatrix<2>(along, mixed, mixed, across)};
+}
+
+// Seen from the other side of the base.
+Moments mirrored(const Moments& m) {
+  return {-m.area, gxVector<2>(m.center.x(), -m.center.y()),
+          gxMatrix<2>(m.matrix.m00(), -m.matrix.m01(), -m.matrix.m10(), m.matrix.m11())};
+}
+
+Moments fromCorner(const gxVector<2>& c, const gxVector<2>& p, const gxVector<2>& q, int turnsLeft) {
+  const gxLineSeg base(c, p);
+  const bool footIsOutside = base.distToPoint(q) - 1e-10 > base.line().distToPoint(q);
+  if (footIsOutside && turnsLeft > 0) return fromCorner(p, q, c, turnsLeft - 1);
+  const gxVector<2> foot = base.line().proj(q);
+  Moments own = onItsBase(reach(foot, c, p), reach(foot, p, c), base.line().distToPoint(q));
+  const bool isCounterClockwise =
+      (p.x() - c.x()) * (q.y() - c.y()) - (q.x() - c.x()) * (p.y() - c.y()) >= 0;
+  if (!isCounterClockwise) own = mirrored(own);
+
+  const double angle = (p - c).angle().toDouble();
+  const double cosine = std::cos(angle);
+  const double sine = std::sin(angle);
+  const double along = own.matrix.m00();
+  const double across = own.matrix.m11();
+  const double mixed = own.matrix.m01();
+  const double m01 =
+      (cosine * cosine - sine * sine) * mixed + sine * cosine * along - sine * cosine * across;
+  return {
+      own.area, foot + rotation(angle) * own.center,
+      gxMatrix<2>(cosine * cosine * along - 2.0 * sine * cosine * mixed + sine * sine * across, m01, m01,
+                  sine * sine * along + 2.0 * sine * cosine * mixed + cosine * cosine * across)};
+}
+
+}  // namespace
+
 Moments triangleMoments(const gxVector<2>& corner0, const gxVector<2>& corner1,
                         const gxVector<2>& corner2) {
-  gxVector<2> c = corner0;
-  gxVector<2> p = corner1;
-  gxVector<2> q = corner2;
-  for (int turns = 0; turns < 2; ++turns) {  // to a side that holds the foot of the altitude
-    const gxLineSeg side(c, p);
-    if (!(side.distToPoint(q) - 1e-10 > side.line().distToPoint(q))) break;
-    const gxVector<2> first = c;
-    c = p;
-    p = q;
-    q = first;
-  }
-  const gxVector<2> foot = gxLineSeg(c, p).line().proj(q);
-  // The corners of the base at −a and b from the foot, along the base.
-  const bool beforeBase = (p - c) * (foot - c) < 0;
-  const bool behindBase = (c - p) * (foot - p) < 0;
-  const double a = beforeBase ? -foot.distance(c) : foot.distance(c);
-  const double b = behindBase ? -foot.distance(p) : foot.distance(p);
-  const double h = gxLineSeg(c, p).line().distToPoint(q);
-
-  double size = (a + b) * h * 0.5;
-  const double x = (b - a) * (1.0 / 3.0);
-  double y = h * (1.0 / 3.0);
-  const double sxx = (a * a * a + b * b * b) * h * (1.0 / 12.0) - x * x * size;
-  const double syy = (a + b) * (h * h * h) * (1.0 / 12.0) - y * y * size;
-  double sxy = (b * b - a * a) * (h * h) * (1.0 / 24.0) - y * x * size;
-
-  const double cross = (p.x() - c.x()) * (q.y() - c.y()) - (q.x() - c.x()) * (p.y() - c.y());
-  if (!(cross >= 0)) {
-    size = -size;
-    y = -y;
-    sxy = -sxy;
-  }
-  const double theta = (p - c).angle().toDouble();
-  const double cosine = std::cos(theta);
-  const double sine = std::sin(theta);
-  Moments result;
-  result.area = size;
-  result.center = foot + rotation(theta) * gxVector<2>(x, y);
-  const double m00 = cosine * cosine * sxx - 2.0 * sine * cosine * sxy + sine * sine * syy;
-  const double m11 = sine * sine * sxx + 2.0 * sine * cosine * sxy + cosine * cosine * syy;
-  const double m01 = (cosine * cosine - sine * sine) * sxy + sine * cosine * sxx - sine * cosine * syy;
-  result.matrix = gxMatrix<2>(m00, m01, m01, m11);
-  return result;
+  return fromCorner(corner0, corner1, corner2, 2);
 }
 
 Moments add(const Moments& first, const Moments& second) {
