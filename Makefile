@@ -6,7 +6,7 @@
 
 PREFIX ?= /usr/local
 
-help:  ## say what there is to say
+help:  ## list the commands
 	@echo "gxshape: planar shape geometry for machine vision"
 	@echo
 	@awk -F ':.*## ' '/^[a-z]+:.*## / {printf "  make %-10s %s\n", $$1, $$2}' $(MAKEFILE_LIST)

@@ -42,7 +42,7 @@ endforeach()
 foreach(how IN ITEMS "" "-DGXSHAPE_COUNTS_COMPUTATIONS")
   set(object "${RESULTS}/probe${how}.o")
   execute_process(COMMAND "${COMPILER}" -std=c++20 ${how} "-I${SOURCE}" "-I${SOURCE}/base" -c
-                          "${SOURCE}/cntr/internal/memory/probe.cpp" -o "${object}"
+                          "${SOURCE}/cntr/internal/memory/computation_count.cpp" -o "${object}"
                   COMMAND_ERROR_IS_FATAL ANY)
   execute_process(COMMAND "${NM}" -C --defined-only "${object}" OUTPUT_VARIABLE symbols
                   COMMAND_ERROR_IS_FATAL ANY)

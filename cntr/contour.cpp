@@ -14,6 +14,7 @@
 // loss.  The idea that failed was a move that never throws: where the target could not follow, nothing
 // was moved, and nobody was told.
 #include <cntr/contour.h>
+#include <cntr/internal/outline/tolerances.h>
 #include <cntr/region.h>
 #include <velstd/real_eq.h>
 
@@ -22,11 +23,8 @@
 
 namespace {
 
-// Closer points coincide.
-constexpr double kCoincide = 1e-15;
-
 bool endsCoincide(const std::vector<gxVector<2>>& points) {
-  return points.empty() || gfRealEq(points.front(), points.back(), kCoincide);
+  return points.empty() || gfRealEq(points.front(), points.back(), gx_kCoincide);
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <cntr/contourdefs.h>
 #include <cntr/export.h>
 #include <cntr/internal/memory/contour_memory.h>
+#include <cntr/internal/outline/break_even.h>
+#include <cntr/internal/outline/outline.h>
 #include <veldispc/tablet.h>
 #include <velstd/angle.h>
 #include <velstd/budget.h>
@@ -352,6 +354,7 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   void computeLineSegs() const;
 
   /// Tells whether the contour has so many points that the edge index is faster than a scan.
+  gx_Outline outline_() const { return {state_.points, isClosed()}; }
   bool indexPays_() const { return state_.points.size() > gx_kFewEdges; }
   /// Returns the edge index, made first where there is none.  Remembers: the index.
   const gx_EdgeIndex& edgeIndex_() const;
@@ -366,7 +369,7 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
     return state_.memory.selfIntersecting.get(crosses) && crosses;
   }
   /// Returns the edge index if there is one, else null.
-  const gx_EdgeIndex* edgeIndexIfMade_() const { return state_.memory.edgeIndex.get(); }
+  const gx_EdgeIndex* edgeIndexIfMade_() const;
   /// Returns the watch over the points, which a set of regions keeps.
   const gx_Watch& watch_() const { return state_.memory.watch; }
 

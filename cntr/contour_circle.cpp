@@ -9,7 +9,8 @@
 // The pair of more than a handful is found through the edge index (internal/search/farthest_pair), and is the
 // very one of that scan; the distance of a pair is the same both ways, so it is asked for once.
 #include <cntr/contour.h>
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/memory/computation_count.h>
+#include <cntr/internal/outline/break_even.h>
 #include <cntr/internal/search/farthest_pair.h>
 
 #include <cmath>
@@ -20,9 +21,6 @@ void circleOf(const std::vector<gxVector<2>>& points, const gx_Pair& pair, gxCir
   if (!(pair.distance > 0.0)) return;
   circle = gxCircle((points[pair.i] + points[pair.j]) * 0.5, pair.distance * 0.5);
 }
-
-// Up to here the pairs are looked at one by one.
-constexpr std::size_t kPairsPay = 6;
 
 gx_Pair farthestOfFew(const std::vector<gxVector<2>>& points) {
   gx_Pair best;
@@ -101,13 +99,13 @@ gxCircle gxContour::encloseCircle(gxContourDefs::DiameterMode mode, gxBudget& bu
   gxCircle circle({before[0], before[1]}, before[2]);
   const std::vector<gxVector<2>>& points = state_.points;
   if (mode == gxContourDefs::eAllPairs && indexPays_()) {
-    circleOf(points, gx_farthestPair(edgeIndex_(), points, isClosed(), budget), circle);
-  } else if (mode == gxContourDefs::eAllPairs && points.size() <= kPairsPay) {
+    circleOf(points, gx_farthestPair(edgeIndex_(), outline_(), budget), circle);
+  } else if (mode == gxContourDefs::eAllPairs && points.size() <= gx_kFewFarthest) {
     circleOf(points, farthestOfFew(points), circle);
   } else if (mode == gxContourDefs::eAllPairs) {
-    // Of few points, an index is made faster than kept.
-    const gx_EdgeIndex index(points, isClosed());
-    circleOf(points, gx_farthestPair(index, points, isClosed(), budget), circle);
+    // For few points a temporary index is cheaper than a cached one.
+    const gx_EdgeIndex index(outline_());
+    circleOf(points, gx_farthestPair(index, outline_(), budget), circle);
   } else {
     circleAroundFirst(points, circle);
   }

@@ -8,24 +8,23 @@
 //
 // The lists are built aside and put in place together, so that a failure leaves none half-filled.
 #include <cntr/contour.h>
-#include <cntr/internal/memory/probe.h>
-#include <cntr/internal/outline/edge_walk.h>
+#include <cntr/internal/index/edge_index.h>
+#include <cntr/internal/memory/computation_count.h>
+#include <cntr/internal/outline/tolerances.h>
 #include <velstd/real_eq.h>
 
 #include <utility>
 
 namespace {
 
-// Closer points coincide.
-constexpr double kCoincide = 1e-15;
-
-gx_EdgeList edgesOf(const std::vector<gxVector<2>>& points, bool closed) {
-  const std::size_t count = gx_edgeCount(points.size(), closed);
+gx_EdgeList edgesOf(const gx_Outline& outline) {
+  const std::vector<gxVector<2>>& points = outline.points;
+  const std::size_t count = outline.edges();
   gx_EdgeList edges;
   edges.segments.reserve(count);
   edges.valid.resize(count);
-  gx_forEachEdge(points.size(), closed, [&](std::size_t from, std::size_t to, std::size_t k) {
-    const bool hasLength = !gfRealEq(points[from], points[to], kCoincide);
+  outline.forEachEdge([&](std::size_t from, std::size_t to, std::size_t k) {
+    const bool hasLength = !gfRealEq(points[from], points[to], gx_kCoincide);
     edges.segments.push_back(hasLength ? gxLineSeg(points[from], points[to]) : gxLineSeg());
     edges.valid[k] = hasLength;
   });
@@ -49,13 +48,17 @@ const std::vector<bool>& gxContour::validLine() const {
 const gx_EdgeList& gxContour::edgeList_() const {
   return state_.memory.edges.made([this] {
     gx_countComputation(gx_Computation::eEdges);
-    return edgesOf(state_.points, isClosed());
+    return edgesOf(outline_());
   });
 }
 
 const gx_EdgeIndex& gxContour::edgeIndex_() const {
   return state_.memory.edgeIndex.made([this] {
     gx_countComputation(gx_Computation::eEdgeIndex);
-    return gx_EdgeIndex(state_.points, isClosed());
+    return gx_EdgeIndex(outline_());
   });
+}
+
+const gx_EdgeIndex* gxContour::edgeIndexIfMade_() const {
+  return state_.memory.edgeIndex.get();
 }

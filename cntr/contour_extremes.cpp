@@ -11,7 +11,7 @@
 //
 // Both remember a bounded number of answers; see `gx_KeyedMemo`.
 #include <cntr/contour.h>
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/memory/computation_count.h>
 #include <velstd/real_eq.h>
 
 #include <array>

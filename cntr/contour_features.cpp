@@ -4,8 +4,9 @@
 // length.  Median: the length at position count / 2 of the sorted list, the upper of the two middle
 // ones for an even count; a selection finds it without sorting, with NaN as the greatest length.
 #include <cntr/contour.h>
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/memory/computation_count.h>
 #include <cntr/internal/outline/edge_lengths.h>
+#include <cntr/internal/outline/outline.h>
 #include <cntr/shapestat.h>
 
 #include <algorithm>
@@ -14,14 +15,15 @@
 
 namespace {
 
-gxVector<2> meanOfEdges(const std::vector<gxVector<2>>& points, bool closed) {
+gxVector<2> meanOfEdges(const gx_Outline& outline) {
+  const std::vector<gxVector<2>>& points = outline.points;
   gxVector<2> sum;
   double total = 0.0;
   const auto add = [&](const gxVector<2>& from, const gxVector<2>& to, double length) {
     total += length;
     sum += (from + to) * 0.5 * length;
   };
-  if (closed) add(points.back(), points.front(), points.back().distance(points.front()));
+  if (outline.closed) add(points.back(), points.front(), points.back().distance(points.front()));
   gx_forEachLength(points, [&](double length, std::size_t i) { add(points[i - 1], points[i], length); });
   return sum / total;
 }
@@ -31,10 +33,11 @@ bool shorter(double a, double b) {
   return std::isnan(b) || a < b;
 }
 
-double medianEdgeLength(const std::vector<gxVector<2>>& points, bool closed) {
+double medianEdgeLength(const gx_Outline& outline) {
+  const std::vector<gxVector<2>>& points = outline.points;
   std::vector<double> lengths;
   lengths.reserve(points.size());
-  if (closed) lengths.push_back(points.back().distance(points.front()));
+  if (outline.closed) lengths.push_back(points.back().distance(points.front()));
   gx_forEachLength(points, [&lengths](double length, std::size_t) { lengths.push_back(length); });
   const auto middle = lengths.begin() + static_cast<std::ptrdiff_t>(lengths.size() / 2);
   std::nth_element(lengths.begin(), middle, lengths.end(), shorter);
@@ -48,7 +51,7 @@ gxVector<2> gxContour::meanPosition() const {
   std::array<double, 2> known{};
   if (state_.memory.meanPosition.get(known)) return {known[0], known[1]};
   gx_countComputation(gx_Computation::eMeanPosition);
-  const gxVector<2> mean = meanOfEdges(state_.points, isClosed());
+  const gxVector<2> mean = meanOfEdges(outline_());
   state_.memory.meanPosition.set({mean.x(), mean.y()});
   return mean;
 }
@@ -58,7 +61,7 @@ double gxContour::medianFeatureSize() const {
   double median = 0.0;
   if (state_.memory.medianFeatureSize.get<0>(median)) return median;
   gx_countComputation(gx_Computation::eMedianFeatureSize);
-  median = medianEdgeLength(state_.points, isClosed());
+  median = medianEdgeLength(outline_());
   state_.memory.medianFeatureSize.set({median});
   return median;
 }

@@ -1,6 +1,6 @@
 // The convex hull: the one room of the contour that computes with a region.
 #include <cntr/contour.h>
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/memory/computation_count.h>
 #include <cntr/region.h>
 #include <velstd/convex_hull.h>
 

@@ -20,8 +20,8 @@
 // of edges whose boxes meet: through both indices, or, of few edges, through lists of boxes
 // (internal/search/edge_pairs, internal/search/self_crossing); the hits come in the same order.
 #include <cntr/contour.h>
-#include <cntr/internal/memory/probe.h>
-#include <cntr/internal/outline/edge_walk.h>
+#include <cntr/internal/memory/computation_count.h>
+#include <cntr/internal/outline/outline.h>
 #include <cntr/internal/search/crossing.h>
 #include <cntr/internal/search/edge_pairs.h>
 
@@ -38,10 +38,10 @@ std::vector<gxVector<2>> gxContour::intersections(const gxLineSeg& seg, std::vec
   }
   if (indexPays_()) {
     gxBudget unlimited;
-    gx_findHits(edgeIndex_(), state_.points, isClosed(), query, hits, unlimited);
+    gx_findHits(edgeIndex_(), outline_(), query, hits, unlimited);
   } else {
     const std::vector<gxVector<2>>& points = state_.points;
-    gx_forEachEdge(points.size(), isClosed(), [&](std::size_t from, std::size_t to, std::size_t k) {
+    outline_().forEachEdge([&](std::size_t from, std::size_t to, std::size_t k) {
       query.test(points[from], points[to], k, hits);
     });
   }
@@ -63,43 +63,41 @@ std::vector<gxVector<2>> gxContour::intersections(const gxContour& other) const 
 
 std::vector<gxVector<2>> gxContour::intersections(const gxContour& other, gxBudget& budget) const {
   checkEmptyContour();
-  const std::vector<gxVector<2>>& theirs = other.state_.points;
+  const gx_Outline theirs = other.outline_();
   std::vector<gxVector<2>> result;
   if (other.indexPays_()) {
     const gxRect box = uprightBox_();
-    gx_findCrossings(edgeIndex_(), state_.points, isClosed(), box, other.edgeIndex_(), theirs,
-                     other.isClosed(), result, budget);
+    gx_findCrossings(edgeIndex_(), outline_(), box, other.edgeIndex_(), theirs, result, budget);
     return result;
   }
   if (!indexPays_()) {
-    if (gx_edgeCount(theirs.size(), other.isClosed()) == 0) return result;
+    if (theirs.edges() == 0) return result;
     const gxRect box = uprightBox_();
-    gx_findCrossingsOfFew(state_.points, isClosed(), box, theirs, other.isClosed(), result);
+    gx_findCrossingsOfFew(outline_(), box, theirs, result);
     return result;
   }
-  gx_forEachEdge(theirs.size(), other.isClosed(), [&](std::size_t from, std::size_t to, std::size_t) {
+  for (std::size_t k = 0; k < theirs.edges(); ++k) {
     budget.spend(edgeIndex_().size(0));
-    const std::vector<gxVector<2>> hits = intersections(gxLineSeg(theirs[from], theirs[to]), true);
+    const std::vector<gxVector<2>> hits = intersections(gxLineSeg(theirs.from(k), theirs.to(k)), true);
     result.insert(result.end(), hits.begin(), hits.end());
-  });
+  }
   return result;
 }
 
 // Asks as `intersections` does, up to the first hit.
 bool gxContour::meets_(const gxContour& other, gxBudget& budget) const {
   checkEmptyContour();
-  const gx_EdgeOutline theirs{other.state_.points, other.isClosed()};
+  const gx_Outline theirs = other.outline_();
   if (theirs.edges() == 0) return false;
   const gxRect box = uprightBox_();
   if (other.indexPays_()) {
-    return gx_meet(edgeIndex_(), state_.points, isClosed(), box, other.edgeIndex_(), theirs.points,
-                   theirs.closed, budget);
+    return gx_meet(edgeIndex_(), outline_(), box, other.edgeIndex_(), theirs, budget);
   }
   if (!indexPays_()) {
     budget.spend(theirs.edges());
-    return gx_fewMeet(state_.points, isClosed(), box, theirs.points, theirs.closed);
+    return gx_fewMeet(outline_(), box, theirs);
   }
-  const gx_EdgeOutline ours{state_.points, isClosed()};
+  const gx_Outline ours = outline_();
   std::vector<gx_Hit> hits;
   for (std::size_t k = 0; k < theirs.edges(); ++k) {
     const gx_CrossingQuery query(theirs.from(k), theirs.to(k), true);
@@ -130,11 +128,11 @@ bool gxContour::isSelfIntersecting(gxBudget& budget) const {
   if (state_.memory.selfIntersecting.get(crosses)) return crosses;
   gx_countComputation(gx_Computation::eSelfIntersection);
   crosses = false;
-  if (gx_hasEdgeOfLength(state_.points, isClosed())) {
+  if (gx_hasEdgeOfLength(outline_())) {
     checkEmptyContour();
     const gxRect box = uprightBox_();
-    crosses = indexPays_() ? gx_crossesItself(edgeIndex_(), state_.points, isClosed(), box, budget)
-                           : gx_fewCrossThemselves(state_.points, isClosed(), box);
+    crosses = indexPays_() ? gx_crossesItself(edgeIndex_(), outline_(), box, budget)
+                           : gx_fewCrossThemselves(outline_(), box);
   }
   state_.memory.selfIntersecting.set(crosses);
   return crosses;

@@ -10,22 +10,18 @@
 // (internal/search/nearest), which give the same edge and the same vertex, once the questions before have
 // cost about as much as making them.
 #include <cntr/contour.h>
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/memory/computation_count.h>
+#include <cntr/internal/outline/break_even.h>
 #include <cntr/internal/outline/edge_lengths.h>
-#include <cntr/internal/outline/edge_walk.h>
+#include <cntr/internal/outline/outline.h>
 #include <cntr/internal/search/nearest.h>
 
 namespace {
 
-// What a question without the tree costs, and what making the tree costs, in nanoseconds a point.
-constexpr unsigned kVertexEffort = 1;
-constexpr unsigned kEdgeEffort = 3;
-constexpr unsigned kTreeEffort = 10;
-
-double lengthOf(const std::vector<gxVector<2>>& points, bool closed) {
+double lengthOf(const gx_Outline& outline) {
   double sum = 0.0;
-  if (closed) sum += points.back().distance(points.front());
-  gx_forEachLength(points, [&sum](double length, std::size_t) { sum += length; });
+  if (outline.closed) sum += outline.points.back().distance(outline.points.front());
+  gx_forEachLength(outline.points, [&sum](double length, std::size_t) { sum += length; });
   return sum;
 }
 
@@ -44,7 +40,7 @@ double gxContour::length() const {
   double length = 0.0;
   if (state_.memory.length.get<0>(length)) return length;
   gx_countComputation(gx_Computation::eLength);
-  length = lengthOf(state_.points, isClosed());
+  length = lengthOf(outline_());
   state_.memory.length.set({length});
   return length;
 }
@@ -54,39 +50,37 @@ double gxContour::length() const {
 bool gxContour::treePays_(unsigned effort) const {
   if (!indexPays_()) return false;
   const gx_Effort& spent = state_.memory.nearestEffort;
-  if (spent.spent() >= kTreeEffort) return true;
+  if (spent.spent() >= gx_kTreeEffort) return true;
   spent.add(effort);
   return false;
 }
 
 // Makes the tree pay at once for many questions.
 void gxContour::expectNearest_(std::size_t questions) const {
-  if (questions >= kTreeEffort) state_.memory.nearestEffort.set(kTreeEffort);
+  if (questions >= gx_kTreeEffort) state_.memory.nearestEffort.set(gx_kTreeEffort);
 }
 
 gxVector<2> gxContour::closestPoint(const gxVector<2>& point, bool vertexOnly) const {
   if (vertexOnly) return state_.points[static_cast<std::size_t>(closestVertexIndex(point))];
   checkEmptyContour();
-  const std::vector<gxVector<2>>& points = state_.points;
-  const bool closed = isClosed();
-  const std::size_t k = treePays_(kEdgeEffort) ? gx_nearestEdge(edgeIndex_(), points, closed, point)
-                                               : gx_nearestEdge(points, closed, point);
-  if (k == gx_edgeCount(points.size(), closed)) return {};
-  return nearestOnEdge(
-      gxLineSeg(points[gx_edgeStart(k, points.size(), closed)], points[gx_edgeEnd(k, closed)]), point);
+  const gx_Outline outline = outline_();
+  const std::size_t k = treePays_(gx_kEdgeEffort) ? gx_nearestEdge(edgeIndex_(), outline, point)
+                                                  : gx_nearestEdge(outline, point);
+  if (k == outline.edges()) return {};
+  return nearestOnEdge(gxLineSeg(outline.from(k), outline.to(k)), point);
 }
 
 long gxContour::closestVertexIndex(const gxVector<2>& point) const {
   checkEmptyContour();
-  if (!treePays_(kVertexEffort)) return static_cast<long>(gx_nearestVertex(state_.points, point));
-  return static_cast<long>(gx_nearestVertex(edgeIndex_(), state_.points, isClosed(), point));
+  if (!treePays_(gx_kVertexEffort)) return static_cast<long>(gx_nearestVertex(state_.points, point));
+  return static_cast<long>(gx_nearestVertex(edgeIndex_(), outline_(), point));
 }
 
 double gxContour::distToPoint(const gxVector<2>& point, bool vertexOnly) const {
   return point.distance(closestPoint(point, vertexOnly));
 }
 
-// ---- Of many points -----------------------------------------------------------------------------
+// ---- For many points at once --------------------------------------------------------------------
 
 std::vector<gxVector<2>> gxContour::closestPoints(const std::vector<gxVector<2>>& points,
                                                   bool vertexOnly) const {

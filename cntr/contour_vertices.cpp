@@ -7,16 +7,14 @@
 //      one takes the place of the one that was asked for the longest ago.  (Not of one drawn at random,
 //      as there: the draws of one memory would change which entries the others give up.)
 #include <cntr/contour.h>
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/index/vertex_grid.h>
+#include <cntr/internal/memory/computation_count.h>
+#include <cntr/internal/outline/break_even.h>
 
 #include <algorithm>
 #include <limits>
 
 namespace {
-
-// So many questions are answered without a grid: a grid costs 11 to 25 ns a vertex, and far more where
-// one vertex lies far from all others; looking at it, one.
-constexpr unsigned kPlainQuestions = 16;
 
 std::vector<int> verticesAtFiniteDistance(const std::vector<gxVector<2>>& points,
                                           const gxVector<2>& point) {
@@ -39,7 +37,7 @@ std::vector<int> gxContour::vertexIndex(const gxVector<2>& point, double toleran
   }
   const auto lookup = state_.memory.vertexLookups.made().used(tolerance, state_.cachedVectorSize);
   const gx_VertexGrid* grid = lookup->grid.get();
-  if (grid == nullptr && lookup->questions.spent() < kPlainQuestions) {
+  if (grid == nullptr && lookup->questions.spent() < gx_kPlainLookups) {
     lookup->questions.add(1);
     return gx_VertexGrid::scan(state_.points, tolerance, point);
   }

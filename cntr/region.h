@@ -81,7 +81,7 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
 
   /// Returns the holes in the order given.
   const std::vector<HoleHandle>& holes() const { return holes_; }
-  /// Replaces the holes.  Whatever comes of it, everything remembered is dropped first; what the check
+  /// Replaces the holes.  Drops everything remembered first, even where it then throws; what the check
   /// for crossings then computes of the outline is remembered.
   /// Throws, with the old holes kept: gxBadPointer for a null handle; BadParams "holes cannot
   /// intersect region" where a hole's outline crosses or touches this one's; EmptyContour where
@@ -188,8 +188,8 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
 
   /// Returns the centre of mass of the outline; with `considerHoles`, with the holes taken out.
   ///  - an outline without area: (0, 0); holes that cancel the area: the division by zero decides
-  /// Throws: as `area`.  Remembers: both, and the area where the same sum gives it: who wants both asks
-  /// for the centre first.
+  /// Throws: as `area`.  Remembers: both, and the area where the same sum gives it: to get both,
+  /// call this first.
   gxVector<2> centerOfMass(bool considerHoles) const;
 
   /// Returns the second moments of the outline about its centre of mass (see `gx_InertiaData`).

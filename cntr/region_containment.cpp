@@ -13,13 +13,16 @@
 //
 // Only whether the count is odd matters to containment, and of most points a grid of cells knows that
 // without a ray (internal/index/containment_grid), or, where there is no grid and few points, one look at
-// every edge (internal/search/containment_scan); the others go the way of the ray.  The grid is made when
+// every edge (internal/search/containment_scan); the others are left to the ray count.  The grid is made when
 // scans and rays have cost about as much.
 //
 // Inside: an odd count, and not in a hole.  A hole asks the same question of itself, with its own
 // holes, so an island in a hole is inside again.  The questions are kept on a list, not on the
 // stack: holes may nest ten thousand deep.  A region that comes up again on its own path would
 // nest for ever.
+#include <cntr/internal/index/containment_grid.h>
+#include <cntr/internal/outline/break_even.h>
+#include <cntr/internal/outline/tolerances.h>
 #include <cntr/internal/search/containment_scan.h>
 #include <cntr/internal/search/directions.h>
 #include <cntr/region.h>
@@ -27,29 +30,18 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <numbers>
 #include <optional>
 #include <unordered_map>
 #include <vector>
 
 namespace {
 
-constexpr double kPi = 3.141592653589793;
-
-// Within this of a vertex a point counts as on it, and so as inside.
-constexpr double kOnVertex = 1e-6;
-
-// What a ray costs, and one more where it looks at the directions of all vertices; and what rays and scans
-// may cost before a grid is made, which takes 30 ns a point of a smooth outline and up to 400 of a comb or
-// tangle.  In nanoseconds and nanoseconds a point.
-constexpr std::uint64_t kRayEffort = 2000;
-constexpr std::uint64_t kAllDirectionsEffort = 30;
-constexpr std::uint64_t kGridEffort = 120;
-
 // Tells by looking at every vertex whether the point is on one.  A distance that is not a number is
 // not greater than the limit either.
 bool isOnVertex(const std::vector<gxVector<2>>& vertices, const gxVector<2>& point) {
   return std::any_of(vertices.begin(), vertices.end(), [&point](const gxVector<2>& vertex) {
-    return !((vertex - point).len() > kOnVertex);
+    return !((vertex - point).len() > gx_kOnVertex);
   });
 }
 
@@ -70,7 +62,7 @@ gxVector<2> throughFirstWideGap(const std::vector<gxVector<2>>& vertices, const 
 }
 
 bool scanPays(std::size_t points) {
-  return points >= 3 && points <= gx_kScanPays;
+  return points >= 3 && points <= gx_kFewToScan;
 }
 
 // The regions of the path from the outermost to the one being asked, and the answers of those that were
@@ -105,15 +97,15 @@ void gxRegion::countRays_(std::uint64_t effort) const {
 
 // The unit vector along the ray of step 4.
 gxVector<2> gxRegion::rayFrom_(const gxVector<2>& point, std::uint64_t& effort) const {
-  effort += kRayEffort;
-  const double wide = kPi / static_cast<double>(points().size());
+  effort += gx_kRayEffort;
+  const double wide = std::numbers::pi / static_cast<double>(points().size());
   double before = 0.0;
   double gap = 0.0;
   const auto throughGap = [&] { return gxVector<2>(1.0, gxRadian(before + gap * 0.5)); };
   if (indexPays_() && gx_firstWideGap(edgeIndex_(), points(), point, wide, before, gap)) {
     return throughGap();
   }
-  effort += kAllDirectionsEffort * points().size();
+  effort += gx_kAllDirectionsEffort * points().size();
   if (indexPays_() && gx_firstWideGapOfAll(points(), point, wide, before, gap)) return throughGap();
   return throughFirstWideGap(points(), point, wide);
 }
@@ -125,7 +117,7 @@ long gxRegion::insideCount(const gxVector<2>& point, bool bothWays) const {
 
 long gxRegion::countAlongRay_(const gxVector<2>& point, bool bothWays, std::uint64_t& effort) const {
   if (!uprightBox_().within(point)) return 0;
-  const bool onVertex = indexPays_() ? gx_isOnVertex(edgeIndex_(), points(), point, kOnVertex)
+  const bool onVertex = indexPays_() ? gx_isOnVertex(edgeIndex_(), points(), point, gx_kOnVertex)
                                      : isOnVertex(points(), point);
   if (onVertex) return 1;
   const double radius = radiusAroundFirst_();
@@ -144,7 +136,7 @@ long gxRegion::countAlongRay_(const gxVector<2>& point, bool bothWays, std::uint
 const gx_ContainmentGrid* gxRegion::containment_() const {
   if (points().size() < 3) return nullptr;
   if (const gx_ContainmentGrid* grid = memory_.containment.get()) return grid;
-  if (memory_.rayEffort.spent() < kGridEffort * points().size()) return nullptr;
+  if (memory_.rayEffort.spent() < gx_kGridEffort * points().size()) return nullptr;
   return memory_.containment.madeUnlessBusy(
       [this] { return gx_ContainmentGrid(points(), edgeIndex_(), radiusAroundFirst_()); });
 }
@@ -172,9 +164,9 @@ std::vector<bool> gxRegion::inside(const std::vector<gxVector<2>>& points, bool 
   const bool askHoles = considerHoles && !holes_.empty();
   const std::size_t size = this->points().size();
   std::vector<bool> result(points.size());
-  const std::uint64_t each = scanPays(size) ? gx_scanEffort(size) : kRayEffort;
+  const std::uint64_t each = scanPays(size) ? gx_scanEffort(size) : gx_kRayEffort;
   const std::uint64_t expected = points.empty() ? 0 : (points.size() - 1) * each;
-  if (expected >= kGridEffort * size) countRays_(expected);
+  if (expected >= gx_kGridEffort * size) countRays_(expected);
   for (std::size_t i = 0; i < points.size(); ++i) {
     result[i] = isInOutline_(points[i]) && (!askHoles || isOutsideHoles_(points[i]));
   }

@@ -4,7 +4,7 @@
 // holes: the area is the outline's less that of each hole; the centre is Σ centre · area with the
 // holes subtracted, times the reciprocal of the remaining area, which nothing keeps from being 0.
 // The sum behind the centre of the outline holds its area, which is kept along with it.
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/memory/computation_count.h>
 #include <cntr/internal/sums/centroid_sum.h>
 #include <cntr/region.h>
 #include <cntr/shapestat.h>

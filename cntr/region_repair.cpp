@@ -9,8 +9,8 @@
 // holds a handle of its own to the result, because the target may be this region.
 //
 // Every question that the walk asks spends steps of the budget, about as many as it costs.
-#include <cntr/internal/memory/probe.h>
-#include <cntr/internal/outline/edge_walk.h>
+#include <cntr/internal/memory/computation_count.h>
+#include <cntr/internal/outline/outline.h>
 #include <cntr/internal/repair/loops.h>
 #include <cntr/internal/repair/outside_walk.h>
 #include <cntr/internal/search/crossing.h>
@@ -33,14 +33,14 @@ constexpr std::uint64_t kEffortOfAStep = 40;
 
 // Returns the number of hits of a closed outline, or one that is above 2: it is only asked whether there
 // are 1 or 2, and in a tangle an edge has as many as there are edges.
-std::size_t countHits(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
+std::size_t countHits(const gx_EdgeIndex& index, const gx_Outline& outline,
                       const gx_CrossingQuery& query, gxBudget& budget) {
   std::vector<gx_Hit> hits;
   index.forEachRun([&query](const gx_Box& box) { return query.mayMeet(box); },
                    [&](std::size_t first, std::size_t end) {
                      budget.spend();
                      for (std::size_t k = first; k < end; ++k) {
-                       query.test(points[gx_edgeStart(k, points.size(), true)], points[k], k, hits);
+                       query.test(outline.from(k), outline.to(k), k, hits);
                      }
                      return hits.size() > 2;
                    });
@@ -105,7 +105,7 @@ void gxRegion::repair_(gxRegion& result, bool hull, gxBudget& budget) const {
   // Of many points, the walk's questions go to the edges nearby, where these give the same answers.
   std::optional<gx_LocalCrossings> local;
   if (indexPays_() && gx_LocalCrossings::covers(edgeIndex_())) {
-    local.emplace(edgeIndex_(), points(), budget);
+    local.emplace(edgeIndex_(), outline_(), budget);
   }
   const gx_OutlineQuestions outline{
       [this, &local, &budget](const gxLineSeg& seg, std::size_t along, std::vector<int>& edges) {
@@ -117,7 +117,7 @@ void gxRegion::repair_(gxRegion& result, bool hull, gxBudget& budget) const {
         if (!indexPays_()) return gxContour::intersections(seg, true).size();
         const gx_CrossingQuery query(seg, true);
         if (!query.reaches(uprightBox_())) return std::size_t{0};
-        return countHits(edgeIndex_(), points(), query, budget);
+        return countHits(edgeIndex_(), outline_(), query, budget);
       },
       [this, &budget](const gxVector<2>& point) {
         std::uint64_t effort = 0;

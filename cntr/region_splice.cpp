@@ -10,14 +10,12 @@
 //
 // Many outlines spliced onto one, as in the repair of a set, are kept in a tree that does the same
 // (internal/repair/spliced_outline).
-#include <cntr/internal/outline/edge_walk.h>
+#include <cntr/internal/outline/outline.h>
+#include <cntr/internal/outline/tolerances.h>
 #include <cntr/region.h>
 #include <velstd/real_eq.h>
 
 namespace {
-
-// Closer points coincide: an edge between them has no length and meets nothing.
-constexpr double kCoincide = 1e-15;
 
 using Points = std::vector<gxVector<2>>;
 
@@ -41,7 +39,7 @@ void gxRegion::splice(const gxRegion& other, gxRegion& result) const {
   for (std::size_t i = 0; i < points().size(); ++i) {
     const gxVector<2>& from = points()[gx_edgeStart(i, points().size(), true)];
     const gxVector<2>& to = points()[i];
-    if (gfRealEq(from, to, kCoincide)) continue;
+    if (gfRealEq(from, to, gx_kCoincide)) continue;
     gxVector<2> place;
     std::size_t edge = 0;
     if (!other.firstMeeting_(gxLineSeg(from, to), place, edge)) continue;

@@ -70,7 +70,7 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   /// Returns the regions in order, sharing them.
   std::vector<RegionHandle> regions() const { return state_.regions; }
   /// Replaces the regions, then replaces the set by its outer hull or regularized form as `mode`
-  /// says.  Whatever comes of it, everything remembered is dropped first.
+  /// says.  Drops everything remembered first, even where it then throws.
   /// Throws, with the old regions kept: with modes 1 and 2 what `outerHull` and `regularize` throw;
   /// what a derived class throws that cannot bring its own data in step.
   void regions(const std::vector<RegionHandle>& regions,

@@ -6,7 +6,7 @@
 //
 // Each answer is remembered after the whole of it was computed, and only then is the change
 // reported; an answer from memory reports nothing.
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/memory/computation_count.h>
 #include <cntr/regionst.h>
 #include <cntr/shapestat.h>
 

@@ -10,22 +10,18 @@
 // One by one.  A region of many points whose box is farther away than the smallest distance so far
 // need not be asked for its own: it cannot be smaller, it does not hold the point, and such a region
 // cannot fail either (it has points enough, and no holes).
+#include <cntr/internal/index/edge_index.h>
+#include <cntr/internal/outline/break_even.h>
+#include <cntr/internal/sets/region_index.h>
 #include <cntr/regionst.h>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
-namespace {
-
-// From so many regions on, the index pays.
-constexpr std::size_t kIndexPays = 16;
-
-}  // namespace
-
 // The index where there is one, or time to make it; else null.
 const gx_RegionIndex* gxRegionSet::index_() const {
-  return state_.regions.size() < kIndexPays ? nullptr : state_.memory.index.get(state_.regions);
+  return state_.regions.size() <= gx_kFewRegions ? nullptr : state_.memory.index.get(state_.regions);
 }
 
 bool gxRegionSet::inside(const gxVector<2>& point, bool considerHoles) const {

@@ -29,7 +29,8 @@
 // The result is remembered; the flag is set only after the computation returned, and the assignment
 // holds a handle of its own to the result, because the target may be this set.
 #include <cntr/internal/index/box_tree.h>
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/memory/computation_count.h>
+#include <cntr/internal/outline/break_even.h>
 #include <cntr/internal/repair/spliced_outline.h>
 #include <cntr/internal/search/crossing.h>
 #include <cntr/internal/search/edge_pairs.h>
@@ -46,15 +47,6 @@ namespace {
 
 using Handle = gxPtrHandle_const<gxRegion>;
 
-// From so many regions on, the tree pays.
-constexpr std::size_t kTreePays = 16;
-
-gx_Box boxOf(const gxRegion& region) {
-  gx_Box box;
-  for (const gxVector<2>& point : region.points()) box.add(point);
-  return box;
-}
-
 bool isFinite(const Handle& region) {
   return std::all_of(region->points().begin(), region->points().end(), [](const gxVector<2>& point) {
     return std::isfinite(point.x()) && std::isfinite(point.y());
@@ -67,11 +59,11 @@ bool isFinite(const Handle& region) {
 class Neighbours {
  public:
   explicit Neighbours(const std::vector<Handle>& regions) : regions_(regions) {
-    if (regions.size() < kTreePays || std::any_of(regions.begin(), regions.end(), isNull)) return;
+    if (regions.size() <= gx_kFewRegions || std::any_of(regions.begin(), regions.end(), isNull)) return;
     for (std::size_t k = 0; k < regions.size(); ++k) {
       slots_.push_back(k);
       ids_.push_back(k);
-      boxes_.push_back(boxOf(*regions[k]));
+      boxes_.push_back(gx_Box::ofPoints(regions[k]->points()));
     }
     seen_.assign(regions.size(), 0);
     tree_.emplace(boxes_);
@@ -91,7 +83,7 @@ class Neighbours {
 
   // The region in slot i has become another one.
   void replaced(std::size_t i) {
-    if (tree_) boxes_[ids_[i]] = boxOf(*regions_[i]);
+    if (tree_) boxes_[ids_[i]] = gx_Box::ofPoints(regions_[i]->points());
   }
 
   // The box of the region that stands in the slot of this pass has grown.
@@ -154,7 +146,7 @@ class Neighbours {
 };
 
 bool meet(const gx_SplicedOutline& merged, const gxRegion& other, gxBudget& budget) {
-  const gx_EdgeOutline edges{other.points(), true};
+  const gx_Outline edges{other.points(), true};
   for (std::size_t k = 0; k < edges.edges(); ++k) {
     if (merged.isHit(gx_CrossingQuery(edges.from(k), edges.to(k), true), budget)) return true;
   }

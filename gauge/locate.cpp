@@ -203,8 +203,8 @@ gxLocator::Data::Data(const std::vector<gx_Ring>& given) : status(statusOf(given
     rings.back().closed = ring.closed || ring.points.size() == 1;
   }
   if (rings.size() == 1) {
-    nearestIndex.emplace_back(points[0], rings[0].closed);
-    nearestIndex[0].slabs(points[0], rings[0].closed);  // made now, so that questions only read
+    nearestIndex.emplace_back(gx_Outline{points[0], rings[0].closed});
+    nearestIndex[0].slabs({points[0], rings[0].closed});  // made now, so that questions only read
   }
   tree = gx_EdgeTree(rings);
   const auto& edges = tree.edges();
@@ -237,7 +237,7 @@ gxNearest gxLocator::Data::nearestOn(const gx_Edge& edge, const Point& p) const 
 }
 
 std::size_t gxLocator::Data::nearestEdge(const Point& p) const {
-  if (rings.size() == 1) return gx_nearestEdge(nearestIndex[0], points[0], rings[0].closed, p);
+  if (rings.size() == 1) return gx_nearestEdge(nearestIndex[0], {points[0], rings[0].closed}, p);
   const auto& edges = tree.edges();
   std::size_t best = 0;
   double distance = kInfinity;

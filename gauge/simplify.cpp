@@ -154,7 +154,7 @@ class Simplifier {
     const std::size_t k = kept.size();
     const std::size_t chords = closed_ ? k : k - 1;
     if (k < 4) return false;
-    const gx_EdgeIndex index(corners, closed_);
+    const gx_EdgeIndex index({corners, closed_});
     const auto startOf = [&](std::size_t e) { return closed_ ? (e == 0 ? k - 1 : e - 1) : e; };
     const auto endOf = [&](std::size_t e) { return closed_ ? e : e + 1; };
     std::vector<std::size_t> meeting;

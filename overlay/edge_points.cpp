@@ -85,7 +85,7 @@ class Sources {
     const double reach = kUnits * std::numeric_limits<double>::epsilon() * largest_;
     for (Ring& ring : rings_) {
       const Points& points = ring.region->points();
-      if (!ring.index) ring.index = std::make_unique<gx_EdgeIndex>(points, true);
+      if (!ring.index) ring.index = std::make_unique<gx_EdgeIndex>(gx_Outline{points, true});
       std::size_t best = points.size();
       double least = reach;
       double bestShare = 0.0;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cntr/export.h>
-#include <cntr/internal/index/edge_index.h>
+#include <cntr/internal/outline/box.h>
 #include <gauge/internal/locator_data.h>
 #include <gauge/internal/segments.h>
 #include <velstd/vector.h>

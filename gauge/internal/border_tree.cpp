@@ -55,7 +55,7 @@ gx_BorderTree::gx_BorderTree(const gx_Rings& rings, const gx_Frame& frame) : fra
                    [&](std::size_t start, std::size_t end, std::size_t) {
                      pieces_.push_back({tree.points[start], tree.points[end]});
                    });
-    tree.index = std::make_unique<gx_EdgeIndex>(tree.points, tree.closed);
+    tree.index = std::make_unique<gx_EdgeIndex>(gx_Outline{tree.points, tree.closed});
     boxes.push_back(tree.index->bounds());
     trees_.push_back(std::move(tree));
   }
@@ -100,7 +100,7 @@ void gx_BorderTree::nearestOf_(const Tree& tree, const gxVector<2>& point, std::
     }
     if (square < before) limit = std::sqrt(square);
   };
-  const gx_SlabTree* slabs = tree.index->slabs(tree.points, tree.closed);
+  const gx_SlabTree* slabs = tree.index->slabs({tree.points, tree.closed});
   if (slabs != nullptr && slabs->answers(point)) {
     slabs->forEachRunNear(point, limit, visit);
   } else {

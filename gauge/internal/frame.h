@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cntr/export.h>
-#include <cntr/internal/index/edge_index.h>
+#include <cntr/internal/outline/box.h>
 #include <velstd/vector.h>
 
 #include <span>

@@ -23,7 +23,8 @@ class gx_PointInRing {
   /// its ends is not asked for.
   bool holds(const gxVector<2>& p) {
     if (!box_.holds(p)) return false;
-    if (!index_ && points_->size() > kFew) index_ = std::make_unique<gx_EdgeIndex>(*points_, true);
+    if (!index_ && points_->size() > kFew)
+      index_ = std::make_unique<gx_EdgeIndex>(gx_Outline{*points_, true});
     winding_ = 0;
     isVertex_ = false;
     if (index_) {

@@ -1,4 +1,5 @@
 #include <cntr/contour.h>
+#include <cntr/internal/index/vertex_grid.h>
 #include <cntr/internal/memo/eviction.h>
 #include <velstd/random.h>
 #include <velstd/real_eq.h>

@@ -4,7 +4,7 @@
 // A remembered answer shows: rectangles under transforms that differ in yx alone are one entry, so
 // whichever was asked first answers for the other, until it is forgotten.  Nothing else shows: crossings
 // and containment are those of the points, whatever was asked before.
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/memory/computation_count.h>
 #include <support/exposed.h>
 #include <support/random_shapes.h>
 #include <support/same_bits.h>

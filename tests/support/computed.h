@@ -1,7 +1,7 @@
 /// Telling what was computed from what was remembered.
 #pragma once
 
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/memory/computation_count.h>
 
 /// Counts how often the calling thread computes one kind of result from here on.
 class Computed {

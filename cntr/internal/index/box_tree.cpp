@@ -3,9 +3,13 @@
 // pass NaN over.
 #include <cntr/internal/index/box_tree.h>
 
+#include <algorithm>
 #include <cmath>
 
-gx_BoxTree::gx_BoxTree(const std::vector<gx_Box>& boxes) : order_(boxes.size()) {
+namespace {
+
+// Returns the numbers of the boxes, tile by tile.
+std::vector<std::size_t> inTiles(const std::vector<gx_Box>& boxes) {
   struct Key {
     double side;
     std::size_t number;
@@ -19,25 +23,25 @@ gx_BoxTree::gx_BoxTree(const std::vector<gx_Box>& boxes) : order_(boxes.size()) 
   };
   sort(0, boxes.size());
   for (Key& key : keys) key.side = boxes[key.number].lowY;
-  const auto leavesAStrip =
-      static_cast<std::size_t>(std::sqrt(static_cast<double>(boxes.size()) / static_cast<double>(kFan)));
-  const std::size_t strip = kFan * std::max<std::size_t>(leavesAStrip, 1);
+  const auto leavesAStrip = static_cast<std::size_t>(
+      std::sqrt(static_cast<double>(boxes.size()) / static_cast<double>(gx_kFan)));
+  const std::size_t strip = gx_kFan * std::max<std::size_t>(leavesAStrip, 1);
   for (std::size_t first = 0; first < boxes.size(); first += strip) {
     sort(first, std::min(first + strip, boxes.size()));
   }
-  for (std::size_t i = 0; i < boxes.size(); ++i) order_[i] = keys[i].number;
-
-  starts_ = {0, boxes.size()};
-  boxes_.reserve(boxes.size() + boxes.size() / (kFan - 1) + kFan);
-  for (const std::size_t i : order_) boxes_.push_back(boxes[i]);
-  while (starts_.back() - starts_[starts_.size() - 2] > kFan) {
-    const std::size_t below = starts_[starts_.size() - 2];
-    const std::size_t end = starts_.back();
-    for (std::size_t first = below; first < end; first += kFan) {
-      gx_Box node;
-      for (std::size_t i = first; i < std::min(first + kFan, end); ++i) node.add(boxes_[i]);
-      boxes_.push_back(node);
-    }
-    starts_.push_back(boxes_.size());
-  }
+  std::vector<std::size_t> order(boxes.size());
+  for (std::size_t i = 0; i < boxes.size(); ++i) order[i] = keys[i].number;
+  return order;
 }
+
+std::vector<gx_Box> inOrder(const std::vector<gx_Box>& boxes, const std::vector<std::size_t>& order) {
+  std::vector<gx_Box> result;
+  result.reserve(boxes.size() + boxes.size() / (gx_kFan - 1) + gx_kFan);  // room for the levels above
+  for (const std::size_t i : order) result.push_back(boxes[i]);
+  return result;
+}
+
+}  // namespace
+
+gx_BoxTree::gx_BoxTree(const std::vector<gx_Box>& boxes)
+    : order_(inTiles(boxes)), boxes_(inOrder(boxes, order_)) {}

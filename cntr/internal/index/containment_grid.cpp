@@ -14,10 +14,10 @@
 //      side, so it makes an angle with the ray that the parallel test sees;
 //   e. coordinates are so small that a computed crossing is within 1e-6 of the true one, and so are
 //      computed distances.
-// All tolerances are taken a tenth larger than needed (kTolerance), and coordinates up to 5e5, which
+// All tolerances are taken a tenth larger than needed (gx_kSurelyApart), and coordinates up to 5e5, which
 // bounds edges at 1.5e6 and leaves the rounding of crossings and distances below 1e-8.  A point
 // beyond R, with the same slack, is outside.  A point of which any of this is not sure, and an
-// outline with a greater or no finite coordinate, goes the way of the ray.
+// outline with a greater or no finite coordinate, is left to the ray count.
 //
 // The grid.  Each cell knows the edges that come near it, within the distances of a and b, and
 // whether its centre is inside, by the exact sign of every edge that crosses the centre's row.  A
@@ -30,18 +30,16 @@
 // as much as a cell, and more with every level.)
 #include <cntr/internal/index/containment_grid.h>
 #include <cntr/internal/outline/edge_walk.h>
+#include <cntr/internal/outline/tolerances.h>
 #include <velstd/orientation.h>
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace {
 
 using Points = std::vector<gxVector<2>>;
-
-constexpr double kPi = 3.141592653589793;
-constexpr double kTolerance = 1.1e-6;
-constexpr double kLargestCoordinate = 5e5;
 
 // Cells an edge, and how many entries an edge may have in the cells' lists on average: where long
 // edges cross many cells, a coarser grid is tried.
@@ -53,9 +51,7 @@ constexpr std::uint64_t kMostEntriesPerEdge = 12;
 constexpr double kRounding = 1e-8;
 
 bool covered(const gx_EdgeIndex& index) {
-  const gx_Box& b = index.bounds();
-  return !index.hasNaN() && b.lowX >= -kLargestCoordinate && b.lowY >= -kLargestCoordinate &&
-         b.highX <= kLargestCoordinate && b.highY <= kLargestCoordinate;
+  return !index.hasNaN() && index.bounds().isWithin(gx_kLargestExact);
 }
 
 double square(double x) {
@@ -77,11 +73,12 @@ gx_ContainmentGrid::gx_ContainmentGrid(const Points& points, const gx_EdgeIndex&
   const gx_Box& bounds = index.bounds();
   if (!covered(index) || !(bounds.highX > bounds.lowX) || !(bounds.highY > bounds.lowY)) return;
   const double count = static_cast<double>(points.size());
-  const double vertexReach = std::max(kTolerance / std::sin(kPi / (2.0 * count)), 3.0 * kTolerance);
+  const double vertexReach =
+      std::max(gx_kSurelyApart / std::sin(std::numbers::pi / (2.0 * count)), 3.0 * gx_kSurelyApart);
   bounds_ = bounds;
   first_ = points.front();
-  surelyReached_ = reach > 2.0 * kTolerance ? square(reach - 2.0 * kTolerance) : 0.0;
-  surelyBeyond_ = square(reach + 2.0 * kTolerance);
+  surelyReached_ = reach > 2.0 * gx_kSurelyApart ? square(reach - 2.0 * gx_kSurelyApart) : 0.0;
+  surelyBeyond_ = square(reach + 2.0 * gx_kSurelyApart);
   nearVertex_ = square(vertexReach);
   margin_ = vertexReach + kRounding;
   double cells = std::max(kCellsPerEdge * count, kFewestCells);
@@ -260,7 +257,7 @@ bool gx_ContainmentGrid::nearOutline_(const gxVector<2>& a, const gxVector<2>& b
   const double along = w * d;
   const double length = d * d;
   if (along <= 0.0 || along >= length) return false;
-  return square(gf_Cross(d, w)) <= square(kTolerance) * length;
+  return square(gf_Cross(d, w)) <= square(gx_kSurelyApart) * length;
 }
 
 gx_ContainmentGrid::Answer gx_ContainmentGrid::locate(const Points& points,

@@ -8,15 +8,11 @@
 //
 // A slab is turned by its direction as it was rounded to single precision, and its middle, too, is
 // taken as rounded; only then its extents are measured, and rounded up.
-#include <cntr/internal/index/edge_index.h>
 #include <cntr/internal/index/slab_tree.h>
-#include <cntr/internal/outline/edge_walk.h>
 
 #include <cmath>
 
 namespace {
-
-using Points = std::vector<gxVector<2>>;
 
 // Sizes of outlines whose single precision squares neither overflow nor lose digits.
 constexpr double kSmallest = 1e-9;
@@ -25,10 +21,6 @@ constexpr double kLargest = 1e12;
 // A point farther away than so many sizes of the outline is not asked about here: the error of single
 // precision, 1e-6 of that, comes near the extent of a run.
 constexpr double kFarthest = 64.0;
-
-constexpr std::size_t runs(std::size_t count) {
-  return (count + gx_SlabTree::kFan - 1) / gx_SlabTree::kFan;
-}
 
 // The next but some single precision number above a number of 0 or more.
 float roundedUp(double value) {
@@ -56,11 +48,7 @@ Slab slabAround(const gxVector<2>* points, std::size_t count, const gxVector<2>&
   const double length = std::sqrt(chord * chord);
   Slab slab;
   slab.along = length > 0.0 ? inSingle(chord * (1.0 / length)) : gxVector<2>(1.0, 0.0);
-  gx_Box box;
-  for (std::size_t i = 0; i < count; ++i) {
-    const gxVector<2> w = points[i] - points[0];
-    box.add(gxVector<2>(w * slab.along, gf_Cross(slab.along, w)));
-  }
+  const gx_Box box = gx_reachAlong(points, count, slab.along);
   const double along = 0.5 * (box.lowX + box.highX);
   const double across = 0.5 * (box.lowY + box.highY);
   const gxVector<2> start = points[0] - anchor;
@@ -74,12 +62,12 @@ Slab slabAround(const gxVector<2>* points, std::size_t count, const gxVector<2>&
 }
 
 // The slab of the edges from `first` up to `end`, at most 64.
-Slab slabOfEdges(const Points& points, bool closed, std::size_t first, std::size_t end,
+Slab slabOfEdges(const gx_Outline& outline, std::size_t first, std::size_t end,
                  const gxVector<2>& anchor) {
   gxVector<2> ends[gx_SlabTree::kFan * gx_SlabTree::kFan + 1];
   std::size_t count = 0;
-  ends[count++] = points[gx_edgeStart(first, points.size(), closed)];
-  for (std::size_t k = first; k < end; ++k) ends[count++] = points[gx_edgeEnd(k, closed)];
+  ends[count++] = outline.from(first);
+  for (std::size_t k = first; k < end; ++k) ends[count++] = outline.to(k);
   return slabAround(ends, count, ends[count - 1] - ends[0], anchor);
 }
 
@@ -110,21 +98,16 @@ void put(gx_SlabNode& node, std::size_t at, const Slab& slab) {
 
 }  // namespace
 
-gx_SlabTree::gx_SlabTree(const Points& points, bool closed, const gx_Box& bounds)
-    : edges_(gx_edgeCount(points.size(), closed)),
+gx_SlabTree::gx_SlabTree(const gx_Outline& outline, const gx_Box& bounds)
+    : edges_(outline.edges()),
       centre_(0.5 * (bounds.lowX + bounds.highX), 0.5 * (bounds.lowY + bounds.highY)),
       starts_{0} {
   const double size = (bounds.highX - bounds.lowX) + (bounds.highY - bounds.lowY);
   if (edges_ == 0 || !(size >= kSmallest && size <= kLargest)) return;
   farthest_ = kFarthest * size;
 
-  std::size_t total = 0;
-  for (std::size_t children = runs(edges_);; children = runs(children)) {
-    total += runs(children);
-    starts_.push_back(total);
-    if (children <= kFan) break;
-  }
-  nodes_.resize(total);
+  starts_ = gx_levelStarts(gx_runsOf(gx_runsOf(edges_)), 1);
+  nodes_.resize(starts_.back());
 
   std::size_t edgesPerChild = kFan;
   for (std::size_t level = 0; level + 1 < starts_.size(); ++level) {
@@ -132,14 +115,14 @@ gx_SlabTree::gx_SlabTree(const Points& points, bool closed, const gx_Box& bounds
       gx_SlabNode& node = nodes_[starts_[level] + i];
       const std::size_t first = i * kFan * edgesPerChild;
       const std::size_t end = std::min(first + kFan * edgesPerChild, edges_);
-      node.anchor = points[gx_edgeEnd(first + (end - first) / 2, closed)];
+      node.anchor = outline.to(first + (end - first) / 2);
       for (std::size_t k = first; k < end; k += edgesPerChild) {
         const std::size_t last = std::min(k + edgesPerChild, end) - 1;
         const std::size_t at = node.children++;
         if (level < 2) {
-          put(node, at, slabOfEdges(points, closed, k, last + 1, node.anchor));
+          put(node, at, slabOfEdges(outline, k, last + 1, node.anchor));
         } else {
-          const gxVector<2> chord = points[gx_edgeEnd(last, closed)] - points[gx_edgeEnd(k, closed)];
+          const gxVector<2> chord = outline.to(last) - outline.to(k);
           const gx_SlabNode& below = nodes_[starts_[level - 1] + i * kFan + at];
           put(node, at, slabOfNode(below, chord, node.anchor));
         }

@@ -2,6 +2,10 @@
 #pragma once
 
 #include <cntr/export.h>
+#include <cntr/internal/index/packed_boxes.h>
+#include <cntr/internal/outline/box.h>
+#include <cntr/internal/outline/outline.h>
+#include <cntr/internal/outline/tolerances.h>
 #include <velstd/vector.h>
 
 #include <algorithm>
@@ -15,11 +19,9 @@
 #  include <emmintrin.h>
 #endif
 
-struct gx_Box;
-
 /// The slabs of up to 8 runs of edges, component by component.
 struct alignas(64) gx_SlabNode {
-  static constexpr std::size_t kFan = 8;
+  static constexpr std::size_t kFan = gx_kFan;
 
   // No slab, until it is put in: at an infinite distance.
   static constexpr float kNone = -std::numeric_limits<float>::infinity();
@@ -123,7 +125,7 @@ class GXSHAPE_API gx_SlabTree {
   static constexpr std::size_t kFan = gx_SlabNode::kFan;
 
   /// `bounds` is the box of all points; none of them may have a NaN coordinate.
-  gx_SlabTree(const std::vector<gxVector<2>>& points, bool closed, const gx_Box& bounds);
+  gx_SlabTree(const gx_Outline& outline, const gx_Box& bounds);
 
   /// Tells whether the tree can be asked about the point: not where coordinates are out of the range
   /// in which single precision is safe, nor for a point so far away that it tells nothing apart.
@@ -144,10 +146,6 @@ class GXSHAPE_API gx_SlabTree {
   // sum, 2 |d| in the difference from the extents, 2 |d| in the root of the sum of squares and 2 |d|
   // in the length of the direction; |d| is at most |q| + |c|.
   static constexpr double kSingleSlack = 12.0 / 16777216.0;
-  // What the distances of edges and vertices, as they are rounded, may be below the true ones, many
-  // times over.
-  static constexpr double kSlack = 1e-12;
-
   template <class Visit>
   void walk_(std::size_t level, std::size_t at, const gxVector<2>& point, const double& limit,
              const Visit& visit) const {
@@ -156,7 +154,7 @@ class GXSHAPE_API gx_SlabTree {
     const double slack = kSingleSlack * (std::sqrt(q * q) + node.reach);
     gx_SlabSquares slabs(node, static_cast<float>(q.x()), static_cast<float>(q.y()));
     for (;;) {
-      const double reach = limit * (1.0 + kSlack) + slack;
+      const double reach = limit * (1.0 + gx_kRounding) + slack;
       const std::size_t nearest = slabs.take(static_cast<float>(reach * reach * (1.0 + 1e-6)));
       if (nearest == gx_SlabSquares::kNone) return;
       const std::size_t below = at * kFan + nearest;

@@ -9,6 +9,8 @@
 /// changed, so copies of the shape share it, each with a count.
 ///
 /// `drop`, assignment and destruction belong to operations that have the object to themselves.
+///
+/// Only `get`, `made` and `madeUnlessBusy` need to know T: a header that holds one declares T and no more.
 template <class T>
 class gx_Shared {
  public:
@@ -26,17 +28,14 @@ class gx_Shared {
   ~gx_Shared() { drop(); }
 
   /// Returns the object, null where there is none yet.
-  const T* get() const noexcept {
-    Node* const node = node_.load(std::memory_order_acquire);
-    return isReal(node) ? &node->value : nullptr;
-  }
+  const T* get() const noexcept { return valueOf(node_.load(std::memory_order_acquire)); }
 
   /// Returns the object, made by `make()` where there is none.  Threads that ask at the same time may
   /// each make one; one of these is kept.
   template <class Make>
   const T& made(const Make& make) const {
     if (const T* value = get()) return *value;
-    return publish_(new Node(make()), nullptr)->value;
+    return *valueOf(publish_(new Node(make()), nullptr));
   }
 
   /// Returns the object, made by `make()` where there is none and nobody is making it; null while
@@ -44,70 +43,80 @@ class gx_Shared {
   template <class Make>
   const T* madeUnlessBusy(const Make& make) const {
     if (const T* value = get()) return value;
-    Node* expected = nullptr;
+    Counted* expected = nullptr;
     if (!node_.compare_exchange_strong(expected, claim(), std::memory_order_acquire)) {
-      return isReal(expected) ? &expected->value : nullptr;
+      return valueOf(expected);
     }
     struct Guard {
       ~Guard() {
-        Node* claimed = claim();
+        Counted* claimed = claim();
         if (active) node.compare_exchange_strong(claimed, nullptr, std::memory_order_release);
       }
-      std::atomic<Node*>& node;
+      std::atomic<Counted*>& node;
       bool active;
     } guard{node_, true};
-    Node* const node = new Node(make());
+    Counted* const node = new Node(make());
     guard.active = false;
-    return &publish_(node, claim())->value;
+    return valueOf(publish_(node, claim()));
   }
 
   void drop() noexcept { put_(nullptr); }
 
  private:
-  struct Node {
-    explicit Node(T&& made) : value(std::move(made)) {}
+  struct Counted {
+    explicit Counted(void (*d)(Counted*) noexcept) noexcept : destroy(d) {}
 
     std::atomic<std::uint32_t> count{1};
+    void (*destroy)(Counted*) noexcept;
+  };
+  struct Node : Counted {
+    explicit Node(T&& made)
+        : Counted([](Counted* node) noexcept { delete static_cast<Node*>(node); }),
+          value(std::move(made)) {}
+
     T value;
   };
 
   // Stands in the place of the object while one thread makes it.  A number, not the address of
   // something: it has to be the same in every library that this header is compiled into.
-  static Node* claim() noexcept {
-    return reinterpret_cast<Node*>(std::uintptr_t{1});  // NOLINT(performance-no-int-to-ptr)
+  static Counted* claim() noexcept {
+    return reinterpret_cast<Counted*>(std::uintptr_t{1});  // NOLINT(performance-no-int-to-ptr)
   }
-  static bool isReal(const Node* node) noexcept { return node != nullptr && node != claim(); }
+  static bool isReal(const Counted* node) noexcept { return node != nullptr && node != claim(); }
+  static const T* valueOf(const Counted* node) noexcept {
+    return isReal(node) ? &static_cast<const Node*>(node)->value : nullptr;
+  }
 
   // Puts the node in the place of nothing or of a claim, or drops it where a node has come before it.
-  Node* publish_(Node* node, Node* expected) const noexcept {
+  Counted* publish_(Counted* node, Counted* expected) const noexcept {
     while (!node_.compare_exchange_weak(expected, node, std::memory_order_acq_rel,
                                         std::memory_order_acquire)) {
       if (isReal(expected)) {
-        delete node;
+        node->destroy(node);
         return expected;
       }
     }
     return node;
   }
-  Node* counted_() const noexcept {
-    Node* const node = node_.load(std::memory_order_acquire);
+  Counted* counted_() const noexcept {
+    Counted* const node = node_.load(std::memory_order_acquire);
     if (!isReal(node)) return nullptr;
     node->count.fetch_add(1, std::memory_order_relaxed);
     return node;
   }
   // A load and a store, not an exchange, which would lock the bus: the object is this thread's alone.
-  Node* released_() noexcept {
-    Node* const node = node_.load(std::memory_order_relaxed);
+  Counted* released_() noexcept {
+    Counted* const node = node_.load(std::memory_order_relaxed);
     node_.store(nullptr, std::memory_order_relaxed);
     return node;
   }
-  void put_(Node* node) noexcept {
-    Node* const old = node_.load(std::memory_order_relaxed);
+  void put_(Counted* node) noexcept {
+    Counted* const old = node_.load(std::memory_order_relaxed);
     node_.store(node, std::memory_order_relaxed);
-    if (isReal(old) && old->count.fetch_sub(1, std::memory_order_acq_rel) == 1) delete old;
+    if (isReal(old) && old->count.fetch_sub(1, std::memory_order_acq_rel) == 1) old->destroy(old);
   }
 
-  mutable std::atomic<Node*> node_{nullptr};
+  mutable std::atomic<Counted*> node_{nullptr};
 };
 
 /// Owns an object that guards itself, made by the first question and copied with the shape, or nothing.

@@ -1,6 +1,6 @@
 // One counter a kind and thread, in builds with tests only: what a library that is installed for use
 // computes is nobody's business, and a counter would be state that all its shapes share.
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/memory/computation_count.h>
 
 #if defined(GXSHAPE_COUNTS_COMPUTATIONS)
 

@@ -1,7 +1,6 @@
 /// Everything a contour remembers about itself.
 #pragma once
 
-#include <cntr/internal/index/edge_index.h>
 #include <cntr/internal/memo/keyed_memo.h>
 #include <cntr/internal/memo/published.h>
 #include <cntr/internal/memo/shared_part.h>
@@ -17,6 +16,7 @@
 #include <vector>
 
 class gxRegion;
+class gx_EdgeIndex;
 
 /// The edges, by edge number.
 struct gx_EdgeList {
@@ -68,7 +68,7 @@ struct gx_ContourMemory {
 
   gx_Copied<gx_VertexLookups> vertexLookups;
 
-  // Whether somebody relies on the points, and is to hear when they change.  Does not go along with a
+  // Whether somebody relies on the points, and must be told when they change.  Does not go along with a
   // copy or a move.
   gx_Watch watch;
 

@@ -1,12 +1,12 @@
 /// Everything a region remembers beside what its outline remembers.
 #pragma once
 
-#include <cntr/internal/index/containment_grid.h>
 #include <cntr/internal/memo/published.h>
 #include <cntr/internal/memo/shared_part.h>
 #include <velstd/handle.h>
 
 class gxRegion;
+class gx_ContainmentGrid;
 
 /// The results that a region has computed from its outline and holes; published and dropped as those of
 /// a contour (see `gx_ContourMemory`).

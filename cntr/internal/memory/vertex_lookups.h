@@ -1,7 +1,6 @@
 /// What is known of the tolerances that vertices were looked up with.
 #pragma once
 
-#include <cntr/internal/index/vertex_grid.h>
 #include <cntr/internal/memo/latch.h>
 #include <cntr/internal/memo/published.h>
 #include <cntr/internal/memo/shared_part.h>
@@ -11,6 +10,8 @@
 #include <memory>
 #include <utility>
 #include <vector>
+
+class gx_VertexGrid;
 
 /// What is known of one tolerance.
 struct gx_VertexLookup {

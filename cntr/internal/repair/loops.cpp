@@ -20,6 +20,8 @@
 // pass over the first of the two does, with the set of places of all that it touches, which the
 // joined loop takes over.
 #include <cntr/internal/index/box_tree.h>
+#include <cntr/internal/index/vertex_grid.h>
+#include <cntr/internal/outline/tolerances.h>
 #include <cntr/internal/repair/loops.h>
 
 #include <algorithm>
@@ -31,9 +33,6 @@
 namespace {
 
 using Points = std::vector<gxVector<2>>;
-
-// Vertices this close are one point of the outline.
-constexpr double kSameVertex = 1e-6;
 
 // Cells a unit.  Scaling by a power of two is exact.
 constexpr double kCells = 4096.0;
@@ -91,7 +90,7 @@ class Cells {
 
   // Past the tolerance, and past the rounding of the sum.
   static Range around(double coordinate) {
-    const double reach = 1.01 * kSameVertex + 1e-15 * std::abs(coordinate);
+    const double reach = 1.01 * gx_kSameVertex + 1e-15 * std::abs(coordinate);
     return {cellOf(coordinate - reach), cellOf(coordinate + reach)};
   }
 
@@ -157,7 +156,7 @@ void gx_Loops::findTwins_() {
     if (!fits) break;
     cells.forEachNear(p, [&](Index u) {
       if (looks > 0) --looks;
-      if (looks > 0 && points_[u].distance(p) < kSameVertex) {
+      if (looks > 0 && points_[u].distance(p) < gx_kSameVertex) {
         note(u, v);
         note(v, u);
       }
@@ -172,7 +171,7 @@ void gx_Loops::findTwins_() {
     crowd_.push_back(v);
     crowdPoints_.push_back(points_[v]);
   }
-  crowdGrid_.emplace(crowdPoints_, kSameVertex);
+  crowdGrid_.emplace(crowdPoints_, gx_kSameVertex);
 }
 
 // The others at the vertex's point, in the order in which a lookup gives them.
@@ -380,7 +379,7 @@ class gx_LoopJoiner {
     loops_.spend_(4 * loops_.loops_[loop].count);
     const gx_Loops::Points outline = loops_.pointsOf_(loop);
     const std::vector<int> order =
-        gx_VertexGrid(outline, kSameVertex).near(outline, loops_.points_[vertex]);
+        gx_VertexGrid(outline, gx_kSameVertex).near(outline, loops_.points_[vertex]);
     Index v = loops_.loops_[loop].first;
     for (int i = 0; i < order.front(); ++i) v = loops_.next_[v];
     return v;

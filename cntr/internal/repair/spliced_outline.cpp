@@ -124,7 +124,7 @@ std::optional<gx_SplicedOutline::Found> gx_SplicedOutline::firstBelow_(Index nod
   const Node& n = nodes_[node];
   if (auto found = firstBelow_(n.left, before, reach, meets, budget)) return found;
   const std::size_t edge = before + countOf_(n.left);
-  if (!gfRealEq(n.from, n.to, gx_kCoincide) && gx_boxOf(n.from, n.to).meets(reach)) {
+  if (!gfRealEq(n.from, n.to, gx_kCoincide) && gx_Box::ofEdge(n.from, n.to).meets(reach)) {
     if (const auto meeting = meets(n.from, n.to)) return Found{edge, *meeting};
   }
   return firstBelow_(n.right, edge + 1, reach, meets, budget);

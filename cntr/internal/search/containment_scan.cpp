@@ -10,6 +10,7 @@
 // of A × B is sure where its magnitude is above 1e-15 of its two products together (three roundings of
 // 1.1e-16 each); where it is not, the scan cannot tell, and no exact test is needed.  A NaN makes every
 // vertex it is in one that is not safely far.
+#include <cntr/internal/outline/tolerances.h>
 #include <cntr/internal/search/containment_scan.h>
 
 #include <algorithm>
@@ -17,16 +18,12 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <numbers>
 
 namespace {
 
 using Answer = gx_ContainmentGrid::Answer;
 using Points = std::vector<gxVector<2>>;
-
-// As in containment_grid.cpp, with the reasons.
-constexpr double kPi = 3.141592653589793;
-constexpr double kTolerance = 1.1e-6;
-constexpr double kLargestCoordinate = 5e5;
 
 // Three roundings, and something for good measure.
 constexpr double kRoundingOfCross = 1e-15;
@@ -84,7 +81,7 @@ struct Scan {
     const Truth footBetween = (a.x * dx + a.y * dy < none) & (b.x * dx + b.y * dy > none);
     const Truth far = b.x * b.x + b.y * b.y > none + nearVertex;
     unsure |= ~far;
-    unsure |= footBetween & (cross * cross <= kTolerance * kTolerance * length);
+    unsure |= footBetween & (cross * cross <= gx_kSurelyApart * gx_kSurelyApart * length);
     unsure |= crosses & ~(size > kRoundingOfCross * magnitude + kVanishing);
     odd ^= crosses & ((cross > none) ^ ~upward);
   }
@@ -122,8 +119,8 @@ void addAsBuilt(const Points& points, Scan& scan) {
 bool covered(const gxRect& box) {
   const gxVector<2> low = box.origin();
   const gxVector<2> high = box.corner();
-  return low.x() >= -kLargestCoordinate && low.y() >= -kLargestCoordinate &&
-         high.x() <= kLargestCoordinate && high.y() <= kLargestCoordinate;
+  return low.x() >= -gx_kLargestExact && low.y() >= -gx_kLargestExact && high.x() <= gx_kLargestExact &&
+         high.y() <= gx_kLargestExact;
 }
 
 double square(double x) {
@@ -132,8 +129,8 @@ double square(double x) {
 
 // The limit of condition a, for n vertices: the sine of a small angle x is at least x (1 − x² / 6).
 double nearVertex(std::size_t n) {
-  const double angle = kPi / (2.0 * static_cast<double>(n));
-  return std::max(kTolerance / (angle * (1.0 - angle * angle / 6.0)), 3.0 * kTolerance);
+  const double angle = std::numbers::pi / (2.0 * static_cast<double>(n));
+  return std::max(gx_kSurelyApart / (angle * (1.0 - angle * angle / 6.0)), 3.0 * gx_kSurelyApart);
 }
 
 }  // namespace
@@ -144,7 +141,8 @@ Answer gx_scanContainment(const Points& points, const gxRect& box, double reach,
   if (!box.within(point)) return Answer::eOutside;
   const gxVector<2> fromFirst = point - points.front();
   const double distance = fromFirst * fromFirst;
-  if (!(reach > 2.0 * kTolerance && distance < square(reach - 2.0 * kTolerance))) return Answer::eUnsure;
+  if (!(reach > 2.0 * gx_kSurelyApart && distance < square(reach - 2.0 * gx_kSurelyApart)))
+    return Answer::eUnsure;
   Scan scan{point, square(nearVertex(points.size())), {}, {}};
 #if defined(__x86_64__)
   static const bool possible = __builtin_cpu_supports("avx2");

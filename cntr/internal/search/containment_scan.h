@@ -10,9 +10,6 @@
 #include <cstdint>
 #include <vector>
 
-/// Up to so many points a scan costs less than a ray.
-constexpr std::size_t gx_kScanPays = 512;
-
 /// What a scan over so many points costs, about, in nanoseconds.
 constexpr std::uint64_t gx_scanEffort(std::size_t points) {
   return 20 + 2 * static_cast<std::uint64_t>(points);

@@ -19,17 +19,11 @@
 #include <cmath>
 #include <limits>
 
-namespace {
-
-using Points = std::vector<gxVector<2>>;
-
-}  // namespace
-
 gx_CrossingQuery::gx_CrossingQuery(const gxVector<2>& from, const gxVector<2>& to, bool countEndContacts)
     : from_(from),
       to_(to),
       direction_(gx_directionOf(from, to)),
-      bounds_(gx_boxOf(from, to)),
+      bounds_(gx_Box::ofEdge(from, to)),
       countEndContacts_(countEndContacts) {}
 
 bool gx_CrossingQuery::hits(const gxVector<2>& from, const gxVector<2>& to, gxVector<2>& place) const {
@@ -91,7 +85,7 @@ namespace {
 
 // Tests the edges from `first` up to `end` that come near the segment's line: an edge both of whose ends
 // are clearly on the same side of it holds no hit.
-void testRun(const gx_EdgeOutline& outline, std::size_t first, std::size_t end,
+void testRun(const gx_Outline& outline, std::size_t first, std::size_t end,
              const gx_CrossingQuery& query, double slack, std::vector<gx_Hit>& hits) {
   double before = query.side(outline.from(first));
   for (std::size_t k = first; k < end; ++k) {
@@ -104,9 +98,8 @@ void testRun(const gx_EdgeOutline& outline, std::size_t first, std::size_t end,
 
 }  // namespace
 
-void gx_findHits(const gx_EdgeIndex& index, const Points& points, bool closed,
-                 const gx_CrossingQuery& query, std::vector<gx_Hit>& hits, gxBudget& budget) {
-  const gx_EdgeOutline outline{points, closed};
+void gx_findHits(const gx_EdgeIndex& index, const gx_Outline& outline, const gx_CrossingQuery& query,
+                 std::vector<gx_Hit>& hits, gxBudget& budget) {
   const double slack = query.sideSlack(index.bounds());
   index.forEachRun([&query](const gx_Box& box) { return query.mayMeet(box); },
                    [&](std::size_t first, std::size_t end) {
@@ -117,7 +110,7 @@ void gx_findHits(const gx_EdgeIndex& index, const Points& points, bool closed,
 }
 
 void gx_appendAlong(const gxVector<2>& from, const gxVector<2>& to, const std::vector<gx_Hit>& hits,
-                    Points& points, std::vector<int>* edges) {
+                    std::vector<gxVector<2>>& points, std::vector<int>* edges) {
   if (hits.size() == 1) {
     points.push_back(hits.front().point);
     if (edges != nullptr) edges->push_back(hits.front().edge);
@@ -137,13 +130,14 @@ void gx_appendAlong(const gxVector<2>& from, const gxVector<2>& to, const std::v
 
 namespace {
 
+using Points = std::vector<gxVector<2>>;
+
 // The walk down both trees.
 class Crossings {
  public:
   // Without a result to append to, the walk ends at the first hit.
-  Crossings(const gx_EdgeIndex& index, const gx_EdgeOutline& ours, const gxRect& box,
-            const gx_EdgeIndex& theirIndex, const gx_EdgeOutline& theirs, Points* result,
-            gxBudget& budget)
+  Crossings(const gx_EdgeIndex& index, const gx_Outline& ours, const gxRect& box,
+            const gx_EdgeIndex& theirIndex, const gx_Outline& theirs, Points* result, gxBudget& budget)
       : index_(index),
         ours_(ours),
         theirIndex_(theirIndex),
@@ -176,9 +170,8 @@ class Crossings {
       touched.push_back(node);
       return;
     }
-    const std::size_t first = node.at * gx_EdgeIndex::kFan;
-    const std::size_t end = std::min(first + gx_EdgeIndex::kFan, index_.size(node.level - 1));
-    for (std::size_t i = first; i < end; ++i) refine({node.level - 1, i}, box, level, touched);
+    const gx_EdgeIndex::Run run = index_.below(node.level, node.at);
+    for (std::size_t i = run.first; i < run.end; ++i) refine({node.level - 1, i}, box, level, touched);
   }
 
   bool descend(std::size_t level, std::size_t first, std::size_t end, const std::vector<Node>& nodes) {
@@ -188,11 +181,9 @@ class Crossings {
       touched.clear();
       for (const Node& node : nodes) refine(node, box, level, touched);
       if (touched.empty()) continue;
-      const std::size_t below = i * gx_EdgeIndex::kFan;
-      const std::size_t count = level == 0 ? theirs_.edges() : theirIndex_.size(level - 1);
-      const std::size_t belowEnd = std::min(below + gx_EdgeIndex::kFan, count);
-      if (level == 0 ? testRun(below, belowEnd, touched)
-                     : descend(level - 1, below, belowEnd, touched)) {
+      const gx_EdgeIndex::Run below = theirIndex_.below(level, i);
+      if (level == 0 ? testRun(below.first, below.end, touched)
+                     : descend(level - 1, below.first, below.end, touched)) {
         return true;
       }
     }
@@ -216,15 +207,14 @@ class Crossings {
 
   void testEdges(std::size_t run, const gx_CrossingQuery& query, double slack) {
     budget_.spend();
-    const std::size_t first = run * gx_EdgeIndex::kFan;
-    const std::size_t end = std::min(first + gx_EdgeIndex::kFan, ours_.edges());
-    ::testRun(ours_, first, end, query, slack, hits_);
+    const gx_EdgeIndex::Run edges = index_.below(0, run);
+    ::testRun(ours_, edges.first, edges.end, query, slack, hits_);
   }
 
   const gx_EdgeIndex& index_;
-  const gx_EdgeOutline& ours_;
+  const gx_Outline& ours_;
   const gx_EdgeIndex& theirIndex_;
-  const gx_EdgeOutline& theirs_;
+  const gx_Outline& theirs_;
   const gxRect& box_;
   Points* result_;
   gxBudget& budget_;
@@ -233,19 +223,15 @@ class Crossings {
 
 }  // namespace
 
-void gx_findCrossings(const gx_EdgeIndex& index, const Points& ours, bool closed, const gxRect& box,
-                      const gx_EdgeIndex& theirIndex, const Points& theirs, bool theirsClosed,
-                      Points& result, gxBudget& budget) {
-  const gx_EdgeOutline our{ours, closed};
-  const gx_EdgeOutline their{theirs, theirsClosed};
-  Crossings(index, our, box, theirIndex, their, &result, budget).find();
+void gx_findCrossings(const gx_EdgeIndex& index, const gx_Outline& ours, const gxRect& box,
+                      const gx_EdgeIndex& theirIndex, const gx_Outline& theirs, Points& result,
+                      gxBudget& budget) {
+  Crossings(index, ours, box, theirIndex, theirs, &result, budget).find();
 }
 
-bool gx_meet(const gx_EdgeIndex& index, const Points& ours, bool closed, const gxRect& box,
-             const gx_EdgeIndex& theirIndex, const Points& theirs, bool theirsClosed, gxBudget& budget) {
-  const gx_EdgeOutline our{ours, closed};
-  const gx_EdgeOutline their{theirs, theirsClosed};
-  return Crossings(index, our, box, theirIndex, their, nullptr, budget).find();
+bool gx_meet(const gx_EdgeIndex& index, const gx_Outline& ours, const gxRect& box,
+             const gx_EdgeIndex& theirIndex, const gx_Outline& theirs, gxBudget& budget) {
+  return Crossings(index, ours, box, theirIndex, theirs, nullptr, budget).find();
 }
 
 namespace {
@@ -253,7 +239,7 @@ namespace {
 // The pairs of few edges: calls `visit(query, hits)` with the hits of each edge of theirs that has any, until
 // one visit returns true; with `first`, one hit of each is enough.
 template <class Visit>
-bool forHitsOfFew(const gx_EdgeOutline& our, const gxRect& box, const gx_EdgeOutline& their, bool first,
+bool forHitsOfFew(const gx_Outline& our, const gxRect& box, const gx_Outline& their, bool first,
                   const Visit& visit) {
   const gx_FewBoxes boxes(our);
   std::vector<gx_Hit> hits;
@@ -274,17 +260,16 @@ bool forHitsOfFew(const gx_EdgeOutline& our, const gxRect& box, const gx_EdgeOut
 
 }  // namespace
 
-void gx_findCrossingsOfFew(const Points& ours, bool closed, const gxRect& box, const Points& theirs,
-                           bool theirsClosed, Points& result) {
-  forHitsOfFew({ours, closed}, box, {theirs, theirsClosed}, false,
+void gx_findCrossingsOfFew(const gx_Outline& ours, const gxRect& box, const gx_Outline& theirs,
+                           Points& result) {
+  forHitsOfFew(ours, box, theirs, false,
                [&result](const gx_CrossingQuery& query, const std::vector<gx_Hit>& hits) {
                  gx_appendAlong(query.from(), query.to(), hits, result, nullptr);
                  return false;
                });
 }
 
-bool gx_fewMeet(const Points& ours, bool closed, const gxRect& box, const Points& theirs,
-                bool theirsClosed) {
-  return forHitsOfFew({ours, closed}, box, {theirs, theirsClosed}, true,
+bool gx_fewMeet(const gx_Outline& ours, const gxRect& box, const gx_Outline& theirs) {
+  return forHitsOfFew(ours, box, theirs, true,
                       [](const gx_CrossingQuery&, const std::vector<gx_Hit>&) { return true; });
 }

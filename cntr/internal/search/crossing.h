@@ -61,10 +61,9 @@ class GXSHAPE_API gx_CrossingQuery {
   bool countEndContacts_;
 };
 
-/// Appends the hits of the edges of an indexed contour, in edge order.
-GXSHAPE_API void gx_findHits(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
-                             bool closed, const gx_CrossingQuery& query, std::vector<gx_Hit>& hits,
-                             gxBudget& budget);
+/// Appends the hits of the edges of an indexed outline, in edge order.
+GXSHAPE_API void gx_findHits(const gx_EdgeIndex& index, const gx_Outline& outline,
+                             const gx_CrossingQuery& query, std::vector<gx_Hit>& hits, gxBudget& budget);
 
 /// Appends the points of the hits in the order along the segment from `from` to `to` to `points`, their
 /// edges to `edges` where that is not null.
@@ -81,31 +80,26 @@ inline std::vector<gxVector<2>> gx_inOrderAlong(const gxLineSeg& seg, const std:
 
 /// Appends the hits of every edge of `theirs` with the edges of `ours`, edge by edge of `theirs`,
 /// along each; edges of theirs whose box does not touch `box` have none.
-GXSHAPE_API void gx_findCrossings(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& ours,
-                                  bool closed, const gxRect& box, const gx_EdgeIndex& theirIndex,
-                                  const std::vector<gxVector<2>>& theirs, bool theirsClosed,
+GXSHAPE_API void gx_findCrossings(const gx_EdgeIndex& index, const gx_Outline& ours, const gxRect& box,
+                                  const gx_EdgeIndex& theirIndex, const gx_Outline& theirs,
                                   std::vector<gxVector<2>>& result, gxBudget& budget);
 /// Tells whether there is such a hit: the same walk, which ends at the first.
-GXSHAPE_API bool gx_meet(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& ours, bool closed,
-                         const gxRect& box, const gx_EdgeIndex& theirIndex,
-                         const std::vector<gxVector<2>>& theirs, bool theirsClosed, gxBudget& budget);
+GXSHAPE_API bool gx_meet(const gx_EdgeIndex& index, const gx_Outline& ours, const gxRect& box,
+                         const gx_EdgeIndex& theirIndex, const gx_Outline& theirs, gxBudget& budget);
 
-/// Appends the same for contours of at most `gx_kFewEdges` edges, without their indexes.
-GXSHAPE_API void gx_findCrossingsOfFew(const std::vector<gxVector<2>>& ours, bool closed,
-                                       const gxRect& box, const std::vector<gxVector<2>>& theirs,
-                                       bool theirsClosed, std::vector<gxVector<2>>& result);
+/// Appends the same for outlines of at most `gx_kFewEdges` edges, without their indexes.
+GXSHAPE_API void gx_findCrossingsOfFew(const gx_Outline& ours, const gxRect& box,
+                                       const gx_Outline& theirs, std::vector<gxVector<2>>& result);
 /// Tells whether there is such a hit, up to the first.
-GXSHAPE_API bool gx_fewMeet(const std::vector<gxVector<2>>& ours, bool closed, const gxRect& box,
-                            const std::vector<gxVector<2>>& theirs, bool theirsClosed);
+GXSHAPE_API bool gx_fewMeet(const gx_Outline& ours, const gxRect& box, const gx_Outline& theirs);
 
 /// Tells whether some edge has a length.
-GXSHAPE_API bool gx_hasEdgeOfLength(const std::vector<gxVector<2>>& points, bool closed);
+GXSHAPE_API bool gx_hasEdgeOfLength(const gx_Outline& outline);
 
 /// Tells whether some edge, its ends excepted, is hit by another; edges whose box does not touch
 /// `box` are not asked.
-GXSHAPE_API bool gx_crossesItself(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
-                                  bool closed, const gxRect& box, gxBudget& budget);
+GXSHAPE_API bool gx_crossesItself(const gx_EdgeIndex& index, const gx_Outline& outline,
+                                  const gxRect& box, gxBudget& budget);
 
-/// Tells the same of at most `gx_kFewEdges` edges, without an index that is there already.
-GXSHAPE_API bool gx_fewCrossThemselves(const std::vector<gxVector<2>>& points, bool closed,
-                                       const gxRect& box);
+/// Tells the same of at most `gx_kFewEdges` edges for which there is no index.
+GXSHAPE_API bool gx_fewCrossThemselves(const gx_Outline& outline, const gxRect& box);

@@ -114,16 +114,14 @@ class Directions {
     const Item box = boxes_.front();
     std::pop_heap(boxes_.begin(), boxes_.end(), later);
     boxes_.pop_back();
-    const std::size_t first = box.at * gx_EdgeIndex::kFan;
+    const gx_EdgeIndex::Run run = index_.below(box.level, box.at);
     if (box.level > 0) {
-      const std::size_t end = std::min(first + gx_EdgeIndex::kFan, index_.size(box.level - 1));
-      for (std::size_t i = first; i < end; ++i) push(box.level - 1, i);
+      for (std::size_t i = run.first; i < run.end; ++i) push(box.level - 1, i);
       return true;
     }
-    const std::size_t end = std::min(first + gx_EdgeIndex::kFan, points_.size());
-    if (left_ < end - first) return false;
-    left_ -= end - first;
-    for (std::size_t i = first; i < end; ++i) addVertex(i);
+    if (left_ < run.end - run.first) return false;
+    left_ -= run.end - run.first;
+    for (std::size_t i = run.first; i < run.end; ++i) addVertex(i);
     return true;
   }
 

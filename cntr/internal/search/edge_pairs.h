@@ -2,9 +2,10 @@
 /// decided without the test itself.
 #pragma once
 
-#include <cntr/internal/index/edge_index.h>
-#include <cntr/internal/outline/edge_walk.h>
-#include <cntr/internal/search/crossing.h>
+#include <cntr/internal/outline/box.h>
+#include <cntr/internal/outline/break_even.h>
+#include <cntr/internal/outline/outline.h>
+#include <cntr/internal/outline/tolerances.h>
 #include <velstd/line.h>
 #include <velstd/line_seg.h>
 #include <velstd/real_eq.h>
@@ -13,12 +14,6 @@
 #include <cmath>
 #include <cstddef>
 #include <vector>
-
-/// How far a computed crossing may lie off either segment, in units of the coordinates.
-constexpr double gx_kTouch = 1e-6;
-
-/// Closer points coincide.
-constexpr double gx_kCoincide = 1e-15;
 
 /// The sum of the sizes of both components.
 inline double gx_sizeOf(const gxVector<2>& v) {
@@ -31,13 +26,6 @@ inline gxVector<2> gx_directionOf(const gxVector<2>& from, const gxVector<2>& to
   const double size = gx_sizeOf(d);
   if (size >= 1e-100 && size <= 1e100) return d;
   return gxLineSeg(from, to).line().direction();
-}
-
-/// The box of an edge: its start widened by its end, so a NaN at the start stays, one at the end is
-/// passed over.
-inline gx_Box gx_boxOf(const gxVector<2>& from, const gxVector<2>& to) {
-  return {to.x() < from.x() ? to.x() : from.x(), to.y() < from.y() ? to.y() : from.y(),
-          to.x() > from.x() ? to.x() : from.x(), to.y() > from.y() ? to.y() : from.y()};
 }
 
 /// Tells whether a and b lie so far to the same side of the line from `origin` along d that no point is
@@ -73,26 +61,15 @@ inline bool gx_outside(double from, double to, double low, double high) {
   return !((to > from ? to : from) >= low && (to < from ? to : from) <= high);
 }
 
-/// The edges of an outline by their numbers.
-struct gx_EdgeOutline {
-  const std::vector<gxVector<2>>& points;
-  bool closed;
-
-  std::size_t edges() const { return gx_edgeCount(points.size(), closed); }
-  const gxVector<2>& from(std::size_t k) const { return points[gx_edgeStart(k, points.size(), closed)]; }
-  const gxVector<2>& to(std::size_t k) const { return points[gx_edgeEnd(k, closed)]; }
-};
-
 /// The boxes of the edges that have a length, of an outline of few, and the numbers of those edges.
 class gx_FewBoxes {
  public:
-  explicit gx_FewBoxes(const gx_EdgeOutline& outline) {
-    gx_forEachEdge(outline.points.size(), outline.closed,
-                   [&](std::size_t from, std::size_t to, std::size_t k) {
-                     const gxVector<2>& a = outline.points[from];
-                     const gxVector<2>& b = outline.points[to];
-                     if (!gfRealEq(a, b, gx_kCoincide)) add(gx_boxOf(a, b), k);
-                   });
+  explicit gx_FewBoxes(const gx_Outline& outline) {
+    outline.forEachEdge([&](std::size_t from, std::size_t to, std::size_t k) {
+      const gxVector<2>& a = outline.points[from];
+      const gxVector<2>& b = outline.points[to];
+      if (!gfRealEq(a, b, gx_kCoincide)) add(gx_Box::ofEdge(a, b), k);
+    });
   }
 
   std::size_t count() const { return count_; }

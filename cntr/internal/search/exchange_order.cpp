@@ -13,6 +13,7 @@
 // Hence: sort stably by key; then for each group of equal keys, in the order of their positions,
 // rotate the list of those passed by the number of smaller keys up to the next one.  The numbers
 // of smaller keys between two positions come from a Fenwick tree that is filled group by group.
+#include <cntr/internal/outline/break_even.h>
 #include <cntr/internal/search/exchange_order.h>
 
 #include <algorithm>
@@ -26,9 +27,6 @@ bool greater(double a, double b) {
   if (std::isnan(b)) return false;
   return std::isnan(a) || a > b;
 }
-
-// Below this the sort itself is faster.
-constexpr std::size_t kFew = 24;
 
 std::vector<std::size_t> exchangeSort(const std::vector<double>& keys) {
   std::vector<std::size_t> order(keys.size());
@@ -77,7 +75,7 @@ void orderGroup(std::size_t* group, std::size_t count, std::size_t positions, co
 
 std::vector<std::size_t> gx_exchangeOrder(const std::vector<double>& keys) {
   const std::size_t count = keys.size();
-  if (count <= kFew) return exchangeSort(keys);
+  if (count <= gx_kFewKeys) return exchangeSort(keys);
   std::vector<std::size_t> order(count);
   std::iota(order.begin(), order.end(), std::size_t{0});
   std::stable_sort(order.begin(), order.end(),

@@ -19,7 +19,8 @@
 //
 // (Rotating calipers over the convex hull find a farthest pair as fast, but not the first one among
 // equal ones as they are rounded: for that every vertex near either end has to be looked at again.)
-#include <cntr/internal/outline/edge_walk.h>
+#include <cntr/internal/outline/break_even.h>
+#include <cntr/internal/outline/tolerances.h>
 #include <cntr/internal/search/farthest_pair.h>
 
 #include <algorithm>
@@ -33,11 +34,6 @@ using Points = std::vector<gxVector<2>>;
 // Inside these a distance is the plain root of a sum of squares.
 constexpr double kShortestPlain = 1e-130;
 constexpr double kLongestPlain = 1e140;
-
-// Slabs are made once so many pairs of leaves, as a part of all leaves, have been looked through.
-constexpr double kPatience = 0.25;
-// A bound of slabs below the best distance by this part of it is below it for certain.
-constexpr double kSlack = 1e-12;
 
 // A box turned along a stretch of the outline.
 struct Slab {
@@ -53,11 +49,7 @@ Slab slabAround(const gxVector<2>* points, std::size_t count) {
   const double length = std::sqrt(chord * chord);
   Slab slab;
   slab.along = length > 0.0 ? chord * (1.0 / length) : gxVector<2>(1.0, 0.0);
-  gx_Box box;
-  for (std::size_t i = 0; i < count; ++i) {
-    const gxVector<2> w = points[i] - points[0];
-    box.add(gxVector<2>(w * slab.along, gf_Cross(slab.along, w)));
-  }
+  const gx_Box box = gx_reachAlong(points, count, slab.along);
   const gxVector<2> across(-slab.along.y(), slab.along.x());
   slab.middle =
       points[0] + slab.along * (0.5 * (box.lowX + box.highX)) + across * (0.5 * (box.lowY + box.highY));
@@ -85,12 +77,12 @@ double farthestSquare(const Slab& a, const Slab& b) {
 
 class Search {
  public:
-  Search(const gx_EdgeIndex& index, const Points& points, bool closed, gxBudget& budget)
-      : index_(index), points_(points), closed_(closed), budget_(budget) {}
+  Search(const gx_EdgeIndex& index, const gx_Outline& outline, gxBudget& budget)
+      : index_(index), outline_(outline), points_(outline.points), budget_(budget) {}
 
   gx_Pair find() {
     start();
-    if (!closed_) {  // the one vertex that no edge ends at
+    if (!outline_.closed) {  // the one vertex that no edge ends at
       for (std::size_t j = 1; j < points_.size(); ++j) offer(0, j);
     }
     const std::size_t top = index_.levels() - 1;
@@ -148,23 +140,15 @@ class Search {
 
   std::size_t vertex(std::size_t level, std::size_t at) const {
     for (std::size_t l = 0; l <= level; ++l) at *= gx_EdgeIndex::kFan;
-    return gx_edgeEnd(at, closed_);
+    return outline_.end(at);
   }
 
-  struct Range {
-    std::size_t first;
-    std::size_t end;
-  };
-  Range below(std::size_t level, std::size_t i) const {
-    const std::size_t first = i * gx_EdgeIndex::kFan;
-    const std::size_t count = level == 0 ? index_.edges() : index_.size(level - 1);
-    return {first, std::min(first + gx_EdgeIndex::kFan, count)};
-  }
+  using Range = gx_EdgeIndex::Run;
 
   void among(std::size_t level, std::size_t first, std::size_t end) {
     for (std::size_t a = first; a < end; ++a) {
       const gx_Box& box = index_.box(level, a);
-      const Range own = below(level, a);
+      const Range own = index_.below(level, a);
       const std::size_t i = vertex(level, a);
       if (!hopeless(box, i, box, i + 1)) {
         if (level == 0) {
@@ -180,11 +164,12 @@ class Search {
   void between(std::size_t level, std::size_t a, std::size_t b) {
     budget_.spend();
     if (hopeless(index_.box(level, a), vertex(level, a), index_.box(level, b), vertex(level, b))) return;
-    const Range inA = below(level, a);
-    const Range inB = below(level, b);
+    const Range inA = index_.below(level, a);
+    const Range inB = index_.below(level, b);
     if (!slabs_.empty() && tooNear(slabs_[level][a], slabs_[level][b])) return;
     if (level == 0) {
-      if (++lookedThrough_ > kPatience * static_cast<double>(index_.size(0)) && slabs_.empty())
+      if (++lookedThrough_ > gx_kFarthestPatience * static_cast<double>(index_.size(0)) &&
+          slabs_.empty())
         makeSlabs();
       return verticesBetween(inA, inB);
     }
@@ -194,7 +179,7 @@ class Search {
   }
 
   bool tooNear(const Slab& a, const Slab& b) const {
-    return plain_ && farthestSquare(a, b) < best_.distance * best_.distance * (1.0 - kSlack);
+    return plain_ && farthestSquare(a, b) < best_.distance * best_.distance * (1.0 - gx_kRounding);
   }
 
   // Those of the leaves around their vertices, those above around the corners of those below; seen from
@@ -205,10 +190,10 @@ class Search {
     for (std::size_t level = 0; level < slabs_.size(); ++level) {
       for (std::size_t i = 0; i < index_.size(level); ++i) {
         std::size_t count = 0;
-        const Range range = below(level, i);
+        const Range range = index_.below(level, i);
         for (std::size_t k = range.first; k < range.end; ++k) {
           if (level == 0) {
-            points[count++] = points_[gx_edgeEnd(k, closed_)] - points_[0];
+            points[count++] = points_[outline_.end(k)] - points_[0];
             continue;
           }
           const Slab& slab = slabs_[level - 1][k];
@@ -227,14 +212,14 @@ class Search {
   void verticesBetween(const Range& inA, const Range& inB) {
     for (std::size_t a = inA.first; a < inA.end; ++a) {
       for (std::size_t b = std::max(inB.first, a + 1); b < inB.end; ++b) {
-        offer(gx_edgeEnd(a, closed_), gx_edgeEnd(b, closed_));
+        offer(outline_.end(a), outline_.end(b));
       }
     }
   }
 
   const gx_EdgeIndex& index_;
+  const gx_Outline& outline_;
   const Points& points_;
-  bool closed_;
   gxBudget& budget_;
   gx_Pair best_;
   bool plain_ = false;
@@ -245,6 +230,6 @@ class Search {
 
 }  // namespace
 
-gx_Pair gx_farthestPair(const gx_EdgeIndex& index, const Points& points, bool closed, gxBudget& budget) {
-  return Search(index, points, closed, budget).find();
+gx_Pair gx_farthestPair(const gx_EdgeIndex& index, const gx_Outline& outline, gxBudget& budget) {
+  return Search(index, outline, budget).find();
 }

@@ -18,5 +18,5 @@ struct gx_Pair {
 
 /// Returns the first pair, in the order of i and then j, whose distance no other exceeds; distance
 /// 0 where no two points are apart (NaN distances take no part).  A step of the budget is a pair of boxes.
-GXSHAPE_API gx_Pair gx_farthestPair(const gx_EdgeIndex& index, const std::vector<gxVector<2>>& points,
-                                    bool closed, gxBudget& budget);
+GXSHAPE_API gx_Pair gx_farthestPair(const gx_EdgeIndex& index, const gx_Outline& outline,
+                                    gxBudget& budget);

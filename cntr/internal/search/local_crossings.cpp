@@ -10,19 +10,15 @@
 //
 // The first test of a crossing query, whether the segment's box touches that of the outline, passes
 // for every segment that ends on a vertex.
-#include <cntr/internal/outline/edge_walk.h>
+#include <cntr/internal/outline/break_even.h>
+#include <cntr/internal/outline/tolerances.h>
 #include <cntr/internal/search/crossing.h>
 #include <cntr/internal/search/local_crossings.h>
 
 namespace {
 
-constexpr double kLargestCoordinate = 5e5;
-
 // A crossing lies within 1e-6 of the edge that it is found on, and the walk goes on from there.
-constexpr double kReach = 4e-6;
-
-// In a tangle the index itself, which leaves out what the segment's line passes by, is faster.
-constexpr std::size_t kMostNear = 96;
+constexpr double kReach = 4.0 * gx_kTouch;
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
@@ -34,13 +30,12 @@ bool isWithin(const gx_Box& inner, const gx_Box& outer) {
 }  // namespace
 
 bool gx_LocalCrossings::covers(const gx_EdgeIndex& index) {
-  const gx_Box& b = index.bounds();
-  return !index.hasNaN() && b.lowX >= -kLargestCoordinate && b.lowY >= -kLargestCoordinate &&
-         b.highX <= kLargestCoordinate && b.highY <= kLargestCoordinate;
+  return !index.hasNaN() && index.bounds().isWithin(gx_kLargestExact);
 }
 
-gx_LocalCrossings::gx_LocalCrossings(const gx_EdgeIndex& index, const Points& points, gxBudget& budget)
-    : index_(index), points_(points), budget_(budget), run_(kNone) {}
+gx_LocalCrossings::gx_LocalCrossings(const gx_EdgeIndex& index, const gx_Outline& outline,
+                                     gxBudget& budget)
+    : index_(index), outline_(outline), budget_(budget), run_(kNone) {}
 
 void gx_LocalCrossings::moveTo_(std::size_t run) {
   run_ = run;
@@ -52,10 +47,11 @@ void gx_LocalCrossings::moveTo_(std::size_t run) {
   const auto note = [this](std::size_t first, std::size_t end) {
     for (std::size_t k = first; k < end; ++k) {
       gx_Box box;
-      box.add(points_[gx_edgeStart(k, points_.size(), true)]);
-      box.add(points_[k]);
+      box.add(outline_.from(k));
+      box.add(outline_.to(k));
       if (!box.meets(reach_)) continue;
-      if (near_.size() == kMostNear) return true;
+      // In a tangle the index, which leaves out what the segment's line passes by, is faster.
+      if (near_.size() == gx_kMostNear) return true;
       near_.push_back(k);
       nearBoxes_.push_back(box);
     }
@@ -76,22 +72,22 @@ gx_LocalCrossings::Points gx_LocalCrossings::operator()(const gxLineSeg& seg, st
   if (run != run_ && run < index_.size(0)) moveTo_(run);
   std::vector<gx_Hit> hits;
   if (run != run_ || !isWithin(box, reach_)) {
-    gx_findHits(index_, points_, true, gx_CrossingQuery(seg, false), hits, budget_);
+    gx_findHits(index_, outline_, gx_CrossingQuery(seg, false), hits, budget_);
     return gx_inOrderAlong(seg, hits, edges);
   }
   inTheWay_.clear();
   for (std::size_t i = 0; i < near_.size(); ++i) {
     if (!nearBoxes_[i].meets(box)) continue;
     const std::size_t k = near_[i];
-    const gxVector<2>& from = points_[gx_edgeStart(k, points_.size(), true)];
-    const gxVector<2>& to = points_[k];
+    const gxVector<2>& from = outline_.from(k);
+    const gxVector<2>& to = outline_.to(k);
     if (from == seg.p1() || from == seg.p2() || to == seg.p1() || to == seg.p2()) continue;
     inTheWay_.push_back(k);
   }
   if (inTheWay_.empty()) return {};
   const gx_CrossingQuery query(seg, false);
   for (const std::size_t k : inTheWay_) {
-    query.test(points_[gx_edgeStart(k, points_.size(), true)], points_[k], k, hits);
+    query.test(outline_.from(k), outline_.to(k), k, hits);
   }
   return gx_inOrderAlong(seg, hits, edges);
 }

@@ -25,7 +25,7 @@ class GXSHAPE_API gx_LocalCrossings {
 
   /// Of a closed outline that is covered, and whose upright rectangle, as it is asked for first, is
   /// the true box of its points.
-  gx_LocalCrossings(const gx_EdgeIndex& index, const Points& points, gxBudget& budget);
+  gx_LocalCrossings(const gx_EdgeIndex& index, const gx_Outline& outline, gxBudget& budget);
 
   /// Returns the crossings in the order along the segment, and the edges crossed.  Any segment with an
   /// end on a vertex is answered rightly, one that lies along edge `along` fast.
@@ -35,7 +35,7 @@ class GXSHAPE_API gx_LocalCrossings {
   void moveTo_(std::size_t run);
 
   const gx_EdgeIndex& index_;
-  const Points& points_;
+  gx_Outline outline_;
   gxBudget& budget_;
   std::size_t run_;
   gx_Box reach_;  // the box of the run, widened

@@ -14,7 +14,8 @@
 //
 // The slack of a run is in proportion to its farthest point, and where squares might overflow all
 // edges of the run are asked.  Of a handful of points everything is asked straight away.
-#include <cntr/internal/outline/edge_walk.h>
+#include <cntr/internal/outline/break_even.h>
+#include <cntr/internal/outline/tolerances.h>
 #include <cntr/internal/search/nearest.h>
 #include <velstd/line_seg.h>
 
@@ -33,7 +34,6 @@ namespace {
 using Points = std::vector<gxVector<2>>;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kSlack = gx_EdgeIndex::kSlack;
 
 // Sums of squares of smaller numbers do not overflow.
 constexpr double kLargestPlain = 1e150;
@@ -42,9 +42,6 @@ constexpr double kLargestSquare = 1e300;
 // The longest run: what a leaf of an index holds, and what is scanned at a time without one.  One point
 // far from all others costs the run that it is in, and no more.
 constexpr std::size_t kLongestRun = 16;
-
-// Of so few points measuring gains nothing.
-constexpr std::size_t kHandful = 6;
 
 // What is measured of a run of edges or vertices.
 struct Measured {
@@ -187,10 +184,10 @@ void askEdges(const gxVector<2>* points, std::size_t edges, std::size_t number, 
   if (best.isBefore(number)) return;
   Measured m;
   measureEdges(points, edges, point, m);
-  const double slack = m.size < kLargestPlain ? kSlack * m.size : kInfinity;
-  double reach = best.distance * (1.0 + kSlack) + slack;
+  const double slack = m.size < kLargestPlain ? gx_kRounding * m.size : kInfinity;
+  double reach = best.distance * (1.0 + gx_kRounding) + slack;
   if (m.smallest > std::max(reach * reach, gx_EdgeIndex::kSmallestSquare)) return;
-  reach = std::min(reach, std::sqrt(m.smallest) * (1.0 + kSlack) + 2.0 * slack);
+  reach = std::min(reach, std::sqrt(m.smallest) * (1.0 + gx_kRounding) + 2.0 * slack);
   const double limit = std::max(reach * reach, gx_EdgeIndex::kSmallestSquare);
   for (std::uint64_t left = notAbove(m, edges, limit); left != 0; left &= left - 1) {
     const auto i = static_cast<std::size_t>(std::countr_zero(left));
@@ -206,7 +203,7 @@ void askVertices(const gxVector<2>* points, std::size_t count, std::size_t numbe
   Measured m;
   measureVertices(points, count, point, m);
   const double smallest = std::min(m.smallest, best.distance * best.distance);
-  const double limit = std::max(smallest * (1.0 + kSlack), gx_EdgeIndex::kSmallestSquare);
+  const double limit = std::max(smallest * (1.0 + gx_kRounding), gx_EdgeIndex::kSmallestSquare);
   if (m.smallest > limit) return;
   // Of two squares that have kept their digits the lower one's root is not above the other's.
   double lowest = kInfinity;
@@ -221,23 +218,21 @@ void askVertices(const gxVector<2>* points, std::size_t count, std::size_t numbe
 }
 
 // Asks the edges from `first` up to `end`.
-void askEdges(const Points& points, bool closed, std::size_t first, std::size_t end,
-              const gxVector<2>& point, Best& best) {
-  if (closed && first == 0) {
-    const gxVector<2> closing[] = {points.back(), points.front()};
+void askEdges(const gx_Outline& outline, std::size_t first, std::size_t end, const gxVector<2>& point,
+              Best& best) {
+  if (outline.closed && first == 0) {
+    const gxVector<2> closing[] = {outline.points.back(), outline.points.front()};
     askEdges(closing, 1, 0, point, best);
     first = 1;
   }
-  if (first < end) {
-    askEdges(&points[gx_edgeStart(first, points.size(), closed)], end - first, first, point, best);
-  }
+  if (first < end) askEdges(&outline.from(first), end - first, first, point, best);
 }
 
 // Calls `visit(first, end)` for the runs of edges that may be nearest.
 template <class Visit>
-void forEachRunNear(const gx_EdgeIndex& index, const Points& points, bool closed,
-                    const gxVector<2>& point, const double& limit, const Visit& visit) {
-  const gx_SlabTree* slabs = index.slabs(points, closed);
+void forEachRunNear(const gx_EdgeIndex& index, const gx_Outline& outline, const gxVector<2>& point,
+                    const double& limit, const Visit& visit) {
+  const gx_SlabTree* slabs = index.slabs(outline);
   if (slabs != nullptr && slabs->answers(point)) {
     slabs->forEachRunNear(point, limit, visit);
   } else {
@@ -247,44 +242,44 @@ void forEachRunNear(const gx_EdgeIndex& index, const Points& points, bool closed
 
 }  // namespace
 
-std::size_t gx_nearestEdge(const gx_EdgeIndex& index, const Points& points, bool closed,
+std::size_t gx_nearestEdge(const gx_EdgeIndex& index, const gx_Outline& outline,
                            const gxVector<2>& point) {
   Best best{kInfinity, index.edges()};
-  forEachRunNear(index, points, closed, point, best.distance, [&](std::size_t first, std::size_t end) {
-    askEdges(points, closed, first, end, point, best);
+  forEachRunNear(index, outline, point, best.distance, [&](std::size_t first, std::size_t end) {
+    askEdges(outline, first, end, point, best);
   });
   return best.number;
 }
 
-std::size_t gx_nearestVertex(const gx_EdgeIndex& index, const Points& points, bool closed,
+std::size_t gx_nearestVertex(const gx_EdgeIndex& index, const gx_Outline& outline,
                              const gxVector<2>& point) {
   Best best;
-  if (!closed) best.offer(point.distance(points[0]), 0);  // the one vertex that no edge ends at
-  forEachRunNear(index, points, closed, point, best.distance, [&](std::size_t first, std::size_t end) {
-    const std::size_t vertex = gx_edgeEnd(first, closed);
-    askVertices(&points[vertex], end - first, vertex, point, best);
+  // Of an open outline the one vertex that no edge ends at.
+  if (!outline.closed) best.offer(point.distance(outline.points[0]), 0);
+  forEachRunNear(index, outline, point, best.distance, [&](std::size_t first, std::size_t end) {
+    askVertices(&outline.to(first), end - first, outline.end(first), point, best);
   });
   return best.number;
 }
 
-std::size_t gx_nearestEdge(const Points& points, bool closed, const gxVector<2>& point) {
-  const std::size_t edges = gx_edgeCount(points.size(), closed);
+std::size_t gx_nearestEdge(const gx_Outline& outline, const gxVector<2>& point) {
+  const std::size_t edges = outline.edges();
   Best best{kInfinity, edges};
-  if (edges <= kHandful) {
-    gx_forEachEdge(points.size(), closed, [&](std::size_t from, std::size_t to, std::size_t k) {
-      best.offer(gxLineSeg(points[from], points[to]).distToPoint(point), k);
+  if (edges <= gx_kHandful) {
+    outline.forEachEdge([&](std::size_t from, std::size_t to, std::size_t k) {
+      best.offer(gxLineSeg(outline.points[from], outline.points[to]).distToPoint(point), k);
     });
     return best.number;
   }
   for (std::size_t first = 0; first < edges; first += kLongestRun) {
-    askEdges(points, closed, first, std::min(first + kLongestRun, edges), point, best);
+    askEdges(outline, first, std::min(first + kLongestRun, edges), point, best);
   }
   return best.number;
 }
 
 std::size_t gx_nearestVertex(const Points& points, const gxVector<2>& point) {
   Best best;
-  if (points.size() <= kHandful) {
+  if (points.size() <= gx_kHandful) {
     for (std::size_t i = 0; i < points.size(); ++i) {
       const double distance = distanceOf(points[i] - point);
       if (!(distance < best.distance)) continue;

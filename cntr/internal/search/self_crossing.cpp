@@ -23,27 +23,10 @@
 #include <array>
 #include <numeric>
 
-namespace {
-
-// Up to so many edges, comparing all pairs of boxes is quicker than making an index.
-constexpr std::size_t kPairsPay = 16;
-
-// After so many tests of pairs an edge, repetitions are looked for, which costs about as much as ten.
-constexpr std::size_t kPairsAnEdge = 32;
-
-// Up to here the distance from an edge's end to that end is exactly 0, and so neighbours never cross.
-constexpr double kLargestCoordinate = 5e5;
-
-using Points = std::vector<gxVector<2>>;
-
-}  // namespace
-
-bool gx_hasEdgeOfLength(const Points& points, bool closed) {
+bool gx_hasEdgeOfLength(const gx_Outline& outline) {
   bool found = false;
-  const std::size_t edges = gx_edgeCount(points.size(), closed);
-  for (std::size_t k = 0; k < edges && !found; ++k) {
-    found = !gfRealEq(points[gx_edgeStart(k, points.size(), closed)], points[gx_edgeEnd(k, closed)],
-                      gx_kCoincide);
+  for (std::size_t k = 0; k < outline.edges() && !found; ++k) {
+    found = !gfRealEq(outline.from(k), outline.to(k), gx_kCoincide);
   }
   return found;
 }
@@ -53,17 +36,15 @@ namespace {
 // Pairs of boxes, down to pairs of edges.
 class SelfCrossing {
  public:
-  SelfCrossing(const gx_EdgeOutline& outline, const gxRect& box, gxBudget& budget)
+  SelfCrossing(const gx_Outline& outline, const gxRect& box, gxBudget& budget)
       : outline_(outline), box_(box), budget_(budget) {}
 
   bool found(const gx_EdgeIndex& index) {
     index_ = &index;
     const std::size_t top = index.levels() - 1;
-    const gx_Box& b = index.bounds();
-    const bool isOrdinary = !index.hasNaN() && b.lowX >= -kLargestCoordinate &&
-                            b.lowY >= -kLargestCoordinate && b.highX <= kLargestCoordinate &&
-                            b.highY <= kLargestCoordinate;
-    pairsLeft_ = isOrdinary ? kPairsAnEdge * outline_.edges() : kNoEnd;
+    // So the distance from an edge's end to that end is exactly 0, and neighbours never cross.
+    const bool isOrdinary = !index.hasNaN() && index.bounds().isWithin(gx_kLargestExact);
+    pairsLeft_ = isOrdinary ? gx_kPairsInVain * outline_.edges() : kNoEnd;
     if (!among(top, 0, index.size(top))) return false;
     if (pairsLeft_ > 0) return true;
     const std::vector<std::size_t> distinct = distinctEdges();
@@ -86,16 +67,7 @@ class SelfCrossing {
  private:
   static constexpr std::size_t kNoEnd = static_cast<std::size_t>(-1);
 
-  struct Range {
-    std::size_t first;
-    std::size_t end;
-  };
-
-  Range below(std::size_t level, std::size_t i) const {
-    const std::size_t first = i * gx_EdgeIndex::kFan;
-    const std::size_t count = level == 0 ? outline_.edges() : index_->size(level - 1);
-    return {first, std::min(first + gx_EdgeIndex::kFan, count)};
-  }
+  using Range = gx_EdgeIndex::Run;
 
   // One of each of the edges that are the same from end to end.
   std::vector<std::size_t> distinctEdges() const {
@@ -116,7 +88,7 @@ class SelfCrossing {
   bool foundAmong(const std::vector<std::size_t>& edges) const {
     std::vector<gx_Box> boxes;
     boxes.reserve(edges.size());
-    for (const std::size_t k : edges) boxes.push_back(gx_boxOf(outline_.from(k), outline_.to(k)));
+    for (const std::size_t k : edges) boxes.push_back(gx_Box::ofEdge(outline_.from(k), outline_.to(k)));
     const gx_BoxTree tree(boxes);
     bool isFound = false;
     for (std::size_t i = 0; i < edges.size() && !isFound; ++i) {
@@ -131,7 +103,7 @@ class SelfCrossing {
   // Pairs within and between the nodes of one run of nodes.
   bool among(std::size_t level, std::size_t first, std::size_t end) {
     for (std::size_t a = first; a < end; ++a) {
-      const Range own = below(level, a);
+      const Range own = index_->below(level, a);
       if (level == 0 ? edgesAmong(own) : among(level - 1, own.first, own.end)) return true;
       for (std::size_t b = a + 1; b < end; ++b) {
         if (between(level, a, b)) return true;
@@ -145,8 +117,8 @@ class SelfCrossing {
     const gx_Box& boxA = index_->box(level, a);
     const gx_Box& boxB = index_->box(level, b);
     if (!boxA.meets(boxB)) return false;
-    const Range inA = below(level, a);
-    const Range inB = below(level, b);
+    const Range inA = index_->below(level, a);
+    const Range inB = index_->below(level, b);
     if (level == 0) return edgesBetween(inA, boxA, inB, boxB);
     for (std::size_t i = inA.first; i < inA.end; ++i) {
       if (!index_->box(level - 1, i).meets(boxB)) continue;
@@ -191,8 +163,8 @@ class SelfCrossing {
 
   // Tells whether the boxes of two edges do not meet; a NaN never tells.
   bool apart(std::size_t i, std::size_t j) const {
-    const gx_Box a = gx_boxOf(outline_.from(i), outline_.to(i));
-    const gx_Box b = gx_boxOf(outline_.from(j), outline_.to(j));
+    const gx_Box a = gx_Box::ofEdge(outline_.from(i), outline_.to(i));
+    const gx_Box b = gx_Box::ofEdge(outline_.from(j), outline_.to(j));
     return a.highX < b.lowX || b.highX < a.lowX || a.highY < b.lowY || b.highY < a.lowY;
   }
 
@@ -226,10 +198,10 @@ class SelfCrossing {
     if (gfRealEq(a, b, gx_kCoincide) || gfRealEq(c, d, gx_kCoincide)) return false;
     const gx_CrossingQuery query(a, b, false);
     gxVector<2> place;
-    return query.reaches(box_) && gx_boxOf(c, d).meets(query.box()) && query.hits(c, d, place);
+    return query.reaches(box_) && gx_Box::ofEdge(c, d).meets(query.box()) && query.hits(c, d, place);
   }
 
-  const gx_EdgeOutline& outline_;
+  const gx_Outline& outline_;
   const gxRect& box_;
   gxBudget& budget_;
   const gx_EdgeIndex* index_ = nullptr;
@@ -238,15 +210,13 @@ class SelfCrossing {
 
 }  // namespace
 
-bool gx_crossesItself(const gx_EdgeIndex& index, const Points& points, bool closed, const gxRect& box,
+bool gx_crossesItself(const gx_EdgeIndex& index, const gx_Outline& outline, const gxRect& box,
                       gxBudget& budget) {
-  const gx_EdgeOutline outline{points, closed};
   return SelfCrossing(outline, box, budget).found(index);
 }
 
-bool gx_fewCrossThemselves(const Points& points, bool closed, const gxRect& box) {
-  const gx_EdgeOutline outline{points, closed};
+bool gx_fewCrossThemselves(const gx_Outline& outline, const gxRect& box) {
   gxBudget unlimited;
   SelfCrossing pairs(outline, box, unlimited);
-  return outline.edges() > kPairsPay ? pairs.found(gx_EdgeIndex(points, closed)) : pairs.foundAmongFew();
+  return outline.edges() > gx_kFewPairs ? pairs.found(gx_EdgeIndex(outline)) : pairs.foundAmongFew();
 }

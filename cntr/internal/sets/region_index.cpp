@@ -6,6 +6,7 @@
 //      elsewhere makes every index look at its own regions once.
 //
 // No region is asked anything that it would remember, so a set may make its index whenever it likes.
+#include <cntr/internal/index/edge_index.h>
 #include <cntr/internal/sets/region_index.h>
 #include <cntr/region.h>
 
@@ -20,15 +21,10 @@ bool hasBox(const gx_Box& box) {
   return box.highX >= box.lowX && box.highY >= box.lowY;
 }
 
-// Returns the box of the points; none where there are too few to be asked, or a coordinate is NaN.
-gx_Box boxOf(const std::vector<gxVector<2>>& points) {
-  gx_Box box;
-  if (points.size() < 2) return box;
-  for (const gxVector<2>& p : points) {
-    if (p.x() != p.x() || p.y() != p.y()) return {};
-    box.add(p);
-  }
-  return box;
+// Returns the box of the region's points; none where there are too few to be asked, or a coordinate is NaN.
+gx_Box boxOf(const gxRegion& region, const gx_EdgeIndex* edges) {
+  if (edges != nullptr && !edges->hasNaN()) return edges->bounds();
+  return region.points().size() < 2 ? gx_Box() : gx_Box::ofNumbers(region.points());
 }
 
 }  // namespace
@@ -45,7 +41,7 @@ gx_RegionIndex::gx_RegionIndex(const std::vector<Handle>& regions)
     }
     const gxRegion& region = *regions[i];
     const gx_EdgeIndex* edges = region.edgeIndexIfMade_();
-    const gx_Box box = edges != nullptr && !edges->hasNaN() ? edges->bounds() : boxOf(region.points());
+    const gx_Box box = boxOf(region, edges);
     if (hasBox(box)) {
       insideNumbers_.push_back(i);
       insideBoxes.push_back(box);
@@ -79,7 +75,7 @@ bool gx_RegionIndex::holds(const std::vector<Handle>& regions) const {
 bool gx_RegionIndex::surelyFarther(const gx_Box& box, const gxVector<2>& point, double limit) {
   const double size = std::abs(box.lowX) + std::abs(box.highX) + std::abs(box.lowY) +
                       std::abs(box.highY) + std::abs(point.x()) + std::abs(point.y());
-  const double reach = limit + gx_EdgeIndex::kSlack * (limit + size);
+  const double reach = limit + gx_kRounding * (limit + size);
   const double square = reach * reach;
   return square > gx_EdgeIndex::kSmallestSquare && box.squareFrom(point) > square;
 }

@@ -18,7 +18,7 @@ class gxRegion;
 /// Which regions of a list a point may lie in, and which may come nearer to it than some distance,
 /// without asking all of them.
 ///
-/// It stands for asking a region only where asking shows nowhere.  A null handle, a region of fewer than
+/// It may skip a region only if asking that region would have no side effect.  A null handle, a region of fewer than
 /// the 2 points below which it throws, and one with a point that is no number are always to be asked; for
 /// distances so is a region with holes, because these lie where they like and may throw.
 class GXSHAPE_API gx_RegionIndex {

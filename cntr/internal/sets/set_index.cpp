@@ -4,8 +4,10 @@
 //      does not it is taken out.
 //   3. Without an index the question counts, and the one that makes it pay builds it, outside of the
 //      latch; threads that ask meanwhile go region by region.
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/memory/computation_count.h>
 #include <cntr/internal/memory/watch.h>
+#include <cntr/internal/outline/break_even.h>
+#include <cntr/internal/sets/region_index.h>
 #include <cntr/internal/sets/set_index.h>
 
 #include <algorithm>
@@ -18,7 +20,7 @@ const gx_RegionIndex* gx_SetIndex::get(const Regions& regions) const {
   }
   if (const gx_RegionIndex* index = checked_(regions, now)) return index;
   questions_.add(1);
-  if (questions_.spent() < std::max(nextTry_.spent(), kFirstTry)) return nullptr;
+  if (questions_.spent() < std::max(nextTry_.spent(), gx_kFirstSetIndex)) return nullptr;
   return made_(regions);
 }
 
@@ -49,7 +51,7 @@ const gx_RegionIndex* gx_SetIndex::made_(const Regions& regions) const {
   gx_countComputation(gx_Computation::eSetIndex);
   auto index = std::make_unique<gx_RegionIndex>(regions);
   const std::uint64_t questions = questions_.spent();
-  nextTry_.set(questions + std::max(questions, kFirstTry));
+  nextTry_.set(questions + std::max(questions, gx_kFirstSetIndex));
   const gx_RegionIndex* const mine = index.release();
   index_.store(mine, std::memory_order_release);
   checkedAt_.store(mine->madeAt(), std::memory_order_release);

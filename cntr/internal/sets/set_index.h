@@ -4,12 +4,15 @@
 #include <cntr/export.h>
 #include <cntr/internal/memo/latch.h>
 #include <cntr/internal/memo/published.h>
-#include <cntr/internal/sets/region_index.h>
+#include <velstd/handle.h>
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
 #include <vector>
+
+class gxRegion;
+class gx_RegionIndex;
 
 /// The one thing that a shape remembers and that goes stale while the shape itself stays: a region of the
 /// set is changed by its owner, and the set is not told.  So the index is checked before it is used, and
@@ -43,8 +46,6 @@ class GXSHAPE_API gx_SetIndex {
   void drop() noexcept;
 
  private:
-  static constexpr std::uint64_t kFirstTry = 8;
-
   const gx_RegionIndex* checked_(const Regions& regions, std::uint64_t now) const;
   const gx_RegionIndex* made_(const Regions& regions) const;
   void take_(const gx_SetIndex& other) noexcept;

@@ -9,7 +9,7 @@
 //
 // The sum of the weights is the sum behind the area, term by term and in the same order, where every
 // triangle left out has the weight 0: adding it would change nothing.  Whether that is so is kept beside
-// the sum, so that who asks for the centre gets the area for nothing.
+// the sum, so computing the centre also yields the area.
 #include <cntr/internal/sums/centroid_sum.h>
 #include <velstd/line_seg.h>
 

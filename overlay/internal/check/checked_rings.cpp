@@ -38,7 +38,7 @@ bool gx_between(const V& v, const V& from, const V& to, const V& q) {
 
 // ---- Sides --------------------------------------------------------------------------------------
 
-gx_RingSides::gx_RingSides(const gx_CheckedRing& ring) : ring_(ring), index_(ring.points, true) {}
+gx_RingSides::gx_RingSides(const gx_CheckedRing& ring) : ring_(ring), index_({ring.points, true}) {}
 
 gx_RingSides::Side gx_RingSides::sideOf_(const V& p, std::size_t& edge) const {
   constexpr double kFar = std::numeric_limits<double>::infinity();

@@ -25,7 +25,7 @@ std::vector<gxVector<2>> circle(int count, double radius, const gxVector<2>& cen
 gx_ContainmentGrid gridOf(const std::vector<gxVector<2>>& points) {
   double reach = 0.0;
   for (const gxVector<2>& p : points) reach = std::max(reach, p.distance(points.front()));
-  return gx_ContainmentGrid(points, gx_EdgeIndex(points, true), reach);
+  return gx_ContainmentGrid(points, gx_EdgeIndex({points, true}), reach);
 }
 
 TEST(ContainmentGrid, TellsInsideFromOutside) {

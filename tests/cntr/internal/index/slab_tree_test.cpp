@@ -45,8 +45,8 @@ Points roundOutline(int count, double radius) {
 TEST(SlabTree, WithoutALimitEveryEdgeIsVisitedOnce) {
   for (const int count : {1, 7, 8, 9, 64, 65, 513, 5000}) {
     const Points points = roundOutline(count + 1, 10.0);
-    const gx_EdgeIndex index(points, false);
-    const gx_SlabTree* tree = index.slabs(points, false);
+    const gx_EdgeIndex index({points, false});
+    const gx_SlabTree* tree = index.slabs({points, false});
     ASSERT_TRUE(tree != nullptr && tree->answers({0, 0}));
     EXPECT_EQ(visits(*tree, index.edges(), {3, 4}, kInfinity), std::vector<int>(index.edges(), 1))
         << count;
@@ -59,8 +59,8 @@ TEST(SlabTree, NoEdgeWithinTheLimitIsLeftOut) {
   while (random.next()) {
     SCOPED_TRACE(random.trace());
     const slow::Outline outline = largeOutline(random);
-    const gx_EdgeIndex index(outline.points, outline.closed);
-    const gx_SlabTree* tree = index.slabs(outline.points, outline.closed);
+    const gx_EdgeIndex index({outline.points, outline.closed});
+    const gx_SlabTree* tree = index.slabs({outline.points, outline.closed});
     for (int query = 0; query < 6; ++query) {
       const gxVector<2> p = random.pointNear(outline.points);
       if (tree == nullptr || !tree->answers(p)) continue;
@@ -80,8 +80,8 @@ TEST(SlabTree, NoEdgeWithinTheLimitIsLeftOut) {
 
 TEST(SlabTree, FromInsideARoundOutlineOnlyRunsNearTheFootAreVisited) {
   const Points points = roundOutline(100000, 16000.0);
-  const gx_EdgeIndex index(points, true);
-  const gx_SlabTree* tree = index.slabs(points, true);
+  const gx_EdgeIndex index({points, true});
+  const gx_SlabTree* tree = index.slabs({points, true});
   ASSERT_TRUE(tree != nullptr && tree->answers({5000, 1000}));
   int edges = 0;
   for (const int v : visits(*tree, index.edges(), {5000, 1000}, 16000.0 - std::hypot(5000, 1000)))
@@ -92,8 +92,8 @@ TEST(SlabTree, FromInsideARoundOutlineOnlyRunsNearTheFootAreVisited) {
 
 TEST(SlabTree, DoesNotAnswerWhereSinglePrecisionWouldNotDo) {
   const auto answers = [](const Points& points, const gxVector<2>& p) {
-    const gx_EdgeIndex index(points, true);
-    const gx_SlabTree* tree = index.slabs(points, true);
+    const gx_EdgeIndex index({points, true});
+    const gx_SlabTree* tree = index.slabs({points, true});
     return tree != nullptr && tree->answers(p);
   };
   EXPECT_TRUE(answers(roundOutline(100, 10.0), {500, 0}));

@@ -1,4 +1,4 @@
-#include <cntr/internal/memory/probe.h>
+#include <cntr/internal/memory/computation_count.h>
 
 #include <support/computed.h>
 

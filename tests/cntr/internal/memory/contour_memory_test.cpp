@@ -1,5 +1,6 @@
 // What a contour remembers, seen from outside: every question counts its computations, so a test can
 // tell an answer from memory from one that was computed.
+#include <cntr/internal/index/edge_index.h>
 #include <cntr/internal/memory/contour_memory.h>
 
 #include <cntr/contour.h>

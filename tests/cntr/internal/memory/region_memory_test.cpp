@@ -1,3 +1,4 @@
+#include <cntr/internal/index/containment_grid.h>
 #include <cntr/internal/memory/region_memory.h>
 
 #include <cntr/region.h>

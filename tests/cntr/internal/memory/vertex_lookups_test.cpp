@@ -1,3 +1,4 @@
+#include <cntr/internal/index/vertex_grid.h>
 #include <cntr/internal/memory/vertex_lookups.h>
 
 #include <support/together.h>

@@ -25,7 +25,7 @@ TEST(Directions, RunFromTheXAxisTowardsTheYAxisInOneTurn) {
 TEST(Directions, APointIsOnAVertexWithinTheTolerance) {
   std::vector<gxVector<2>> points;
   for (int i = 0; i < 100; ++i) points.emplace_back(i, i % 7);
-  const gx_EdgeIndex index(points, true);
+  const gx_EdgeIndex index({points, true});
   EXPECT_TRUE(gx_isOnVertex(index, points, {50, 1}, 1e-6));
   EXPECT_TRUE(gx_isOnVertex(index, points, {50 + 9e-7, 1}, 1e-6));
   EXPECT_FALSE(gx_isOnVertex(index, points, {50 + 2e-6, 1}, 1e-6));
@@ -34,7 +34,7 @@ TEST(Directions, APointIsOnAVertexWithinTheTolerance) {
 TEST(Directions, AVertexThatIsNotANumberIsEverywhere) {
   std::vector<gxVector<2>> points(100);
   points[60] = gxVector<2>(std::numeric_limits<double>::quiet_NaN(), 0);
-  EXPECT_TRUE(gx_isOnVertex(gx_EdgeIndex(points, true), points, {500, 500}, 1e-6));
+  EXPECT_TRUE(gx_isOnVertex(gx_EdgeIndex({points, true}), points, {500, 500}, 1e-6));
 }
 
 TEST(Directions, TheFirstWideGapIsThatAmongAllSortedDirections) {
@@ -43,7 +43,7 @@ TEST(Directions, TheFirstWideGapIsThatAmongAllSortedDirections) {
   while (random.next()) {
     SCOPED_TRACE(random.trace());
     const slow::Outline outline = largeOutline(random);
-    const gx_EdgeIndex index(outline.points, true);
+    const gx_EdgeIndex index({outline.points, true});
     if (index.hasNaN()) continue;
     const double wide = kPi / static_cast<double>(outline.points.size());
     for (int query = 0; query < 8; ++query) {
@@ -88,7 +88,7 @@ TEST(Directions, TheFirstGapSeenFromBesideAnEdgeTakesFewVertices) {
   // The point's own box comes first, and some of its vertices lie behind the point: half of all vertices
   // have lesser directions than those, and would be too many.
   const std::vector<gxVector<2>> points = circleWithLoops(10'000, 1500);
-  const gx_EdgeIndex index(points, true);
+  const gx_EdgeIndex index({points, true});
   const double wide = kPi / static_cast<double>(points.size());
   int found = 0;
   for (std::size_t i = 0; i < 1000; ++i) {
@@ -112,7 +112,7 @@ TEST(Directions, LookingAtAllGivesTheSameGap) {
       for (auto& p : points)
         p = p + gxVector<2>(random.uniform(-1e-3, 1e-3), random.uniform(-1e-3, 1e-3));
     }
-    if (gx_EdgeIndex(points, true).hasNaN()) continue;
+    if (gx_EdgeIndex({points, true}).hasNaN()) continue;
     const double wide = kPi / static_cast<double>(points.size());
     for (int query = 0; query < 8; ++query) {
       const gxVector<2> p = random.pointNear(points);

@@ -13,7 +13,7 @@ using V = gxVector<2>;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 TEST(EdgePairs, TheBoxOfAnEdgePassesOverANaNAtItsEnd) {
-  const gx_Box box = gx_boxOf(V(3, 1), V(kNaN, 2));
+  const gx_Box box = gx_Box::ofEdge(V(3, 1), V(kNaN, 2));
   EXPECT_EQ(box.lowX, 3.0);
   EXPECT_EQ(box.highX, 3.0);
   EXPECT_EQ(box.highY, 2.0);
@@ -41,7 +41,7 @@ TEST(EdgePairs, DirectionsAreThoseOfLines) {
 
 TEST(EdgePairs, FewBoxesLeaveOutEdgesOfNoLength) {
   const std::vector<V> points{{0, 0}, {1, 0}, {1, 0}, {1, 1}};
-  const gx_FewBoxes boxes(gx_EdgeOutline{points, true});
+  const gx_FewBoxes boxes(gx_Outline{points, true});
   ASSERT_EQ(boxes.count(), 3U);
   EXPECT_EQ(boxes.number(1), 1U);
   EXPECT_EQ(boxes.number(2), 3U);

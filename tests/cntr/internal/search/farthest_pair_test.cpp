@@ -14,7 +14,7 @@ namespace {
 
 gx_Pair pairOf(const std::vector<gxVector<2>>& points, bool closed = true) {
   gxBudget unlimited;
-  return gx_farthestPair(gx_EdgeIndex(points, closed), points, closed, unlimited);
+  return gx_farthestPair(gx_EdgeIndex({points, closed}), {points, closed}, unlimited);
 }
 
 TEST(FarthestPair, OfEqualPointsHasDistanceZero) {

@@ -18,13 +18,13 @@ using Points = std::vector<V>;
 TEST(LocalCrossings, CoversFiniteOutlinesOfOrdinarySize) {
   Points points(100, V(1, 2));
   points[3] = V(4e5, -4e5);
-  EXPECT_TRUE(gx_LocalCrossings::covers(gx_EdgeIndex(points, true)));
+  EXPECT_TRUE(gx_LocalCrossings::covers(gx_EdgeIndex({points, true})));
   points[4] = V(6e5, 0);
-  EXPECT_FALSE(gx_LocalCrossings::covers(gx_EdgeIndex(points, true)));
+  EXPECT_FALSE(gx_LocalCrossings::covers(gx_EdgeIndex({points, true})));
   points[4] = V(std::numeric_limits<double>::quiet_NaN(), 0);
-  EXPECT_FALSE(gx_LocalCrossings::covers(gx_EdgeIndex(points, true)));
+  EXPECT_FALSE(gx_LocalCrossings::covers(gx_EdgeIndex({points, true})));
   points[4] = V(0, -std::numeric_limits<double>::infinity());
-  EXPECT_FALSE(gx_LocalCrossings::covers(gx_EdgeIndex(points, true)));
+  EXPECT_FALSE(gx_LocalCrossings::covers(gx_EdgeIndex({points, true})));
 }
 
 // Segments as the walk makes them: along an edge, from a vertex or a crossing to a vertex; and others
@@ -35,11 +35,11 @@ TEST(LocalCrossings, AreThoseOfTheContour) {
   while (random.next()) {
     SCOPED_TRACE(random.trace());
     const Points points = largeOutline(random).points;
-    const gx_EdgeIndex index(points, true);
+    const gx_EdgeIndex index({points, true});
     if (!gx_LocalCrossings::covers(index)) continue;
     const ExposedContour contour(gxContour(points, true));
     gxBudget unlimited;
-    gx_LocalCrossings local(index, points, unlimited);
+    gx_LocalCrossings local(index, {points, true}, unlimited);
     auto along = static_cast<std::size_t>(random.integer(0, static_cast<int>(points.size()) - 1));
     for (int query = 0; query < 60; ++query) {
       along = random.chance(0.1)

@@ -24,31 +24,31 @@ std::vector<gxVector<2>> square(int perSide) {
 
 TEST(Nearest, OfEquallyNearEdgesTheEarlierWins) {
   const std::vector<gxVector<2>> points = square(20);
-  const gx_EdgeIndex index(points, true);
+  const gx_EdgeIndex index({points, true});
   // The middle of the square is as far from all four sides, and from the two edges beside the middle
   // of each; the closing edge, at the end of the fourth side, is not among them.
-  EXPECT_EQ(gx_nearestEdge(index, points, true, {10, 10}), 10U);
+  EXPECT_EQ(gx_nearestEdge(index, {points, true}, {10, 10}), 10U);
 }
 
 TEST(Nearest, OfEquallyNearVerticesTheLowerWins) {
   const std::vector<gxVector<2>> points = square(20);
-  const gx_EdgeIndex index(points, true);
-  EXPECT_EQ(gx_nearestVertex(index, points, true, {10, 10}), 10U);
+  const gx_EdgeIndex index({points, true});
+  EXPECT_EQ(gx_nearestVertex(index, {points, true}, {10, 10}), 10U);
 }
 
 TEST(Nearest, APointThatIsNotANumberHasNoNearestEdgeAndVertexZero) {
   const std::vector<gxVector<2>> points = square(20);
-  const gx_EdgeIndex index(points, true);
+  const gx_EdgeIndex index({points, true});
   const gxVector<2> nowhere(std::numeric_limits<double>::quiet_NaN(), 0);
-  EXPECT_EQ(gx_nearestEdge(index, points, true, nowhere), index.edges());
-  EXPECT_EQ(gx_nearestVertex(index, points, true, nowhere), 0U);
+  EXPECT_EQ(gx_nearestEdge(index, {points, true}, nowhere), index.edges());
+  EXPECT_EQ(gx_nearestVertex(index, {points, true}, nowhere), 0U);
 }
 
 TEST(Nearest, TheFirstVertexOfAnOpenContourCounts) {
   std::vector<gxVector<2>> points;
   for (int i = 0; i < 100; ++i) points.emplace_back(i, 0);
-  const gx_EdgeIndex index(points, false);
-  EXPECT_EQ(gx_nearestVertex(index, points, false, {-5, 1}), 0U);
+  const gx_EdgeIndex index({points, false});
+  EXPECT_EQ(gx_nearestVertex(index, {points, false}, {-5, 1}), 0U);
 }
 
 TEST(Nearest, AnswersAsTheScanDoesBitForBit) {
@@ -72,7 +72,7 @@ TEST(Nearest, AnswersAsTheScanDoesBitForBit) {
 TEST(Nearest, OnTheEndOfAnEdgeThatIsNotANumberTheEdgesThatAreCount) {
   const gxVector<2> nowhere(3, std::numeric_limits<double>::quiet_NaN());
   const std::vector<gxVector<2>> points = {{0, 0}, {1, 0}, {2, 0}, nowhere, {9, 9}};
-  EXPECT_EQ(gx_nearestEdge(points, false, {9, 9}), 1U);
+  EXPECT_EQ(gx_nearestEdge({points, false}, {9, 9}), 1U);
   EXPECT_EQ(gx_nearestVertex(points, {9, 8}), 4U);
 }
 

@@ -1,3 +1,4 @@
+#include <cntr/internal/sets/region_index.h>
 #include <cntr/internal/sets/regionset_memory.h>
 
 #include <cntr/regionst.h>

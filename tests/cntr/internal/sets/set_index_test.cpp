@@ -1,3 +1,4 @@
+#include <cntr/internal/sets/region_index.h>
 #include <cntr/internal/sets/set_index.h>
 
 #include <cntr/region.h>
