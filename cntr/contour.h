@@ -6,6 +6,7 @@
 #include <cntr/internal/memory/contour_memory.h>
 #include <cntr/internal/outline/break_even.h>
 #include <cntr/internal/outline/outline.h>
+#include <cntr/options.h>
 #include <veldispc/tablet.h>
 #include <velstd/angle.h>
 #include <velstd/budget.h>
@@ -162,6 +163,10 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// Cost: O(n) for a few points; then by the edges whose boxes come near the segment's.
   /// Remembers: the upright rectangle of the points; of many points a tree over the edges.
   std::vector<gxVector<2>> intersections(const gxLineSeg& seg, bool countEndContacts) const;
+
+  std::vector<gxVector<2>> intersections(const gxLineSeg& seg, gxContacts atItsEnds) const {
+    return intersections(seg, atItsEnds == gxContacts::eCounted);
+  }
 
   /// Returns the points where this contour meets the edges of `other`, edge by edge of `other` in
   /// its order, along each edge as above with end contacts counted.  A crossing at vertices of both

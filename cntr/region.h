@@ -216,6 +216,34 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   /// The same within a budget.  Throws: gxStopped besides, with `result` untouched.
   void outerHull(gxRegion& result, gxBudget& budget) const;
 
+  // ---- The same with named flags ------------------------------------------------------------------
+
+  /// Each answers as the form with positional flags of the same name does.
+  bool inside(const gxVector<2>& point, gxHoles holes) const { return inside(point, isOn_(holes)); }
+  std::vector<bool> inside(const std::vector<gxVector<2>>& points, gxHoles holes) const {
+    return inside(points, isOn_(holes));
+  }
+  gxVector<2> closestPoint(const gxVector<2>& point, const gxNearestOptions& options) const {
+    return closestPoint(point, options.vertexOnly, options.considerHoles);
+  }
+  std::vector<gxVector<2>> closestPoints(const std::vector<gxVector<2>>& points,
+                                         const gxNearestOptions& options) const {
+    return closestPoints(points, options.vertexOnly, options.considerHoles);
+  }
+  double distToPoint(const gxVector<2>& point, const gxNearestOptions& options) const {
+    return distToPoint(point, options.vertexOnly, options.considerHoles, options.insideIsZero);
+  }
+  std::vector<gxVector<2>> intersections(const gxContour& other, gxHoles holes) const {
+    return intersections(other, isOn_(holes));
+  }
+  std::vector<gxVector<2>> intersections(const gxLineSeg& seg, gxContacts atItsEnds,
+                                         gxHoles holes = gxHoles::eIgnored) const {
+    return intersections(seg, atItsEnds == gxContacts::eCounted, isOn_(holes));
+  }
+  double area(gxHoles holes) const { return area(isOn_(holes)); }
+  gxVector<2> centerOfMass(gxHoles holes) const { return centerOfMass(isOn_(holes)); }
+  gxMatrix<2> inertiaMatrix(gxHoles holes) const { return inertiaMatrix(isOn_(holes)); }
+
   // ---- Holes and results by value (region_values.cpp) -------------------------------------------
 
   /// Makes a region of this outline with holes of these outlines, in their order.
@@ -278,6 +306,8 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   void splice(const gxRegion& other, gxRegion& result) const;
 
  private:
+  static bool isOn_(gxHoles holes) { return holes == gxHoles::eConsidered; }
+
   friend class gxRegionSet;     // splices and repairs its regions
   friend class gx_RegionIndex;  // looks into their memories
   friend class gx_ValidRegion;  // sets holes that were checked exactly, touching ones too

@@ -146,6 +146,20 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   double distToPoint(const gxVector<2>& point, bool vertexOnly, bool considerHoles,
                      bool insideIsZero) const;
 
+  /// Each answers as the form with positional flags of the same name does.
+  double area(gxHoles holes) const { return area(holes == gxHoles::eConsidered); }
+  gxVector<2> centerOfMass(gxHoles holes) const { return centerOfMass(holes == gxHoles::eConsidered); }
+  gxMatrix<2> inertiaMatrix(gxHoles holes) const { return inertiaMatrix(holes == gxHoles::eConsidered); }
+  bool inside(const gxVector<2>& point, gxHoles holes) const {
+    return inside(point, holes == gxHoles::eConsidered);
+  }
+  std::vector<bool> inside(const std::vector<gxVector<2>>& points, gxHoles holes) const {
+    return inside(points, holes == gxHoles::eConsidered);
+  }
+  double distToPoint(const gxVector<2>& point, const gxNearestOptions& options) const {
+    return distToPoint(point, options.vertexOnly, options.considerHoles, options.insideIsZero);
+  }
+
   // ---- Drawing (regionst_drawing.cpp) -----------------------------------------------------------
 
   /// Draws every region in order, each in its own way (see `gxRegion::draw`).

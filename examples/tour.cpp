@@ -15,7 +15,7 @@ int main() {
 
   const gxVector<2> probe(30, 12);
   std::printf("(30, 12) is %s, %g from the border\n", plate.inside(probe, true) ? "inside" : "outside",
-              plate.distToPoint(probe, false, true, false));
+              plate.distToPoint(probe, gxNearestOptions{}));
 
   const gxRegion bow({{0, 0}, {10, 10}, {10, 0}, {0, 10}});
   gxRegion repaired;

@@ -42,6 +42,7 @@
 
 #include <cntr/contour.h>
 #include <cntr/contourdefs.h>
+#include <cntr/options.h>
 #include <cntr/region.h>
 #include <cntr/regionst.h>
 #include <cntr/shapestat.h>

@@ -1,3 +1,4 @@
+#include <cntr/internal/outline/box.h>
 #include <gauge/inscribed.h>
 #include <gauge/locate.h>
 #include <gtest/gtest.h>

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <vector>
 
 namespace {
@@ -21,18 +22,19 @@ TEST(Tolerances, PointsThatCoincideMakeNoEdge) {
 }
 
 TEST(Tolerances, ASegmentThatEndsWithinTheTouchMeetsTheEdge) {
-  const gxContour edge({{-5.0, 0.0}, {5.0, 0.0}}, false);
+  const gxContour edge({{-5.0, -1.0}, {5.0, 1.0}}, false);
   for (const double part : {0.9, 1.1}) {
-    const gxLineSeg above(V(0.0, part * gx_kTouch), V(0.0, 3.0));
-    EXPECT_EQ(edge.intersections(above, true).size(), part < 1.0 ? 1U : 0U);
-    EXPECT_TRUE(edge.intersections(above, false).empty());
+    const double above = part * gx_kTouch * std::sqrt(1.04);  // so far along y, from a line of slope 0.2
+    const gxLineSeg upward(V(0.0, above), V(0.0, 0.5));
+    EXPECT_EQ(edge.intersections(upward, true).size(), part < 1.0 ? 1U : 0U);
+    EXPECT_TRUE(edge.intersections(upward, false).empty());
   }
 }
 
 TEST(Tolerances, APointOnAVertexIsInside) {
-  const gxRegion square({{0.0, 0.0}, {4.0, 0.0}, {4.0, 4.0}, {0.0, 4.0}});
-  EXPECT_TRUE(square.inside({4.0 + 0.9 * gx_kOnVertex, 4.0}, true));
-  EXPECT_FALSE(square.inside({4.0 + 1.1 * gx_kOnVertex, 4.0}, true));
+  const gxRegion notched({{0.0, 0.0}, {4.0, 0.0}, {4.0, 4.0}, {2.0, 2.0}, {0.0, 4.0}});
+  EXPECT_TRUE(notched.inside({2.0, 2.0 + 0.9 * gx_kOnVertex}, true));
+  EXPECT_FALSE(notched.inside({2.0, 2.0 + 1.1 * gx_kOnVertex}, true));
 }
 
 TEST(Tolerances, VerticesThatAreTheSamePinchAWalk) {
