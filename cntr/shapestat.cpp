@@ -166,7 +166,10 @@ gx_InertiaData gx_InertiaData::operator+(const gx_InertiaData& other) const {
 gx_InertiaData gf_InertiaDataPolygon(const std::vector<gxVector<2>>& points) {
   if (points.size() < 3) return {};
   const gx_CentreAndArea middle = gx_centreAndArea(points);
-  const gxVector<2> apex = middle.hasCentre ? middle.centre : points.front();
+  return gx_inertiaAround(middle.hasCentre ? middle.centre : points.front(), points);
+}
+
+gx_InertiaData gx_inertiaAround(const gxVector<2>& apex, const Points& points) {
   gx_MomentSum sum;
   if (points.size() > kFew && gx_sumMoments(points, apex, sum)) return aboutCentre(sum, apex);
   const Fan fan = fanAround(apex, points);

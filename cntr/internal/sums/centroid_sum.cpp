@@ -5,7 +5,8 @@
 // fused multiply-add.  The operations on each triangle are the very ones of the plain form, whose
 // accurate cross products are fused multiply-adds too, so the bits are the same; the additions stay
 // one after the other.  Four triangles of which one is out of the ordinary (a direction so long or
-// short that lines are scaled, medians that do not meet) are left to the plain form.
+// short that lines are scaled, medians that do not meet) are left to the plain form.  The last ones are
+// filled up to four with the last point again, a triangle of weight 0, which counts for nothing.
 //
 // The sum of the weights is the sum behind the area, term by term and in the same order, where every
 // triangle left out has the weight 0: adding it would change nothing.  Whether that is so is kept beside
@@ -13,6 +14,8 @@
 #include <cntr/internal/sums/centroid_sum.h>
 #include <velstd/line_seg.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 
@@ -137,46 +140,68 @@ GX_WITH_VECTORS bool addFour(const Lanes& p, const Lanes& q, __m256d& largest, _
   return true;
 }
 
-// The sum with the triangles of the edges that end at the points from `first` up to `end`; `whole` as
-// it was before.
-gx_CentroidSum withTriangles(const Points& points, std::size_t first, std::size_t end, const Sum& before,
-                             bool whole) {
+gx_CentroidSum asNumbers(const Sum& sum) {
+  return {_mm_cvtsd_f64(sum.weight), _mm_cvtsd_f64(sum.xy),
+          _mm_cvtsd_f64(_mm_unpackhi_pd(sum.xy, sum.xy)), true};
+}
+
+// The sum with the triangles of the edges that end at the points from `first` up to `end`, and whether
+// those are all in it.
+gx_CentroidSum withTriangles(const Points& points, std::size_t first, std::size_t end,
+                             const Sum& before) {
   const gxVector<2> origin = points.front();
-  gx_CentroidSum sum{_mm_cvtsd_f64(before.weight), _mm_cvtsd_f64(before.xy),
-                     _mm_cvtsd_f64(_mm_unpackhi_pd(before.xy, before.xy)), whole};
+  gx_CentroidSum sum = asNumbers(before);
   for (std::size_t i = first; i < end; ++i) {
     addTriangle(points[i - 1] - origin, points[i] - origin, sum);
   }
   return sum;
 }
 
+// What goes from four points to the next.
+struct Running {
+  Sum sum;
+  // The largest coordinates so far; NaN is passed over, a triangle that holds one does not count.
+  __m256d largest = {};
+  __m256d leftOut = {};  // bits of the weights of triangles that did not count
+  __m256d before = {};   // two points each, the upper half the one before the next two
+};
+
+// Adds the triangles of the edges that end at the four points at `four`, of which those from `first` up to
+// `end` are points of the outline.
+GX_WITH_VECTORS void addFourPoints(const double* four, const __m256d& from, const Points& points,
+                                   std::size_t first, std::size_t end, Running& running) {
+  const __m256d a = _mm256_sub_pd(_mm256_loadu_pd(four), from);
+  const __m256d b = _mm256_sub_pd(_mm256_loadu_pd(four + 4), from);
+  const Lanes p =
+      lanes(_mm256_permute2f128_pd(running.before, a, 0x21), _mm256_permute2f128_pd(a, b, 0x21));
+  running.before = b;
+  if (addFour(p, lanes(a, b), running.largest, running.leftOut, running.sum)) return;
+  const gx_CentroidSum with = withTriangles(points, first, end, running.sum);
+  if (!with.whole) running.leftOut = _mm256_set1_pd(1.0);
+  running.sum.xy = _mm_set_pd(with.y, with.x);
+  running.sum.weight = _mm_set_sd(with.weight);
+}
+
 __attribute__((target("avx2,fma"))) void addAllByFours(const Points& points, gx_CentroidSum& result) {
   const gxVector<2> origin = points.front();
   const double* xy = reinterpret_cast<const double*>(points.data());
   const __m256d from = _mm256_setr_pd(origin.x(), origin.y(), origin.x(), origin.y());
-  Sum sum;
-  // The largest coordinates so far; NaN is passed over, a triangle that holds one does not count.
-  __m256d largest = _mm256_setzero_pd();
-  __m256d leftOut = _mm256_setzero_pd();  // bits of the weights of triangles that did not count
-  __m256d before = _mm256_setzero_pd();   // two points each, the upper half the one before the next two
+  const std::size_t size = points.size();
+  Running running;
   // The first triangle, from the last point to the first, is the first point twice: nothing to add,
   // but what is not finite makes its weight NaN.
   const gxVector<2> last = points.back() - origin;
-  if (last.x() - last.x() != 0.0 || last.y() - last.y() != 0.0) leftOut = _mm256_set1_pd(1.0);
+  if (last.x() - last.x() != 0.0 || last.y() - last.y() != 0.0) running.leftOut = _mm256_set1_pd(1.0);
   std::size_t i = 1;
-  for (; i + 4 <= points.size(); i += 4) {
-    const __m256d a = _mm256_sub_pd(_mm256_loadu_pd(xy + 2 * i), from);
-    const __m256d b = _mm256_sub_pd(_mm256_loadu_pd(xy + 2 * i + 4), from);
-    const Lanes p = lanes(_mm256_permute2f128_pd(before, a, 0x21), _mm256_permute2f128_pd(a, b, 0x21));
-    before = b;
-    if (addFour(p, lanes(a, b), largest, leftOut, sum)) continue;
-    const gx_CentroidSum with = withTriangles(points, i, i + 4, sum, true);
-    if (!with.whole) leftOut = _mm256_set1_pd(1.0);
-    sum.xy = _mm_set_pd(with.y, with.x);
-    sum.weight = _mm_set_sd(with.weight);
+  for (; i + 4 <= size; i += 4) addFourPoints(xy + 2 * i, from, points, i, i + 4, running);
+  if (i < size) {
+    std::array<gxVector<2>, 4> rest;
+    for (std::size_t k = 0; k < rest.size(); ++k) rest[k] = points[std::min(i + k, size - 1)];
+    addFourPoints(reinterpret_cast<const double*>(rest.data()), from, points, i, size, running);
   }
-  const __m256i bits = _mm256_castpd_si256(leftOut);
-  result = withTriangles(points, i, points.size(), sum, _mm256_testz_si256(bits, bits) != 0);
+  const __m256i bits = _mm256_castpd_si256(running.leftOut);
+  result = asNumbers(running.sum);
+  result.whole = _mm256_testz_si256(bits, bits) != 0;
 }
 
 #  undef GX_WITH_VECTORS
