@@ -37,6 +37,12 @@ gxContour::gxContour(const std::vector<gxVector<2>>& points, bool closed, unsign
   state_.points = points;
 }
 
+gxContour::gxContour(std::vector<gxVector<2>>&& points, bool closed, unsigned long label) {
+  state_.label = label;
+  state_.closed = closed;
+  state_.points = std::move(points);
+}
+
 gxContour::gxContour(const gxPolygon& polygon, unsigned long label)
     : gxContour(polygon.vertices(), endsCoincide(polygon.vertices()), label) {}
 

@@ -61,6 +61,8 @@ class GXSHAPE_API gxContour : public virtual gxPersistent, public virtual gxRepB
   /// Makes a contour of these points, in this order.
   explicit gxContour(const std::vector<gxVector<2>>& points, bool closed = true,
                      unsigned long label = 0);
+  /// The same with the points taken over: nothing is copied, nothing allocated.
+  explicit gxContour(std::vector<gxVector<2>>&& points, bool closed = true, unsigned long label = 0);
   /// Makes a contour of the vertices of a polygon: closed exactly when its first and last vertex
   /// coincide (within 1e-15).  The repeated last vertex is kept, so such a contour has a closing
   /// edge of no length.  An empty polygon makes a closed contour without points.

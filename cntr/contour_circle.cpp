@@ -71,32 +71,37 @@ void circleAroundFirst(const std::vector<gxVector<2>>& points, gxCircle& circle)
   circle = gxCircle(points.front(), radius);
 }
 
-bool isKnown(const gx_ContourMemory& memory, gxContourDefs::DiameterMode mode,
-             gx_ContourMemory::Circle& circle) {
-  const auto slot = static_cast<unsigned>(mode);
-  return slot < memory.encloseCircles.size() && memory.encloseCircles[slot].get(circle);
+gxCircle circleFrom(const gx_CircleOfMode::Circle& circle) {
+  return gxCircle({circle[0], circle[1]}, circle[2]);
+}
+
+// The memory of a mode, null where there is none yet, as of every mode that there is not.
+const gx_CircleOfMode* memoryOf(const gx_ContourMemory& memory, gxContourDefs::DiameterMode mode) {
+  if (mode == gxContourDefs::eFirstPoint) return &memory.aroundFirst;
+  return mode == gxContourDefs::eAllPairs ? memory.ofFarthestPair.get() : nullptr;
 }
 
 }  // namespace
 
 gxCircle gxContour::encloseCircle(gxContourDefs::DiameterMode mode) const {
-  gx_ContourMemory::Circle known{};
-  if (isKnown(state_.memory, mode, known)) return gxCircle({known[0], known[1]}, known[2]);
+  const gx_CircleOfMode* memory = memoryOf(state_.memory, mode);
+  gx_CircleOfMode::Circle known{};
+  if (memory != nullptr && memory->now.get(known)) return circleFrom(known);
   gxBudget unlimited;
   return encloseCircle(mode, unlimited);
 }
 
 gxCircle gxContour::encloseCircle(gxContourDefs::DiameterMode mode, gxBudget& budget) const {
-  const gx_ContourMemory& memory = state_.memory;
-  const auto slot = static_cast<unsigned>(mode);
-  if (slot >= memory.encloseCircles.size()) {
+  if (mode != gxContourDefs::eFirstPoint && mode != gxContourDefs::eAllPairs) {
     throw gxContourDefs::BadParams(L"diameterMode is not one of the valid enums");
   }
-  gx_ContourMemory::Circle known{};
-  if (isKnown(memory, mode, known)) return gxCircle({known[0], known[1]}, known[2]);
+  const gx_CircleOfMode& memory = mode == gxContourDefs::eFirstPoint
+                                      ? state_.memory.aroundFirst
+                                      : state_.memory.ofFarthestPair.made();
+  gx_CircleOfMode::Circle known{};
+  if (memory.now.get(known)) return circleFrom(known);
   gx_countComputation(gx_Computation::eEncloseCircle);
-  const gx_ContourMemory::Circle& before = memory.circlesBefore[slot];
-  gxCircle circle({before[0], before[1]}, before[2]);
+  gxCircle circle = circleFrom(memory.before);
   const std::vector<gxVector<2>>& points = state_.points;
   if (mode == gxContourDefs::eAllPairs && indexPays_()) {
     circleOf(points, gx_farthestPair(edgeIndex_(), outline_(), budget), circle);
@@ -109,13 +114,13 @@ gxCircle gxContour::encloseCircle(gxContourDefs::DiameterMode mode, gxBudget& bu
   } else {
     circleAroundFirst(points, circle);
   }
-  memory.encloseCircles[slot].set({circle.center().x(), circle.center().y(), circle.radius()});
+  memory.now.set({circle.center().x(), circle.center().y(), circle.radius()});
   return circle;
 }
 
 double gxContour::radiusAroundFirst_() const {
   double radius = 0.0;
-  if (state_.memory.encloseCircles[gxContourDefs::eFirstPoint].get<2>(radius)) return radius;
+  if (state_.memory.aroundFirst.now.get<2>(radius)) return radius;
   return encloseCircle(gxContourDefs::eFirstPoint).radius();
 }
 

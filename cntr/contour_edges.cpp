@@ -46,7 +46,7 @@ const std::vector<bool>& gxContour::validLine() const {
 }
 
 const gx_EdgeList& gxContour::edgeList_() const {
-  return state_.memory.edges.made([this] {
+  return state_.memory.seldom.made().edges.made([this] {
     gx_countComputation(gx_Computation::eEdges);
     return edgesOf(outline_());
   });

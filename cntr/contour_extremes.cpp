@@ -145,7 +145,7 @@ gxRect mappedBox(const std::vector<gxVector<2>>& points, const gxXform<2>& xform
 
 long gxContour::extremalVertexIndex(const gxRadian& angle) const {
   checkEmptyContour();
-  auto& memo = state_.memory.extremalVertices.made();
+  auto& memo = state_.memory.seldom.made().extremalVertices;
   long index = -1;
   if (memo.find(angle.toDouble(), index)) return index;
   gx_countComputation(gx_Computation::eExtremalVertex);
@@ -163,7 +163,7 @@ gxVector<2> gxContour::extremalVertexPosition(const gxRadian& angle) const {
 
 gxRect gxContour::encloseRect(const gxXform<2>& xform) const {
   checkEmptyContour();
-  auto& memo = state_.memory.encloseRects.made();
+  auto& memo = state_.memory.seldom.made().encloseRects;
   gxRect box;
   if (memo.find(xform, box)) return box;
   gx_countComputation(gx_Computation::eEncloseRect);

@@ -48,27 +48,29 @@ double medianEdgeLength(const gx_Outline& outline) {
 
 gxVector<2> gxContour::meanPosition() const {
   checkEmptyContour();
+  const gx_SeldomOfContour& memory = state_.memory.seldom.made();
   std::array<double, 2> known{};
-  if (state_.memory.meanPosition.get(known)) return {known[0], known[1]};
+  if (memory.meanPosition.get(known)) return {known[0], known[1]};
   gx_countComputation(gx_Computation::eMeanPosition);
   const gxVector<2> mean = meanOfEdges(outline_());
-  state_.memory.meanPosition.set({mean.x(), mean.y()});
+  memory.meanPosition.set({mean.x(), mean.y()});
   return mean;
 }
 
 double gxContour::medianFeatureSize() const {
   checkEmptyContour();
+  const gx_SeldomOfContour& memory = state_.memory.seldom.made();
   double median = 0.0;
-  if (state_.memory.medianFeatureSize.get<0>(median)) return median;
+  if (memory.medianFeatureSize.get<0>(median)) return median;
   gx_countComputation(gx_Computation::eMedianFeatureSize);
   median = medianEdgeLength(outline_());
-  state_.memory.medianFeatureSize.set({median});
+  memory.medianFeatureSize.set({median});
   return median;
 }
 
 void gxContour::fitEllipse(gxEllipse& ellipse, double& residual) const {
   checkEmptyContour();
-  const gx_Fit& fit = state_.memory.ellipse.made([this] {
+  const gx_Fit& fit = state_.memory.seldom.made().ellipse.made([this] {
     gx_countComputation(gx_Computation::eFitEllipse);
     gx_Fit fitted;
     gf_FitEllipse(state_.points, fitted.ellipse, fitted.residual);

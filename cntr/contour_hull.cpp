@@ -4,6 +4,8 @@
 #include <cntr/region.h>
 #include <velstd/convex_hull.h>
 
+#include <utility>
+
 void gxContour::convexHull(gxRegion& hull) const {
   checkEmptyContour();
   gxPtrHandle_const<gxRegion> known;  // of our own, because `hull` may be this contour
@@ -13,7 +15,7 @@ void gxContour::convexHull(gxRegion& hull) const {
     gx_countComputation(gx_Computation::eConvexHull);
     std::vector<gxVector<2>> corners;
     gfConvexHull(state_.points, corners);
-    known = gfMakeHandle<gxRegion>(corners, gxContourDefs::eNone);
+    known = gfMakeHandle<gxRegion>(std::move(corners), gxContourDefs::eNone);
     state_.memory.convexHull.publish(known);
   }
   hull = *known;

@@ -35,7 +35,7 @@ std::vector<int> gxContour::vertexIndex(const gxVector<2>& point, double toleran
   if (tolerance == std::numeric_limits<double>::infinity()) {
     return verticesAtFiniteDistance(state_.points, point);
   }
-  const auto lookup = state_.memory.vertexLookups.made().used(tolerance, state_.cachedVectorSize);
+  const auto lookup = state_.memory.seldom.made().vertexLookups.used(tolerance, state_.cachedVectorSize);
   const gx_VertexGrid* grid = lookup->grid.get();
   if (grid == nullptr && lookup->questions.spent() < gx_kPlainLookups) {
     lookup->questions.add(1);

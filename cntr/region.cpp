@@ -15,6 +15,11 @@ gxRegion::gxRegion(const std::vector<gxVector<2>>& points, gxContourDefs::Inters
   applyMode_(mode);
 }
 
+gxRegion::gxRegion(std::vector<gxVector<2>>&& points, gxContourDefs::IntersectionMode mode)
+    : gxContour(std::move(points), true) {
+  applyMode_(mode);
+}
+
 gxRegion::gxRegion(const gxContour& contour, gxContourDefs::IntersectionMode mode) : gxContour(contour) {
   gxRegion::cleanCacheInfo();  // what the contour remembered may hold for an open one
   applyMode_(mode);

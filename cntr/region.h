@@ -51,6 +51,9 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   /// Throws: with modes 1 and 2 what `outerHull` and `regularize` throw.
   explicit gxRegion(const std::vector<gxVector<2>>& points,
                     gxContourDefs::IntersectionMode mode = gxContourDefs::eNone);
+  /// The same with the outline taken over: nothing is copied, nothing allocated where it stays as it is.
+  explicit gxRegion(std::vector<gxVector<2>>&& points,
+                    gxContourDefs::IntersectionMode mode = gxContourDefs::eNone);
   /// The same of the points and label of a contour, which may be open.
   explicit gxRegion(const gxContour& contour,
                     gxContourDefs::IntersectionMode mode = gxContourDefs::eNone);

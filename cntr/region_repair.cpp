@@ -70,13 +70,14 @@ void gxRegion::regularize(gxRegion& result, gxBudget& budget) const {
     return;
   }
   gxPtrHandle_const<gxRegion> known;  // of our own, because `result` may own or be this one
-  if (const auto* published = memory_.regularized.get()) {
+  const gx_SeldomOfRegion& memory = memory_.seldom.made();
+  if (const auto* published = memory.regularized.get()) {
     known = *published;
   } else {
     gx_countComputation(gx_Computation::eRegularize);
     const auto made = gfMakeHandle<gxRegion>();
     repair_(*made, false, budget);
-    memory_.regularized.publish(made);
+    memory.regularized.publish(made);
     known = made;
   }
   result = *known;
@@ -88,13 +89,14 @@ void gxRegion::outerHull(gxRegion& result, gxBudget& budget) const {
     return;
   }
   gxPtrHandle_const<gxRegion> known;  // of our own, because `result` may own or be this one
-  if (const auto* published = memory_.outerHull.get()) {
+  const gx_SeldomOfRegion& memory = memory_.seldom.made();
+  if (const auto* published = memory.outerHull.get()) {
     known = *published;
   } else {
     gx_countComputation(gx_Computation::eOuterHull);
     const auto made = gfMakeHandle<gxRegion>();
     repair_(*made, true, budget);
-    memory_.outerHull.publish(made);
+    memory.outerHull.publish(made);
     known = made;
   }
   result = *known;

@@ -118,3 +118,53 @@ TEST(Moves, BetweenTheBasesOfPlainShapesAllocateNothing) {
   EXPECT_EQ(contour.points().size(), 4U);
   EXPECT_TRUE(taken.points().empty());
 }
+
+TEST(MovedInPoints, AreTakenOverWithoutACopyOrAnAllocation) {
+  Points outline = square(0, 10);
+  const gxVector<2>* const place = outline.data();
+  Points second = square(0, 10);
+  const gxVector<2>* const secondPlace = second.data();
+  const memory_test::Allocations allocations;
+  const gxContour contour(std::move(outline), false, 7);
+  const gxRegion region(std::move(second));
+  EXPECT_EQ(allocations.count(), 0);
+  EXPECT_EQ(contour.points().data(), place);
+  EXPECT_EQ(region.points().data(), secondPlace);
+  EXPECT_FALSE(contour.isClosed());
+  EXPECT_EQ(contour.label(), 7U);
+  EXPECT_EQ(contour, gxContour(square(0, 10), false));
+  EXPECT_EQ(region.area(false), 100.0);
+}
+
+TEST(MovedInPoints, OfARegionOnTheHeapCostOneAllocationAndCopiedOnesTwo) {
+  Points outline = square(0, 10);
+  const Points kept = square(0, 10);
+  const memory_test::Allocations moved;
+  const Handle first = gfMakeHandle<gxRegion>(std::move(outline));
+  EXPECT_EQ(moved.count(), 1);
+  const memory_test::Allocations copied;
+  const Handle second = gfMakeHandle<gxRegion>(kept);
+  EXPECT_EQ(copied.count(), 2);
+  EXPECT_EQ(*first, *second);
+}
+
+TEST(MovedInPoints, AreRepairedAsCopiedOnesAre) {
+  const Points bowTie{{0, 0}, {4, 4}, {4, 0}, {0, 4}};
+  const gxRegion copied(bowTie, gxContourDefs::eRegularize);
+  const gxRegion moved(Points(bowTie), gxContourDefs::eRegularize);
+  EXPECT_EQ(moved, copied);
+  EXPECT_NE(moved.points(), bowTie);
+}
+
+TEST(FreshShapes, AskedForTheMeasuresOfEveryDayAllocateTheirPointsAlone) {
+  const Points outline = square(0, 10);
+  const memory_test::Allocations allocations;
+  const gxRegion region(outline);
+  region.centerOfMass(false);
+  region.area(false);
+  region.length();
+  region.diameter(gxContourDefs::eFirstPoint);
+  EXPECT_TRUE(region.inside({5, 5}, false));
+  EXPECT_FALSE(region.isSelfIntersecting());
+  EXPECT_EQ(allocations.count(), 1);
+}

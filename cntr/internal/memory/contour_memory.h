@@ -30,6 +30,33 @@ struct gx_Fit {
   double residual = 0.0;
 };
 
+/// What is rarely asked, made by the first question of these: so a contour that is asked for none of them
+/// carries a pointer instead of eight memories.
+struct gx_SeldomOfContour {
+  gx_Numbers<2> meanPosition;
+  gx_Numbers<1> medianFeatureSize;
+  gx_Shared<gx_Fit> ellipse;
+  gx_Shared<gx_EdgeList> edges;  // for derived classes that ask for them
+  gx_KeyedMemo<gxXform<2>, gxRect, gx_XformKey> encloseRects;
+  gx_KeyedMemo<double, long, gx_AngleKey> extremalVertices;
+  gx_VertexLookups vertexLookups;
+};
+
+/// The circle of one diameter mode, centre and radius, and the one that stood there for the points before.
+/// A contour without two distinct points answers with the latter, which `drop` alone writes.
+struct gx_CircleOfMode {
+  using Circle = std::array<double, 3>;
+
+  gx_Numbers<3> now;
+  Circle before{};
+
+  void drop() noexcept {
+    Circle circle{};
+    if (now.get(circle)) before = circle;
+    now.drop();
+  }
+};
+
 /// The results that a contour has computed for its present points.  A result is computed aside and then
 /// published (see `published.h`, `shared_part.h`, `keyed_memo.h`), by const operations and so by any
 /// number of threads; all are dropped by one call, `drop`, which belongs to operations that have the
@@ -38,27 +65,19 @@ struct gx_Fit {
 /// A copy takes each result as known or unknown, whatever other threads are about to publish; nothing
 /// may be concluded from one result about another.
 struct gx_ContourMemory {
-  gx_Numbers<2> meanPosition;
   gx_Numbers<1> length;
-  gx_Numbers<1> medianFeatureSize;
   gx_YesNo selfIntersecting;
   gx_Once<gxPtrHandle_const<gxRegion>> convexHull;  // shared with copies of the contour
-  gx_Shared<gx_Fit> ellipse;
-  gx_Shared<gx_EdgeList> edges;  // for derived classes that ask for them
 
   // The upright rectangle of the points themselves, lowest and highest corner, by which crossings and
   // containment reject.  It stands apart from the answers by transform, one of which may be that of a
   // shear under the identity's key.
   gx_Numbers<4> uprightBox;
 
-  gx_Copied<gx_KeyedMemo<gxXform<2>, gxRect, gx_XformKey>> encloseRects;
-  gx_Copied<gx_KeyedMemo<double, long, gx_AngleKey>> extremalVertices;
-
-  // One circle for each diameter mode, centre and radius.  A contour without two distinct points answers
-  // with the circle that stood there for the points before, which `drop` alone writes.
-  using Circle = std::array<double, 3>;
-  std::array<gx_Numbers<3>, 2> encloseCircles;
-  std::array<Circle, 2> circlesBefore{};
+  // The circle around the first point, by which containment rejects, and that of the farthest pair.  The
+  // latter is made by the first question and stays from then on, for the sake of the circle before.
+  gx_CircleOfMode aroundFirst;
+  gx_Copied<gx_CircleOfMode> ofFarthestPair;
 
   // The tree of boxes over the edges, made by the first question that it pays for.
   gx_Shared<gx_EdgeIndex> edgeIndex;
@@ -66,7 +85,7 @@ struct gx_ContourMemory {
   // nanoseconds a point.
   gx_Effort nearestEffort;
 
-  gx_Copied<gx_VertexLookups> vertexLookups;
+  gx_Copied<gx_SeldomOfContour> seldom;
 
   // Whether somebody relies on the points, and must be told when they change.  Does not go along with a
   // copy or a move.
@@ -75,23 +94,14 @@ struct gx_ContourMemory {
   /// Forgets every result.
   void drop() noexcept {
     watch.changed();
-    for (std::size_t mode = 0; mode < encloseCircles.size(); ++mode) {
-      Circle circle{};
-      if (encloseCircles[mode].get(circle)) circlesBefore[mode] = circle;
-      encloseCircles[mode].drop();
-    }
-    meanPosition.drop();
+    aroundFirst.drop();
+    if (gx_CircleOfMode* circle = ofFarthestPair.get()) circle->drop();
     length.drop();
-    medianFeatureSize.drop();
     selfIntersecting.drop();
     convexHull.drop();
-    ellipse.drop();
-    edges.drop();
     uprightBox.drop();
-    encloseRects.drop();
-    extremalVertices.drop();
     edgeIndex.drop();
     nearestEffort.drop();
-    vertexLookups.drop();
+    seldom.drop();
   }
 };
