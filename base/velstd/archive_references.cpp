@@ -11,7 +11,9 @@
 #include <velstd/archive.h>
 #include <velstd/internal/archive_number.h>
 #include <velstd/internal/archive_pass.h>
+#include <velstd/internal/class_names.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -67,35 +69,46 @@ void gxArchive::storeReference_(gxPersistent* pointer) {
     return;
   }
   // Two bases of one object may be reached through different addresses; the whole object has one.
-  const auto [place, isNew] = pass_->stored.try_emplace(dynamic_cast<const void*>(pointer));
-  gx_ArchivePass::StoredObject& stored = place->second;
+  gx_StoredObjects& stored = pass_->stored;
+  const void* const whole = dynamic_cast<const void*>(pointer);
+  number = stored.find(whole);
+  const bool isNew = number == 0;
   if (isNew) {
-    if (pass_->stored.size() > limits_.objects) tooManyObjects_();
-    stored.number = static_cast<std::uint32_t>(pass_->stored.size());
-    stored.held = heldByHandles(*pointer);
-    gx_PtrHandleBase_RepAccessor::acquire(stored.held);
-  } else if (!stored.complete) {
+    number = stored.add(whole);
+    if (number > limits_.objects) tooManyObjects_();
+    // The first is the caller's, who has it for as long as the pass runs.
+    if (number > 1) stored.hold(number, heldByHandles(*pointer));
+  } else if (!stored.isComplete(number)) {
     throw BadReference(L"an object reaches itself and cannot be stored");
   }
-  number = stored.number;
   gf_TransferLittle(*this, number);
   if (!isNew) return;
   const Level level(*this);
   storeClass_(*pointer);
   pointer->dispatchSerialize(*this);
-  stored.complete = true;
+  stored.complete(number);
 }
 
 void gxArchive::storeClass_(const gxPersistent& object) {
-  const std::string name = gf_ClassName(typeid(object));
-  const auto [place, isNew] = pass_->storedClasses.try_emplace(name);
-  if (isNew) {
-    if (gx_Instantiator::factory(name) == nullptr || name.size() > kLongestName) {
-      throw UnknownClass(gf_Printable(name) + L" is not a registered class");
-    }
-    place->second = static_cast<std::uint32_t>(pass_->storedClasses.size());
+  std::vector<gx_ArchivePass::StoredClass>& classes = pass_->storedClasses;
+  for (const auto& known : classes) {
+    if (*known.type != typeid(object)) continue;
+    std::uint32_t number = known.number;
+    gf_TransferLittle(*this, number);
+    return;
   }
-  gf_TransferLittle(*this, place->second);
+  const gx_NamedClass named = gf_NamedClass(typeid(object));
+  const std::string& name = named.name;
+  if (!named.isRegistered || name.size() > kLongestName) {
+    throw UnknownClass(gf_Printable(name) + L" is not a registered class");
+  }
+  // Types of two libraries may be one class by their name.
+  const auto same = std::find_if(classes.begin(), classes.end(),
+                                 [&](const auto& known) { return known.name == name; });
+  const bool isNew = same == classes.end();
+  std::uint32_t number = isNew ? ++pass_->storedNames : same->number;
+  classes.push_back({&typeid(object), name, number});
+  gf_TransferLittle(*this, number);
   if (!isNew) return;
   auto length = static_cast<unsigned char>(name.size());
   *this || length;
@@ -146,7 +159,7 @@ gxPersistent* gxArchive::loadClass_(gxPersistent* root) {
   }
   const gx_ArchivePass::LoadedClass& named = classes[number - 1];
   if (root != nullptr) {
-    const std::string wanted = gf_ClassName(typeid(*root));
+    const std::string wanted = gf_NamedClass(typeid(*root)).name;
     if (named.name != wanted) {
       throw BadFormat(L"the archive holds a " + gf_Printable(named.name) + L", not a " +
                       gf_Printable(wanted));

@@ -8,6 +8,9 @@
 //      the process ends.
 //   4. It remembers who registered what, in order, also names that are there already: when a library is
 //      unloaded its factories point to nothing, and the next one of the name, if any, takes over.
+//   5. It keeps the type beside the name: an archive asks for the name of every class that it writes, and
+//      spelling it from the compiler's form takes a microsecond.
+#include <velstd/internal/class_names.h>
 #include <velstd/internal/shape_records.h>
 #include <velstd/registry.h>
 
@@ -35,9 +38,9 @@ class Registry {
     const std::lock_guard<std::mutex> lock(mutex_);
     const auto found = find_(name);
     if (found == classes_.end()) {
-      classes_.push_back({name, {{make, owner}}});
+      classes_.push_back({name, {{make, owner, &type}}});
     } else {
-      found->registrations.push_back({make, owner});
+      found->registrations.push_back({make, owner, &type});
     }
   }
 
@@ -55,6 +58,17 @@ class Registry {
     return found == classes_.end() ? nullptr : found->registrations.front().make;
   }
 
+  // Returns the name under which the type is registered, empty where it is not.
+  std::string nameOf(const std::type_info& type) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    for (const Class& one : classes_) {
+      for (const Registration& registration : one.registrations) {
+        if (*registration.type == type) return one.name;
+      }
+    }
+    return {};
+  }
+
   std::vector<std::string> names() {
     const std::lock_guard<std::mutex> lock(mutex_);
     std::vector<std::string> names;
@@ -70,6 +84,7 @@ class Registry {
   struct Registration {
     gx_Instantiator::Factory make;
     const gx_Instantiator* owner;  // null for velstd's own, which stay
+    const std::type_info* type;    // of the owner's library, and so there as long as the owner
   };
   struct Class {
     std::string name;
@@ -103,6 +118,14 @@ std::string gf_ClassName(const std::type_info& type) {
   }
   return name;
 #endif
+}
+
+gx_NamedClass gf_NamedClass(const std::type_info& type) {
+  std::string name = Registry::instance().nameOf(type);
+  if (!name.empty()) return {std::move(name), true};
+  name = gf_ClassName(type);
+  const bool isRegistered = Registry::instance().find(name) != nullptr;
+  return {std::move(name), isRegistered};
 }
 
 gx_Instantiator::gx_Instantiator(const std::type_info& type, Factory maker) {

@@ -130,6 +130,31 @@ TEST(ArchiveReferences, SharedObjectsAreStoredOnceAndComeBackShared) {
   EXPECT_EQ(back.xform->refCount(), 1);
 }
 
+TEST(ArchiveReferences, OfManyObjectsThatComeTwiceEachIsStoredOnce) {
+  for (const long count : {1, 7, 8, 9, 40}) {
+    SCOPED_TRACE(count);
+    Pair pair;
+    for (long i = 0; i < count; ++i) {
+      const gxPtrHandle<ProbeNode> node(new ProbeNode);
+      node->number = i;
+      pair.nodes.emplace_back(node);
+    }
+    for (long i = count; i-- > 0;) pair.nodes.push_back(pair.nodes[static_cast<std::size_t>(i)]);
+    gxArchive archive;
+    archive.store(pair);
+    Pair loaded;
+    gxArchive reading(archive.bytes());
+    reading.load(loaded);
+    ASSERT_EQ(loaded.nodes.size(), pair.nodes.size());
+    for (std::size_t i = 0; i < loaded.nodes.size(); ++i) {
+      EXPECT_EQ(loaded.nodes[i]->number, pair.nodes[i]->number);
+      EXPECT_EQ(loaded.nodes[i], loaded.nodes[loaded.nodes.size() - 1 - i]) << "shared";
+    }
+    EXPECT_EQ(loaded.nodes[0]->refCount(), 2);
+    EXPECT_EQ(pair.nodes[0]->refCount(), 2) << "the pass has let go";
+  }
+}
+
 TEST(ArchiveReferences, AnObjectOfAnUnexpectedClassLoadsAsNullAndDies) {
   RecordWriter w;
   w.object(1, 1, "(anonymous namespace)::Pair").sequence(2);

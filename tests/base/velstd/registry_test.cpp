@@ -1,4 +1,6 @@
 // The registry: names, order, factories.
+//
+// Covers base/velstd/internal/class_names.h
 #include <gtest/gtest.h>
 #include <velstd/archive.h>
 #include <velstd/circle.h>
@@ -96,4 +98,27 @@ TEST(RegistryFactories, OfTheBaseLibraryStayWhoeverElseRegistersThem) {
   { const gx_Instantiator another(typeid(gxCircle), &makeAnother); }
   EXPECT_EQ(gx_Instantiator::factory("gxCircle"), before);
   EXPECT_EQ(gx_Instantiator::registeredClasses()[3], "gxCircle");
+}
+
+TEST(RegistryNames, AnArchiveKnowsAClassOnlyWhileItIsRegistered) {
+  const First object;
+  gxArchive archive;
+  EXPECT_THROW(archive.store(object), gxArchive::UnknownClass);
+  {
+    const gx_Instantiator known(typeid(First), &First::make);
+    archive.store(object);
+    gxArchive loading(archive.bytes());
+    EXPECT_NE(dynamic_cast<First*>(loading.loadNew().get()), nullptr);
+  }
+  EXPECT_THROW(archive.store(object), gxArchive::UnknownClass);
+}
+
+TEST(RegistryNames, AnArchiveTakesAClassOfARegisteredNameForThatClass) {
+  // As of two libraries that each have the class: the name decides.
+  const gx_Instantiator known(typeid(First), &First::make);
+  Of<gxCircle> other;
+  gxArchive archive;
+  archive.store(First());
+  gxArchive loading(archive.bytes());
+  EXPECT_THROW(loading.load(other), gxArchive::BadFormat);
 }
