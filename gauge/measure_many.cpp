@@ -1,30 +1,29 @@
 // Many outlines, four side by side.
 //
 //  1. Of 64 outlines in a row, those that are ordinary (at least three points, finite, not all on one line)
-//     are put in the order of their sizes; the others are measured one by one.
+//     are put in the order of their sizes, above 64 points roughly; the others are measured one by one.
 //  2. Four of about the same size go through the loops of length and moments together, one in each lane:
 //     every lane does what the single form does, in its order, so that each outline keeps its bits.  An
 //     outline that ends before the longest of the four goes on with its last point, an edge of length 0
-//     with moments 0, which changes no sum.  (In one outline four edges at a time would be faster still,
+//     with moments 0, which changes no sum.  Fewer than four left over are filled up with the last of them.
+//     (In one outline four edges at a time would be faster still,
 //     but the sums would be others.)
 //  3. Where a lane meets an edge so short that its length must be computed with care, or a scale at the ends
 //     of the range, the four are measured one by one.
 #include <cntr/contourdefs.h>
-#include <gauge/descriptors.h>
-#include <gauge/enclosing.h>
 #include <gauge/internal/edge_terms.h>
 #include <gauge/internal/frame.h>
-#include <gauge/internal/hull.h>
 #include <gauge/internal/ring_moments.h>
 #include <gauge/measure.h>
 #include <gauge/measure_many.h>
 #include <gauge/moments.h>
-#include <velstd/orientation.h>
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #if defined(__SSE2__)
@@ -254,13 +253,14 @@ void finish(const Lane& lane, const std::array<double, 10>& terms, double length
   putRow(m, {fourth(sums.m20), fourth(sums.m11), fourth(sums.m02)}, lane.row, columns);
 }
 
-void measureFour(const Lane* lanes, gxMeasureColumns& columns) {
+// Four outlines, of which the first `count` are wanted.
+void measureFour(const std::array<Lane, 4>& lanes, std::size_t count, gxMeasureColumns& columns) {
   Sums sums;
-  const bool within = std::all_of(lanes, lanes + 4, [](const Lane& lane) {
+  const bool within = std::all_of(lanes.begin(), lanes.end(), [](const Lane& lane) {
     return lane.scale >= 0x1p-1000 && lane.scale <= 0x1p1000;
   });
-  const bool plain = within && sumUpFour(lanes, sums);
-  for (std::size_t k = 0; k < 4; ++k) {
+  const bool plain = within && sumUpFour(lanes.data(), sums);
+  for (std::size_t k = 0; k < count; ++k) {
     if (plain) {
       finish(lanes[k], sums.moments[k], sums.length[k], columns);
     } else {
@@ -269,106 +269,78 @@ void measureFour(const Lane* lanes, gxMeasureColumns& columns) {
   }
 }
 
-// Up to kChunk outlines.
-void measureChunk(const gxOutlines& outlines, std::size_t first, std::size_t last,
-                  gxMeasureColumns& columns) {
-  std::array<std::size_t, kChunk> rows{};
+// ---- Outlines of about the same size --------------------------------------------------------------
+
+// The ordinary ones among up to kChunk outlines.
+struct Ordinary {
+  std::array<Lane, kChunk> lanes;
   std::size_t count = 0;
+};
+
+// Sizes of one class go together: below 64 points every size is one, above there are eight to a doubling.
+constexpr std::size_t kExactSizes = 64;
+constexpr std::size_t kClasses = kExactSizes + 8 * (64 - 6);
+
+std::size_t classOf(std::size_t size) {
+  if (size < kExactSizes) return size;
+  const auto digits = static_cast<std::size_t>(std::bit_width(size));  // 7 or more
+  return kExactSizes + 8 * (digits - 7) + ((size >> (digits - 4)) & 7U);
+}
+
+// The lanes by size class, within a class in the order of the rows: counted, not compared.
+std::array<std::uint8_t, kChunk> bySize(const Ordinary& ordinary) {
+  std::array<std::uint8_t, kClasses> next{};
+  std::size_t least = kClasses;
+  std::size_t most = 0;
+  for (std::size_t i = 0; i < ordinary.count; ++i) {
+    const std::size_t its = classOf(ordinary.lanes[i].points.size());
+    ++next[its];
+    least = std::min(least, its);
+    most = std::max(most, its);
+  }
+  std::uint8_t begin = 0;
+  for (std::size_t c = least; c <= most; ++c) {
+    const std::uint8_t count = next[c];
+    next[c] = begin;
+    begin = static_cast<std::uint8_t>(begin + count);
+  }
+  std::array<std::uint8_t, kChunk> order{};
+  for (std::size_t i = 0; i < ordinary.count; ++i) {
+    order[next[classOf(ordinary.lanes[i].points.size())]++] = static_cast<std::uint8_t>(i);
+  }
+  return order;
+}
+
+void measureByFours(const Ordinary& ordinary, gxMeasureColumns& columns) {
+  const std::array<std::uint8_t, kChunk> order = bySize(ordinary);
+  std::array<Lane, 4> lanes;
+  for (std::size_t i = 0; i < ordinary.count; i += 4) {
+    const std::size_t count = std::min<std::size_t>(4, ordinary.count - i);
+    for (std::size_t k = 0; k < 4; ++k) lanes[k] = ordinary.lanes[order[i + std::min(k, count - 1)]];
+    measureFour(lanes, count, columns);
+  }
+}
+
+// Up to kChunk outlines, with room for them.
+void measureChunk(const gxOutlines& outlines, std::size_t first, std::size_t last, Ordinary& ordinary,
+                  gxMeasureColumns& columns) {
+  ordinary.count = 0;
   for (std::size_t k = first; k < last; ++k) {
     const Points points = outlines[k];
+    Lane& lane = ordinary.lanes[ordinary.count];
     if (!outlines.valid(k)) {
       putInvalid(k, columns);
-    } else if (points.size() < 3 || !gx_allFinite(points) || gx_onOneLine(points)) {
+    } else if (points.size() < 3 || !gx_finiteBoxOf(points, lane.box) || gx_onOneLine(points)) {
       measureOne(points, k, columns);
     } else {
-      rows[count++] = k;
+      lane.points = points;
+      lane.row = k;
+      lane.frame = gx_Frame(lane.box);
+      lane.scale = lane.frame.scaled({1.0, 1.0}).x();
+      ++ordinary.count;
     }
   }
-  std::sort(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(count),
-            [&outlines](std::size_t a, std::size_t b) {
-              const std::size_t sizeA = outlines[a].size();
-              const std::size_t sizeB = outlines[b].size();
-              return sizeA != sizeB ? sizeA < sizeB : a < b;
-            });
-  std::size_t i = 0;
-  for (; i + 4 <= count; i += 4) {
-    std::array<Lane, 4> lanes;
-    for (std::size_t k = 0; k < 4; ++k) {
-      lanes[k].row = rows[i + k];
-      lanes[k].points = outlines[rows[i + k]];
-      lanes[k].box = gx_boxOf(lanes[k].points);
-      lanes[k].frame = gx_Frame(lanes[k].box);
-      lanes[k].scale = lanes[k].frame.scaled({1.0, 1.0}).x();
-    }
-    measureFour(lanes.data(), columns);
-  }
-  for (; i < count; ++i) measureOne(outlines[rows[i]], rows[i], columns);
-}
-
-template <class Columns>
-void checkRows(const Columns& columns, std::size_t last) {
-  if (columns.size() < last) throw gxContourDefs::BadParams(L"the columns are shorter than the range");
-}
-
-// ---- Places --------------------------------------------------------------------------------------
-
-bool isFinite(const gxVector<2>& p) {
-  return std::isfinite(p.x()) && std::isfinite(p.y());
-}
-
-// Even-odd, exactly: an edge holds its lower end's level but not its upper end's.
-gxState stateOf(Points points, const gxVector<2>& p) {
-  bool odd = false;
-  const gxVector<2>* a = &points.back();
-  for (const gxVector<2>& b : points) {
-    const bool aboveA = a->y() > p.y();
-    const bool aboveB = b.y() > p.y();
-    if (aboveA != aboveB) {
-      const int side = gx_Orientation(*a, b, p);
-      if (side == 0) return gxState::eBorder;
-      odd ^= (side > 0) == aboveB;
-    } else if (b.y() == p.y()) {
-      const bool holds = std::min(a->x(), b.x()) <= p.x() && p.x() <= std::max(a->x(), b.x());
-      if (b.x() == p.x() || (a->y() == p.y() && holds)) return gxState::eBorder;
-    }
-    a = &b;
-  }
-  return odd ? gxState::eInside : gxState::eOutside;
-}
-
-void locateList(Points outline, Points queries, std::span<gxState> states) {
-  const bool answers = !outline.empty() && gx_allFinite(outline);
-  for (std::size_t j = 0; j < queries.size(); ++j) {
-    states[j] = answers && isFinite(queries[j]) ? stateOf(outline, queries[j]) : gxState::eOutside;
-  }
-}
-
-// ---- Enclosures ----------------------------------------------------------------------------------
-
-void encloseOne(const gxOutlines& outlines, std::size_t k, gxEnclosureColumns& c) {
-  const Points points = outlines[k];
-  gxEnclosingCircle circle = gfEnclosingCircle(points);
-  double area = 0.0;
-  double diameter = 0.0;
-  long corners = 0;
-  if (!outlines.valid(k)) circle.status = gxStatus::eBadArgument;
-  if (circle.status == gxStatus::eBadArgument) {
-    area = diameter = circle.radius = kNaN;
-  } else if (circle.status == gxStatus::eNotFinite) {
-    area = diameter = kNaN;
-  } else if (!points.empty()) {
-    const gx_Hull hull(points);
-    corners = static_cast<long>(hull.size());
-    area = hull.size() < 3 ? 0.0 : hull.frame().areaFrom(hull.area());
-    diameter = hull.frame().lengthFrom(hull.greatest().width);
-  }
-  c.status[k] = circle.status;
-  c.hullSize[k] = corners;
-  c.hullArea[k] = area;
-  c.diameter[k] = diameter;
-  c.circleX[k] = circle.centre.x();
-  c.circleY[k] = circle.centre.y();
-  c.circleRadius[k] = circle.radius;
+  measureByFours(ordinary, columns);
 }
 
 }  // namespace
@@ -391,47 +363,11 @@ gxMeasureColumns gfMeasureMany(const gxOutlines& outlines) {
 void gfMeasureMany(const gxOutlines& outlines, std::size_t first, std::size_t last,
                    gxMeasureColumns& columns) {
   last = std::min(last, outlines.size());
-  checkRows(columns, last);
+  if (columns.size() < last) {
+    throw gxContourDefs::BadParams(L"the columns are shorter than the range");
+  }
+  Ordinary ordinary;
   for (std::size_t k = first; k < last; k += kChunk) {
-    measureChunk(outlines, k, std::min(k + kChunk, last), columns);
+    measureChunk(outlines, k, std::min(k + kChunk, last), ordinary, columns);
   }
-}
-
-std::vector<gxState> gfLocateMany(const gxOutlines& outlines, const gxOutlines& queries) {
-  std::vector<gxState> states(queries.points().size(), gxState::eOutside);
-  gfLocateMany(outlines, queries, 0, outlines.size(), states);
-  return states;
-}
-
-void gfLocateMany(const gxOutlines& outlines, const gxOutlines& queries, std::size_t first,
-                  std::size_t last, std::span<gxState> states) {
-  if (states.size() < queries.points().size()) {
-    throw gxContourDefs::BadParams(L"fewer states than points to locate");
-  }
-  last = std::min({last, outlines.size(), queries.size()});
-  for (std::size_t k = first; k < last; ++k) {
-    const Points asked = queries[k];
-    if (!asked.empty()) locateList(outlines[k], asked, states.subspan(queries.offset(k), asked.size()));
-  }
-}
-
-void gxEnclosureColumns::resize(std::size_t rows) {
-  status.resize(rows, gxStatus::eEmpty);
-  hullSize.resize(rows, 0);
-  for (auto* column : {&hullArea, &diameter, &circleRadius}) column->resize(rows, 0.0);
-  for (auto* column : {&circleX, &circleY}) column->resize(rows, kNaN);
-}
-
-gxEnclosureColumns gfEncloseMany(const gxOutlines& outlines) {
-  gxEnclosureColumns columns;
-  columns.resize(outlines.size());
-  gfEncloseMany(outlines, 0, outlines.size(), columns);
-  return columns;
-}
-
-void gfEncloseMany(const gxOutlines& outlines, std::size_t first, std::size_t last,
-                   gxEnclosureColumns& columns) {
-  last = std::min(last, outlines.size());
-  checkRows(columns, last);
-  for (std::size_t k = first; k < last; ++k) encloseOne(outlines, k, columns);
 }

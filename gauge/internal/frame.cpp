@@ -4,7 +4,9 @@
 #include <velstd/orientation.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #if defined(__SSE2__)
@@ -42,6 +44,12 @@ struct PairedBox {
     low = _mm_min_pd(xy, low);
     high = _mm_max_pd(xy, high);
   }
+  // NaN from the first coordinate on that is not finite.
+  void addZeros(const gxVector<2>& p) {
+    zeros = _mm_add_pd(zeros,
+                       _mm_mul_pd(_mm_loadu_pd(reinterpret_cast<const double*>(&p)), _mm_setzero_pd()));
+  }
+  bool isFinite() const { return _mm_movemask_pd(_mm_cmpeq_pd(zeros, zeros)) == 3; }
   gx_Box box() const {
     gx_Box result;
     result.lowX = _mm_cvtsd_f64(low);
@@ -50,12 +58,28 @@ struct PairedBox {
     result.highY = _mm_cvtsd_f64(_mm_unpackhi_pd(high, high));
     return result;
   }
+
+  __m128d zeros = _mm_setzero_pd();
 };
 #else
 struct PairedBox : gx_Box {
+  void addZeros(const gxVector<2>& p) { zeros += p.x() * 0.0 + p.y() * 0.0; }
+  bool isFinite() const { return zeros == 0.0; }
   gx_Box box() const { return *this; }
+
+  double zeros = 0.0;
 };
 #endif
+
+// 2 to the power of e, which is from -1000 to 1000.
+double powerOfTwo(int e) {
+  return std::bit_cast<double>(static_cast<std::uint64_t>(e + 1023) << 52U);
+}
+
+// The exponent of a positive number that is not subnormal.
+int exponentOf(double value) {
+  return static_cast<int>(std::bit_cast<std::uint64_t>(value) >> 52U) - 1023;
+}
 
 }  // namespace
 
@@ -71,6 +95,24 @@ gx_Box gx_boxOf(std::span<const gxVector<2>> points) {
   gx_Box box = even.box();
   box.add(odd.box());
   return box;
+}
+
+bool gx_finiteBoxOf(std::span<const gxVector<2>> points, gx_Box& box) {
+  PairedBox even;
+  PairedBox odd;
+  const auto add = [](PairedBox& to, const gxVector<2>& p) {
+    to.add(p);
+    to.addZeros(p);
+  };
+  std::size_t i = 0;
+  for (; i + 2 <= points.size(); i += 2) {
+    add(even, points[i]);
+    add(odd, points[i + 1]);
+  }
+  if (i < points.size()) add(even, points[i]);
+  box = even.box();
+  box.add(odd.box());
+  return even.isFinite() && odd.isFinite();
 }
 
 bool gx_onOneLine(std::span<const gxVector<2>> points) {
@@ -93,10 +135,11 @@ gx_Frame::gx_Frame(const gx_Box& box)
       return;
     }
   }
-  const int exponent = half > 0.0 ? std::ilogb(half) : -1074;
+  int exponent = -1074;
+  if (half > 0.0) exponent = half < 0x1p-1022 ? std::ilogb(half) : exponentOf(half);
   const int first = std::clamp(exponent, -1000, 1000);
-  up_ = std::ldexp(1.0, -first);
-  down_ = std::ldexp(1.0, first);
-  upAgain_ = std::ldexp(1.0, first - exponent);
-  downAgain_ = std::ldexp(1.0, exponent - first);
+  up_ = powerOfTwo(-first);
+  down_ = powerOfTwo(first);
+  upAgain_ = powerOfTwo(first - exponent);
+  downAgain_ = powerOfTwo(exponent - first);
 }

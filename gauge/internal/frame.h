@@ -13,6 +13,10 @@ GXSHAPE_API bool gx_allFinite(std::span<const gxVector<2>> points);
 /// Returns the box of the points; empty for none.  A NaN coordinate is passed over.
 GXSHAPE_API gx_Box gx_boxOf(std::span<const gxVector<2>> points);
 
+/// Puts the box of the points into `box` and returns true where every coordinate is finite; else returns
+/// false, with anything in `box`.  Cost: one pass.
+GXSHAPE_API bool gx_finiteBoxOf(std::span<const gxVector<2>> points, gx_Box& box);
+
 /// Tells, exactly, whether all points lie on one line; true for fewer than 3 distinct ones.
 /// Cost: O(1) for nearly all shapes, O(n) where the answer is yes.
 GXSHAPE_API bool gx_onOneLine(std::span<const gxVector<2>> points);

@@ -58,6 +58,7 @@
 #include <gauge/distance.h>
 #include <gauge/enclosing.h>
 #include <gauge/feret.h>
+#include <gauge/fit_many.h>
 #include <gauge/form.h>
 #include <gauge/frechet.h>
 #include <gauge/gauge.h>

@@ -1,3 +1,7 @@
+// Covers gauge/areas_many.cpp
+// Covers gauge/enclose_many.cpp
+// Covers gauge/locate_many.cpp
+// Covers gauge/measure_many.cpp
 #include <gauge/measure_many.h>
 
 #include <cntr/contourdefs.h>
@@ -9,11 +13,14 @@
 #include <support/random_shapes.h>
 #include <support/same_bits.h>
 #include <support/source_folder.h>
+#include <velstd/convex_hull.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <random>
 #include <thread>
 #include <vector>
 
@@ -328,4 +335,195 @@ TEST(EncloseMany, IsWhatTheSingleFormsFind) {
     EXPECT_EQ(c.hullSize[4], 2);
     EXPECT_EQ(c.hullSize[15], 3);
   }
+}
+
+// ---- Areas -----------------------------------------------------------------------------------------
+
+namespace {
+
+void expectAreaRow(const gxAreaColumns& c, std::size_t k, const Points& outline) {
+  SCOPED_TRACE(testing::Message() << "row " << k << " of " << outline.size() << " points");
+  const gxMeasure one = gfMeasure(outline);
+  ASSERT_EQ(c.status[k], one.status);
+  // Far from ordinary sizes, too, gfMeasure answers.
+  if (one.status != gxStatus::eOk || !(one.area > 1e-121 && one.area < 1e121)) {
+    EXPECT_TRUE(sameBits(c.area[k], one.area)) << c.area[k] << " " << one.area;
+    EXPECT_TRUE(sameBits(c.centreX[k], one.centre.x())) << c.centreX[k] << " " << one.centre.x();
+    EXPECT_TRUE(sameBits(c.centreY[k], one.centre.y())) << c.centreY[k] << " " << one.centre.y();
+    return;
+  }
+  const double size = std::max(one.high.x() - one.low.x(), one.high.y() - one.low.y());
+  const double place = 2e-16 * std::max(std::abs(one.centre.x()), std::abs(one.centre.y()));
+  EXPECT_LE(std::abs(c.area[k] - one.area), 1e-12 * one.area);
+  EXPECT_LE(std::abs(c.centreX[k] - one.centre.x()), 1e-12 * size + place);
+  EXPECT_LE(std::abs(c.centreY[k] - one.centre.y()), 1e-12 * size + place);
+}
+
+void expectAreaRows(const std::vector<Points>& outlines) {
+  const Many many = manyOf(outlines);
+  const gxAreaColumns columns = gfAreasMany(many.all());
+  ASSERT_EQ(columns.size(), outlines.size());
+  for (std::size_t k = 0; k < outlines.size(); ++k) expectAreaRow(columns, k, outlines[k]);
+}
+
+}  // namespace
+
+TEST(AreasMany, ASquareATriangleAndNothing) {
+  const Many many =
+      manyOf({{{1, 1}, {3, 1}, {3, 3}, {1, 3}}, {{0, 0}, {0, 3}, {6, 0}}, {}, {{0, 0}, {2, 2}, {4, 4}}});
+  const gxAreaColumns c = gfAreasMany(many.all());
+  EXPECT_EQ(c.status,
+            (std::vector<gxStatus>{gxStatus::eOk, gxStatus::eOk, gxStatus::eEmpty, gxStatus::eFlat}));
+  EXPECT_EQ(c.area, (std::vector<double>{4.0, 9.0, 0.0, 0.0}));
+  EXPECT_EQ(c.centreX[0], 2.0);
+  EXPECT_EQ(c.centreY[0], 2.0);
+  EXPECT_EQ(c.centreX[1], 2.0);
+  EXPECT_EQ(c.centreY[1], 1.0);
+  EXPECT_TRUE(std::isnan(c.centreX[2]));
+  EXPECT_EQ(c.centreX[3], 2.0);
+  EXPECT_EQ(gfAreasMany(gxOutlines()).size(), 0U);
+}
+
+TEST(AreasMany, DegenerateOutlinesAreAnsweredAsAlone) {
+  expectAreaRows(degenerate());
+}
+
+TEST(AreasMany, EveryPlaceOfTheLastFourEdgesAndTheEndOfABlock) {
+  RandomShapes random("areas of many, blocks", 2);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    std::vector<Points> outlines;
+    for (int size = 3; size < 20; ++size) outlines.push_back(random.star(size, {100, 50}, 1.0, 30.0));
+    for (int size = 255; size < 264; ++size) outlines.push_back(random.star(size, {100, 50}, 1.0, 30.0));
+    for (int size = 511; size < 518; ++size) outlines.push_back(random.star(size, {-7, 5}, 1.0, 30.0));
+    expectAreaRows(outlines);
+  }
+}
+
+TEST(AreasMany, AreThoseOfGfMeasureToRounding) {
+  RandomShapes random("areas of many", 40);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    std::vector<Points> outlines;
+    for (int i = random.integer(1, 60); i > 0; --i) {
+      Points outline = randomOutline(random);
+      if (random.chance(0.3)) std::reverse(outline.begin(), outline.end());
+      if (random.chance(0.2)) std::shuffle(outline.begin(), outline.end(), std::minstd_rand(7));
+      if (random.chance(0.2)) {
+        const double scale = std::pow(10.0, random.uniform(-300.0, 300.0));
+        for (gxVector<2>& p : outline) p = p * scale;
+      }
+      outlines.push_back(outline);
+    }
+    expectAreaRows(outlines);
+  }
+}
+
+TEST(AreasMany, ManyPointsLoseNoDigits) {
+  // A circle of 200,000 points around a far place: the area of the regular polygon, to a part in 1e13.
+  constexpr int kCount = 200000;
+  Points circle;
+  for (int i = 0; i < kCount; ++i) {
+    const double angle = 2.0 * 3.141592653589793 * i / kCount;
+    circle.emplace_back(64.0 + std::cos(angle), -32.0 + std::sin(angle));
+  }
+  const Many many = manyOf({circle});
+  const gxAreaColumns c = gfAreasMany(many.all());
+  const double expected = 0.5 * kCount * std::sin(2.0 * 3.141592653589793 / kCount);
+  EXPECT_NEAR(c.area[0], expected, 1e-13 * expected);
+  EXPECT_NEAR(c.centreX[0], 64.0, 1e-12);
+  EXPECT_NEAR(c.centreY[0], -32.0, 1e-12);
+}
+
+TEST(AreasMany, WhereMostCancelsTheNumbersAreThoseOfGfMeasure) {
+  // Two loops of opposite turns whose areas differ by a thousandth of their sum.
+  const Points bow{{0, 0}, {1, 0.1}, {1, 0.9}, {0, 1.002}, {2, 1.1}, {2, 0.1}, {1.1, 0.3}};
+  std::vector<Points> outlines{
+      bow, {{0, 0}, {3, 3}, {3, 0}, {0, 3.001}}, {{0.1, 0.2}, {3, 3}, {3, 0}, {0, 3.2}}};
+  const Many many = manyOf(outlines);
+  const gxAreaColumns c = gfAreasMany(many.all());
+  for (const std::size_t k : {1U, 2U}) {
+    const gxMeasure one = gfMeasure(outlines[k]);
+    EXPECT_TRUE(sameBits(c.area[k], one.area));
+    EXPECT_TRUE(sameBits(c.centreX[k], one.centre.x()));
+  }
+  expectAreaRows(outlines);
+}
+
+TEST(AreasMany, ARangeWritesItsRowsAlone) {
+  const Many many =
+      manyOf({{{0, 0}, {1, 0}, {1, 1}}, {{0, 0}, {2, 0}, {2, 2}}, {{0, 0}, {4, 0}, {4, 4}}});
+  gxAreaColumns c;
+  c.resize(3);
+  gfAreasMany(many.all(), 1, 2, c);
+  EXPECT_EQ(c.area, (std::vector<double>{0.0, 2.0, 0.0}));
+  EXPECT_EQ(c.status[2], gxStatus::eEmpty);
+  c.resize(2);
+  EXPECT_THROW(gfAreasMany(many.all(), 0, 9, c), gxContourDefs::BadParams);
+  EXPECT_EQ(c.area, (std::vector<double>{0.0, 2.0}));
+  gfAreasMany(many.all(), 7, 9, c = gfAreasMany(many.all()));
+  EXPECT_EQ(c.area, (std::vector<double>{0.5, 2.0, 8.0}));
+}
+
+TEST(AreasMany, OffsetsThatFallAreTold) {
+  const Points points{{0, 0}, {2, 0}, {2, 2}};
+  const std::vector<std::size_t> offsets{0, 3, 1, 9};
+  const gxAreaColumns c = gfAreasMany(gxOutlines(points, offsets));
+  EXPECT_EQ(c.area[0], 2.0);
+  for (const std::size_t k : {1U, 2U}) {
+    EXPECT_EQ(c.status[k], gxStatus::eBadArgument);
+    EXPECT_TRUE(std::isnan(c.area[k]) && std::isnan(c.centreX[k]) && std::isnan(c.centreY[k]));
+  }
+}
+
+// ---- Coordinates as bare numbers ---------------------------------------------------------------------
+
+TEST(OutlinesOfCoordinates, LookAtTheNumbersWhereTheyLie) {
+  const std::vector<double> xy{0, 0, 2, 0, 2, 2, 5, 6, 7, 6, 7, 9, 11};
+  const std::vector<std::size_t> offsets{0, 3, 6};
+  const gxOutlines outlines = gxOutlines::ofCoordinates(xy, offsets);
+  ASSERT_EQ(outlines.points().size(), 6U) << "the odd number at the end belongs to no point";
+  EXPECT_EQ(outlines[1][2], gxVector<2>(7, 9));
+  EXPECT_EQ(gfMeasureMany(outlines).area, (std::vector<double>{2.0, 3.0}));
+  EXPECT_EQ(gfAreasMany(outlines).area, (std::vector<double>{2.0, 3.0}));
+  EXPECT_EQ(gxOutlines::ofCoordinates({}, {}).size(), 0U);
+}
+
+// ---- Hulls -----------------------------------------------------------------------------------------
+
+TEST(HullsMany, AreThoseOfTheSingleForm) {
+  RandomShapes random("hulls of many", 10);
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    std::vector<Points> outlines = degenerate();
+    for (int i = 0; i < 10; ++i) outlines.push_back(randomOutline(random));
+    const Many many = manyOf(outlines);
+    const gxHullLists hulls = gfHullsMany(many.all());
+    ASSERT_EQ(hulls.size(), outlines.size());
+    ASSERT_EQ(hulls.outlines().size(), outlines.size());
+    const gxHullLists part = gfHullsMany(many.all(), 3, 9);
+    ASSERT_EQ(part.size(), 6U);
+    for (std::size_t k = 0; k < outlines.size(); ++k) {
+      SCOPED_TRACE(k);
+      Points expected;
+      if (gfMeasure(outlines[k]).status != gxStatus::eNotFinite) gfConvexHull(outlines[k], expected);
+      const auto found = hulls.outlines()[k];
+      EXPECT_EQ(Points(found.begin(), found.end()), expected);
+      if (k < 3 || k >= 9) continue;
+      const auto again = part.outlines()[k - 3];
+      EXPECT_EQ(Points(again.begin(), again.end()), expected);
+    }
+  }
+}
+
+TEST(HullsMany, TheStatusSaysWhatKindOfHull) {
+  const Points points{{0, 0}, {2, 0}, {2, 2}, {0, 0}, {1, 1}, {2, 2}, {5, 5}, {kNaN, 1}};
+  const std::vector<std::size_t> offsets{0, 3, 6, 7, 7, 8, 6};
+  const gxHullLists hulls = gfHullsMany(gxOutlines(points, offsets));
+  EXPECT_EQ(hulls.status,
+            (std::vector<gxStatus>{gxStatus::eOk, gxStatus::eFlat, gxStatus::eFlat, gxStatus::eEmpty,
+                                   gxStatus::eNotFinite, gxStatus::eBadArgument}));
+  EXPECT_EQ(hulls.offsets, (std::vector<std::size_t>{0, 3, 5, 6, 6, 6, 6}));
+  EXPECT_EQ(gfHullsMany(gxOutlines()).size(), 0U);
+  EXPECT_EQ(gfHullsMany(gxOutlines(points, offsets), 4, 2).offsets, (std::vector<std::size_t>{0}));
 }
