@@ -17,6 +17,7 @@
 #include <gauge/align.h>
 #include <gauge/arc.h>
 #include <gauge/internal/border_tree.h>
+#include <gauge/internal/eigen4.h>
 
 #include <algorithm>
 #include <array>
@@ -141,53 +142,6 @@ double costOf(const std::vector<Residual>& residuals, double sigma, bool robust)
   return sum;
 }
 
-// Symmetric matrices of order 4 by Jacobi's rotations: values on the diagonal, vectors in columns.
-struct Eigen4 {
-  std::array<std::array<double, 4>, 4> a{};
-  std::array<std::array<double, 4>, 4> v{};
-
-  void solve() {
-    for (std::size_t i = 0; i < 4; ++i) v[i][i] = 1.0;
-    for (int sweep = 0; sweep < 30; ++sweep) {
-      double off = 0.0;
-      for (std::size_t p = 0; p < 4; ++p) {
-        for (std::size_t q = p + 1; q < 4; ++q) off += a[p][q] * a[p][q];
-      }
-      if (off == 0.0) return;
-      for (std::size_t p = 0; p < 4; ++p) {
-        for (std::size_t q = p + 1; q < 4; ++q) rotate(p, q);
-      }
-    }
-  }
-
- private:
-  void rotate(std::size_t p, std::size_t q) {
-    if (a[p][q] == 0.0) return;
-    const double theta = (a[q][q] - a[p][p]) / (2.0 * a[p][q]);
-    const double t = std::copysign(1.0, theta) / (std::abs(theta) + std::sqrt(theta * theta + 1.0));
-    const double c = 1.0 / std::sqrt(t * t + 1.0);
-    const double s = t * c;
-    for (std::size_t k = 0; k < 4; ++k) {
-      const double kp = a[k][p];
-      const double kq = a[k][q];
-      a[k][p] = c * kp - s * kq;
-      a[k][q] = s * kp + c * kq;
-    }
-    for (std::size_t k = 0; k < 4; ++k) {
-      const double pk = a[p][k];
-      const double qk = a[q][k];
-      a[p][k] = c * pk - s * qk;
-      a[q][k] = s * pk + c * qk;
-      const double vp = v[k][p];
-      const double vq = v[k][q];
-      v[k][p] = c * vp - s * vq;
-      v[k][q] = s * vp + c * vq;
-    }
-    a[p][q] = 0.0;
-    a[q][p] = 0.0;
-  }
-};
-
 // A step: dx, dy, turn, stretch about the centre; which of them the residuals leave open.
 struct Step {
   std::array<double, 4> d{};
@@ -196,7 +150,7 @@ struct Step {
 
 Step stepOf(const Matcher& matcher, const Motion& motion, const std::vector<Residual>& residuals,
             double sigma, const gxAlignOptions& options, const gxVector<2>& centre) {
-  Eigen4 system;
+  gx_Eigen4 system;
   std::array<double, 4> right{};
   for (std::size_t i = 0; i < residuals.size(); ++i) {
     const Residual& r = residuals[i];
@@ -490,6 +444,12 @@ gxAlignment gfAlign(const gxBorders& shape, const gxBorders& golden, const gxAli
   result.shift = theirs.from(motion.shift) - ours.middle();
   result.residual = theirs.lengthFrom(result.residual);
   return result;
+}
+
+std::ostream& operator<<(std::ostream& out, const gxAlignOptions& options) {
+  return out << (options.scales ? "scales" : "rigid") << (options.robust ? ", robust" : ", all alike")
+             << (options.startsInPlace ? ", from its place, " : ", from anywhere, ")
+             << options.mostRounds << " rounds, " << options.samples << " samples";
 }
 
 std::ostream& operator<<(std::ostream& out, const gxAlignment& alignment) {

@@ -25,6 +25,7 @@ struct GXSHAPE_API gxAlignOptions {
   /// How many points of the border take part, at equal arc lengths.
   std::size_t samples = 1000;
 };
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxAlignOptions& options);
 
 /// The motion found, p → centre + shift + scale · R(angle) (p − centre).
 struct GXSHAPE_API gxAlignment {

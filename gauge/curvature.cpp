@@ -312,3 +312,15 @@ std::ostream& operator<<(std::ostream& out, const gxBend& bend) {
 std::ostream& operator<<(std::ostream& out, const gxCorner& corner) {
   return out << "vertex " << corner.vertex << " turns by " << corner.turn.toDouble();
 }
+
+std::ostream& operator<<(std::ostream& out, const gxBends& bends) {
+  out << bends.at.size() << " bends";
+  if (bends.status != gxStatus::eOk) out << ' ' << bends.status;
+  return out;
+}
+
+std::ostream& operator<<(std::ostream& out, const gxCorners& corners) {
+  out << corners.corners.size() << " corners";
+  if (corners.status != gxStatus::eOk) out << ' ' << corners.status;
+  return out;
+}

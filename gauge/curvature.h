@@ -37,6 +37,8 @@ struct GXSHAPE_API gxBends {
   gxStatus status = gxStatus::eOk;
   std::vector<gxBend> at;  ///< in the order of the points
 };
+/// Prints how many there are.
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxBends& bends);
 
 /// Fits a curve to the points within `window` of arc length on either side of every vertex, with weights
 /// that fall to 0 at its ends.  Where more than 256 points are within it on a side, every second, third …
@@ -62,6 +64,8 @@ struct GXSHAPE_API gxCorners {
   gxStatus status = gxStatus::eOk;
   std::vector<gxCorner> corners;  ///< in the order of the vertices
 };
+/// Prints how many there are.
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxCorners& corners);
 
 /// Returns the vertices at which the line fitted to the curve over `window` of arc length before, and the
 /// one over as much after it, differ by `least` or more, and at which this turn is the greatest of all

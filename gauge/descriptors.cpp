@@ -7,6 +7,7 @@
 #include <gauge/internal/hull.h>
 #include <gauge/internal/ring_moments.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <numeric>
@@ -284,5 +285,17 @@ std::ostream& operator<<(std::ostream& out, const gxDescriptors& d) {
       << " orientation " << d.orientation << " euler number " << d.eulerNumber << " feret " << d.feretMax
       << ' ' << d.feretMin << ' ' << d.feretAcross << ' ' << d.feretMean;
   if (d.status != gxStatus::eOk) out << ' ' << d.status;
+  return out;
+}
+
+std::ostream& operator<<(std::ostream& out, const gxDescriptorColumns& columns) {
+  const auto fine = std::count(columns.status.begin(), columns.status.end(), gxStatus::eOk);
+  return out << "descriptors of " << columns.size() << " shapes, "
+             << columns.size() - static_cast<std::size_t>(fine) << " not ok";
+}
+
+std::ostream& operator<<(std::ostream& out, const gxPixelArea& area) {
+  out << area.pixels << " pixels";
+  if (area.status != gxStatus::eOk) out << ' ' << area.status;
   return out;
 }

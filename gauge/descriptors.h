@@ -82,6 +82,8 @@ struct GXSHAPE_API gxDescriptorColumns {
 
   std::size_t size() const { return status.size(); }
 };
+/// Prints how many rows there are, and how many of them are not ok.
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxDescriptorColumns& columns);
 
 /// Return the descriptors of each region, with the very bits of the single form.
 ///  - a null handle: a row of `eFailed` and NaN; no row throws
@@ -96,6 +98,7 @@ struct GXSHAPE_API gxPixelArea {
   gxStatus status = gxStatus::eEmpty;
   double pixels = 0.0;
 };
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxPixelArea& area);
 
 /// Returns the number of pixels of an outline that runs through the centres of the border pixels, at whole
 /// coordinates, these pixels included: A + B / 2 + 1 with B the number of lattice points on the outline

@@ -406,6 +406,15 @@ double gfPercentile(std::span<const double> values, double share) {
   return *at * (1.0 - rest) + next * rest;
 }
 
+std::ostream& operator<<(std::ostream& out, const gxDeviationOptions& options) {
+  return out << "tolerance from " << options.lower << " to " << options.upper << ", spacing "
+             << options.spacing;
+}
+
+std::ostream& operator<<(std::ostream& out, const gxDeviationSample& sample) {
+  return out << "deviation " << sample.deviation << " at " << sample.place;
+}
+
 std::ostream& operator<<(std::ostream& out, const gxDeviationStretch& stretch) {
   return out << "out of tolerance from " << stretch.from << " to " << stretch.to << ", worst "
              << stretch.deviation << " at " << stretch.worst;

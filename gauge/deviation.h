@@ -18,6 +18,7 @@ struct GXSHAPE_API gxDeviationOptions {
   /// The greatest arc length between two samples; 0: the samples are the vertices.
   double spacing = 0.0;
 };
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxDeviationOptions& options);
 
 /// A stretch of the shape's border that is out of tolerance, on one side throughout.
 struct GXSHAPE_API gxDeviationStretch {
@@ -34,6 +35,7 @@ struct GXSHAPE_API gxDeviationSample {
   gxPlace place;
   double deviation = std::numeric_limits<double>::quiet_NaN();
 };
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxDeviationSample& sample);
 
 /// The signed deviation of a shape's border: its distance from the golden border, positive outside the
 /// golden material (a burr) and negative inside it (a chip).

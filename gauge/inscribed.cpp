@@ -360,6 +360,17 @@ gxInscribedCircle inscribedIn(const gxLocator& locator, std::span<const Point> p
 
 }  // namespace
 
+gxInscribedCircle gfInscribedCircle(std::span<const Point> outline, double tolerance,
+                                    std::size_t maxLooks) {
+  return inscribedIn(gxLocator(outline), outline, tolerance, maxLooks);
+}
+
+gxInscribedCircle gfInscribedCircle(const gxContour& contour, double tolerance, std::size_t maxLooks) {
+  const gxLocator locator(contour);
+  if (locator.status() == gxStatus::eOk && !contour.isClosed()) return without(gxStatus::eNotClosed);
+  return inscribedIn(locator, contour.points(), tolerance, maxLooks);
+}
+
 gxInscribedCircle gfInscribedCircle(const gxRegion& region, double tolerance, std::size_t maxLooks) {
   return inscribedIn(gxLocator(region), region.points(), tolerance, maxLooks);
 }

@@ -4,6 +4,7 @@
 #include <gauge/internal/ring_moments.h>
 #include <gauge/measure.h>
 
+#include <ostream>
 #include <vector>
 
 namespace {
@@ -84,4 +85,16 @@ gxMeasure gfMeasure(std::span<const gxMeasuredRing> given, bool closed) {
 gxMeasure gfMeasure(std::span<const gxVector<2>> points, bool closed) {
   const gxMeasuredRing ring{points, false};
   return gfMeasure(std::span(&ring, 1), closed);
+}
+
+std::ostream& operator<<(std::ostream& out, const gxMeasure& m) {
+  out << "area " << m.area << " length " << m.length << " centre (" << m.centre.x() << ", "
+      << m.centre.y() << ") box (" << m.low.x() << ", " << m.low.y() << ") to (" << m.high.x() << ", "
+      << m.high.y() << ')';
+  if (m.status != gxStatus::eOk) out << ' ' << m.status;
+  return out;
+}
+
+std::ostream& operator<<(std::ostream& out, const gxMeasuredRing& ring) {
+  return out << (ring.isHole ? "hole of " : "outline of ") << ring.points.size() << " points";
 }

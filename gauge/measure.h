@@ -6,6 +6,7 @@
 #include <velstd/vector.h>
 
 #include <cstddef>
+#include <iosfwd>
 #include <limits>
 #include <span>
 
@@ -20,12 +21,15 @@ struct GXSHAPE_API gxMeasure {
   gxVector<2> low{kNaN, kNaN};     ///< the corners of the upright box around the outlines
   gxVector<2> high{kNaN, kNaN};
 };
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxMeasure& measure);
 
 /// One ring, as `gfMeasure` takes it.
 struct gxMeasuredRing {
   std::span<const gxVector<2>> points;
   bool isHole = false;
 };
+/// Prints "outline of 4 points" or "hole of 4 points".
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxMeasuredRing& ring);
 
 /// Returns the measures of rings in the order outline, its holes, the next outline and so on, without an
 /// object of the library around them.  Area, length and box are bit by bit those of `gfDescribe`, the

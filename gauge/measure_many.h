@@ -7,6 +7,7 @@
 #include <velstd/vector.h>
 
 #include <cstddef>
+#include <iosfwd>
 #include <span>
 #include <vector>
 
@@ -51,6 +52,8 @@ class GXSHAPE_API gxOutlines {
   std::span<const gxVector<2>> points_;
   std::span<const std::size_t> offsets_;
 };
+/// Prints how many there are: "2 outlines in 7 points".
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxOutlines& outlines);
 
 /// Measures of many outlines: a column for each, in the order of the outlines.
 struct GXSHAPE_API gxMeasureColumns {
@@ -65,6 +68,8 @@ struct GXSHAPE_API gxMeasureColumns {
   /// Makes every column so long; new rows are those of an outline without points.
   void resize(std::size_t rows);
 };
+/// Prints how many rows there are, and how many of them are not ok.
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxMeasureColumns& columns);
 
 /// Measures each outline, taken as closed: area, length, centre and box with the very bits of `gfMeasure`,
 /// the moments with those of `gfMoments`.
@@ -131,6 +136,8 @@ struct GXSHAPE_API gxEnclosureColumns {
   /// Makes every column so long; new rows are those of an outline without points.
   void resize(std::size_t rows);
 };
+/// Prints how many rows there are, and how many of them are not ok.
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxEnclosureColumns& columns);
 
 /// Finds the hull of each outline, its greatest width, bit by bit `feretMax` of `gfDescribe`, and the
 /// smallest circle around it, as `gfEnclosingCircle` finds it, with its status.

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ostream>
 
 namespace {
 
@@ -88,4 +89,10 @@ gxResampled gfResampleByDeviation(std::span<const gxVector<2>> points, bool clos
 
 gxResampled gfResampleByDeviation(const gxContour& contour, double tolerance, double spacing) {
   return gfResampleByDeviation(contour.points(), contour.isClosed(), tolerance, spacing);
+}
+
+std::ostream& operator<<(std::ostream& out, const gxResampled& resampled) {
+  out << resampled.points.size() << " points";
+  if (resampled.status != gxStatus::eOk) out << ' ' << resampled.status;
+  return out;
 }

@@ -7,6 +7,7 @@
 #include <velstd/vector.h>
 
 #include <cstddef>
+#include <iosfwd>
 #include <span>
 #include <vector>
 
@@ -15,6 +16,8 @@ struct GXSHAPE_API gxResampled {
   gxStatus status = gxStatus::eOk;
   std::vector<gxVector<2>> points;  ///< in the order of the walk
 };
+/// Prints how many points there are.
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxResampled& resampled);
 
 /// Returns points at `pieces` equal arc lengths: of an outline that many points, the first one point 0;
 /// of a poly-line one more, its ends among them.  Chords are shorter than the arcs they stand for.

@@ -357,6 +357,26 @@ gxRobustEllipse gfRobustEllipse(std::span<const gxVector<2>> points, const gxRob
   return result;
 }
 
+std::ostream& operator<<(std::ostream& out, gxFitWeights weights) {
+  switch (weights) {
+    case gxFitWeights::eLeastSquares: return out << "least squares";
+    case gxFitWeights::eHuber: return out << "huber";
+    case gxFitWeights::eTukey: return out << "tukey";
+    case gxFitWeights::eConsensus: return out << "consensus";
+  }
+  return out << "unknown";
+}
+
+std::ostream& operator<<(std::ostream& out, const gxRobustOptions& options) {
+  return out << options.weights << " weights, inlier limit " << options.inlierLimit << ", seed "
+             << options.seed;
+}
+
+std::ostream& operator<<(std::ostream& out, const gxFitQuality& quality) {
+  return out << "deviation " << quality.deviation << ", residual rms " << quality.residualRms << " max "
+             << quality.residualMax << ", " << quality.inliers.size() << " inliers, " << quality.status;
+}
+
 std::ostream& operator<<(std::ostream& out, const gxRobustLine& line) {
   return out << "line through (" << line.point.x() << ", " << line.point.y() << ") at angle "
              << line.angle.toDouble() << ", deviation " << line.deviation << ", " << line.inliers.size()

@@ -20,6 +20,8 @@ enum class gxFitWeights : int {
   eTukey = 2,         ///< less and less, and beyond 4.685 standard deviations not at all
   eConsensus = 3,     ///< the inliers alike, the others not at all
 };
+/// Prints "least squares", "huber", "tukey" or "consensus".
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, gxFitWeights weights);
 
 /// What a robust fit is asked for.
 struct GXSHAPE_API gxRobustOptions {
@@ -30,6 +32,7 @@ struct GXSHAPE_API gxRobustOptions {
   /// Of the random samples that the start is chosen from; the same seed, the same bits.
   long seed = 1;
 };
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxRobustOptions& options);
 
 /// What all fits say about themselves.
 struct GXSHAPE_API gxFitQuality {
@@ -43,6 +46,7 @@ struct GXSHAPE_API gxFitQuality {
   /// The indices of the points that belong to the shape, ascending.
   std::vector<std::size_t> inliers;
 };
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxFitQuality& quality);
 
 /// A line through `point`, the weighted mean of the points.
 struct GXSHAPE_API gxRobustLine : gxFitQuality {

@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ostream>
 #include <utility>
 
 namespace {
@@ -354,4 +355,14 @@ gxSimplified gfSimplify(std::span<const gxVector<2>> points, bool closed, double
 
 gxSimplified gfSimplify(const gxContour& contour, double tolerance, const gxSimplifyOptions& options) {
   return gfSimplify(contour.points(), contour.isClosed(), tolerance, options);
+}
+
+std::ostream& operator<<(std::ostream& out, const gxSimplifyOptions& options) {
+  return out << (options.keepsCrossingsOut ? "keeps crossings out" : "lets chords cross");
+}
+
+std::ostream& operator<<(std::ostream& out, const gxSimplified& simplified) {
+  out << simplified.kept.size() << " points kept";
+  if (simplified.status != gxStatus::eOk) out << ' ' << simplified.status;
+  return out;
 }

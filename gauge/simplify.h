@@ -7,6 +7,7 @@
 #include <velstd/vector.h>
 
 #include <cstddef>
+#include <iosfwd>
 #include <span>
 #include <vector>
 
@@ -16,6 +17,7 @@ struct GXSHAPE_API gxSimplifyOptions {
   /// outline that does not cross itself still does not.
   bool keepsCrossingsOut = false;
 };
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxSimplifyOptions& options);
 
 /// What is left.
 struct GXSHAPE_API gxSimplified {
@@ -23,6 +25,8 @@ struct GXSHAPE_API gxSimplified {
   std::vector<std::size_t> kept;    ///< the indices of the points that stay, ascending
   std::vector<gxVector<2>> points;  ///< those points
 };
+/// Prints how many points stay.
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxSimplified& simplified);
 
 /// Leaves out points such that each of them is within `tolerance` of the segment that replaces it, and
 /// with it every point of the old line within it of the new one (D. Douglas and T. Peucker, "Algorithms

@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <ostream>
 
 namespace {
 
@@ -241,4 +242,10 @@ gxSmoothed gfSmooth(std::span<const gxVector<2>> points, bool closed, double sig
 
 gxSmoothed gfSmooth(const gxContour& contour, double sigma, gxSmoothCorrection correction) {
   return gfSmooth(contour.points(), contour.isClosed(), sigma, correction);
+}
+
+std::ostream& operator<<(std::ostream& out, const gxSmoothed& smoothed) {
+  out << smoothed.points.size() << " points";
+  if (smoothed.status != gxStatus::eOk) out << ' ' << smoothed.status;
+  return out;
 }

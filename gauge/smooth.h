@@ -6,6 +6,7 @@
 #include <gauge/places.h>
 #include <velstd/vector.h>
 
+#include <iosfwd>
 #include <span>
 #include <vector>
 
@@ -21,6 +22,8 @@ struct GXSHAPE_API gxSmoothed {
   gxStatus status = gxStatus::eOk;
   std::vector<gxVector<2>> points;  ///< in the order of the points that came
 };
+/// Prints how many points there are.
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxSmoothed& smoothed);
 
 /// Replaces every point by the mean of the curve around it, weighted with a Gaussian of standard
 /// deviation `sigma` in arc length; the curve counts by length, not by vertices, however these lie.  An

@@ -216,3 +216,7 @@ std::ostream& operator<<(std::ostream& out, const gxUncertainty& result) {
              << result.area << ", equivalent diameter " << result.equivalentDiameter << ", centre ("
              << result.centreX << ", " << result.centreY << "), " << result.status;
 }
+
+std::ostream& operator<<(std::ostream& out, const gxEdgeNoise& noise) {
+  return out << "sigma " << noise.sigma << ", correlation length " << noise.correlationLength;
+}

@@ -18,6 +18,7 @@ struct GXSHAPE_API gxEdgeNoise {
   /// exp(−arc length / correlationLength).  0: every point by itself.
   double correlationLength = 0.0;
 };
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxEdgeNoise& noise);
 
 /// Standard deviations of measures, in the unit of the points and its square; 0 or more.
 struct GXSHAPE_API gxUncertainty {

@@ -316,20 +316,32 @@ gxWall wallOf(const gxLocator& locator) {
   return result;
 }
 
-bool isFlat(const gxRegion& region) {
-  return gx_onOneLine(region.points());
+// Of one outline and what lies within it.
+gxWall wallWithin(const gxLocator& locator, std::span<const Point> outline) {
+  if (locator.status() != gxStatus::eOk || !gx_onOneLine(outline)) return wallOf(locator);
+  gxWall none;
+  none.status = gxStatus::eNone;
+  return none;
 }
 
 }  // namespace
 
+gxWall gfSmallestWall(std::span<const Point> outline) {
+  return wallWithin(gxLocator(outline), outline);
+}
+
+gxWall gfSmallestWall(const gxContour& contour) {
+  const gxLocator locator(contour);
+  if (locator.status() != gxStatus::eOk || contour.isClosed())
+    return wallWithin(locator, contour.points());
+  gxWall open;
+  open.status = gxStatus::eNotClosed;
+  open.wall = std::numeric_limits<double>::quiet_NaN();
+  return open;
+}
+
 gxWall gfSmallestWall(const gxRegion& region) {
-  const gxLocator locator(region);
-  if (locator.status() == gxStatus::eOk && isFlat(region)) {
-    gxWall none;
-    none.status = gxStatus::eNone;
-    return none;
-  }
-  return wallOf(locator);
+  return wallWithin(gxLocator(region), region.points());
 }
 
 gxWall gfSmallestWall(const gxRegionSet& set) {

@@ -37,24 +37,50 @@ class Kept {
   std::array<gx_KeptSum<double>, 10> sums_;
 };
 
-template <bool third>
-inline void addEdge(const gxVector<2>& a, const gxVector<2>& b, Sums& s) {
-  gx_addToMoments<double>({a.x(), a.y()}, {b.x(), b.y()}, s.data());
-  if constexpr (third) {
-    const double w = a.x() * b.y() - b.x() * a.y();
-    const double x = a.x() + b.x();
-    const double y = a.y() + b.y();
-    const double ax2 = a.x() * a.x();
-    const double bx2 = b.x() * b.x();
-    const double ay2 = a.y() * a.y();
-    const double by2 = b.y() * b.y();
-    const double axx = a.x() * b.x();
-    const double ayy = a.y() * b.y();
-    s[6] += w * (x * (ax2 + bx2));
-    s[7] += w * (ax2 * (y + 2.0 * a.y()) + 2.0 * axx * y + bx2 * (y + 2.0 * b.y()));
-    s[8] += w * (ay2 * (x + 2.0 * a.x()) + 2.0 * ayy * x + by2 * (x + 2.0 * b.x()));
-    s[9] += w * (y * (ay2 + by2));
+// Two numbers in one register: x and y, or y and x.
+using Two = double __attribute__((vector_size(16)));
+
+Two swapped(const Two& v) {
+  return Two{v[1], v[0]};
+}
+
+// The sums of a block.  What one sum does with x and y another one does with y and x; the two go side by
+// side, each with the bits that it has alone (as gx_addToMoments adds them).
+struct Block {
+  double m00 = 0.0;
+  double m11 = 0.0;
+  Two first = {};         // m10, m01
+  Two second = {};        // m20, m02
+  Two third = {};         // m30, m03
+  Two thirdBetween = {};  // m21, m12
+
+  template <bool thirdOrder>
+  void add(const Two& a, const Two& b) {
+    const Two across = a * swapped(b);
+    const double w = across[0] - across[1];
+    const Two sum = a + b;
+    const Two aa = a * a;
+    const Two ab = a * b;
+    const Two bb = b * b;
+    m00 += w;
+    m11 += w * (sum[0] * sum[1] + a[0] * a[1] + b[0] * b[1]);
+    first += w * sum;
+    second += w * (aa + ab + bb);
+    if constexpr (thirdOrder) {
+      const Two other = swapped(sum);
+      third += w * (sum * (aa + bb));
+      thirdBetween +=
+          w * (aa * (other + 2.0 * swapped(a)) + 2.0 * ab * other + bb * (other + 2.0 * swapped(b)));
+    }
   }
+  Sums sums() const {
+    return {m00,       first[0], first[1],        second[0],       m11,
+            second[1], third[0], thirdBetween[0], thirdBetween[1], third[1]};
+  }
+};
+
+Two asTwo(const gxVector<2>& v) {
+  return Two{v.x(), v.y()};
 }
 
 // The sums over all edges that do not touch the first point; those that do enclose nothing with it.
@@ -63,15 +89,15 @@ Sums sumsOf(std::span<const gxVector<2>> points, const gx_Frame& frame) {
   Kept kept;
   if (points.size() < 3) return {};
   const gxVector<2> first = frame.scaled(points[0]);
-  gxVector<2> a = frame.scaled(points[1]) - first;
+  Two a = asTwo(frame.scaled(points[1]) - first);
   for (std::size_t i = 2; i < points.size();) {
-    Sums block{};
+    Block block;
     for (const std::size_t end = std::min(i + gx_kMomentBlock, points.size()); i < end; ++i) {
-      const gxVector<2> b = frame.scaled(points[i]) - first;
-      addEdge<third>(a, b, block);
+      const Two b = asTwo(frame.scaled(points[i]) - first);
+      block.add<third>(a, b);
       a = b;
     }
-    kept.add(block, third ? 10 : 6);
+    kept.add(block.sums(), third ? 10 : 6);
   }
   return kept.total();
 }

@@ -33,7 +33,10 @@ void addRings(const gxRegion& region, long number, std::vector<gx_Ring>& rings) 
     rings.push_back({region.points(), true, 0, -1, number});
     return;
   }
-  std::vector<Step> steps{{&region, 0, 0}};
+  std::vector<Step> steps;
+  steps.reserve(1 + region.holes().size());
+  steps.push_back({&region, 0, 0});
+  if (rings.empty()) rings.reserve(1 + region.holes().size());
   for (std::size_t at = 0; at < steps.size(); ++at) {
     const Step step = steps[at];
     checkNotWithinItself(steps, at);

@@ -5,6 +5,7 @@
 #include <gauge/internal/segments.h>
 #include <gtest/gtest.h>
 #include <support/placements.h>
+#include <support/printed.h>
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
 
@@ -189,6 +190,14 @@ TEST(Align, FromNearbyPlacesMinimaAreAboutAsGood) {
       EXPECT_NEAR(there.residual, got.residual, 1e-3 * got.residual);
     }
   }
+}
+
+TEST(Align, OptionsPrint) {
+  gxAlignOptions options;
+  EXPECT_EQ(printed(options), "rigid, robust, from anywhere, 100 rounds, 1000 samples");
+  options.scales = options.startsInPlace = true;
+  options.robust = false;
+  EXPECT_EQ(printed(options), "scales, all alike, from its place, 100 rounds, 1000 samples");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <gauge/resample.h>
 #include <gtest/gtest.h>
 #include <support/placements.h>
+#include <support/printed.h>
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
 
@@ -183,6 +184,13 @@ TEST(Corners, ATurnBackIsHalfATurn) {
   out << got.corners[0] << "; " << gfCurvature(pointsOf("0 0, 1 0, 2 0"), false, 5).at[1];
   EXPECT_NE(out.str().find("vertex 1 turns by 3.14"), std::string::npos) << out.str();
   EXPECT_NE(out.str().find("tangent (1, 0), curvature 0"), std::string::npos) << out.str();
+}
+
+TEST(Curvature, ListsPrintHowManyThereAre) {
+  EXPECT_EQ(printed(gfCurvature(pointsOf("0 0, 1 0, 2 0"), false, 5)), "3 bends");
+  EXPECT_EQ(printed(gfCurvature(pointsOf("0 0, 1 0, 2 0"), false, 0)), "0 bends bad_argument");
+  EXPECT_EQ(printed(gfCorners(pointsOf("0 0, 9 0, 9 9, 0 9"), true, 2, gxRadian(1))), "4 corners");
+  EXPECT_EQ(printed(gfCorners(pointsOf(""), true, 2, gxRadian(1))), "0 corners empty");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <support/gauge_shapes.h>
 #include <support/outline_files.h>
+#include <support/printed.h>
 #include <support/random_shapes.h>
 #include <support/same_bits.h>
 #include <support/shape_text.h>
@@ -263,6 +264,18 @@ TEST(Descriptors, Prints) {
   out << describe(pointsOf("0 0, 5 0"));
   EXPECT_NE(out.str().find("convexity 1 "), std::string::npos);
   EXPECT_NE(out.str().find(" flat"), std::string::npos);
+}
+
+TEST(Descriptors, ColumnsPrintHowManyRowsThereAre) {
+  const std::vector<gxPtrHandle_const<gxRegion>> regions{
+      gxPtrHandle_const<gxRegion>(new gxRegion(pointsOf("0 0, 1 0, 1 1"))),
+      gxPtrHandle_const<gxRegion>(new gxRegion())};
+  EXPECT_EQ(printed(gfDescribeEach(std::span(regions))), "descriptors of 2 shapes, 1 not ok");
+}
+
+TEST(PixelArea, Prints) {
+  EXPECT_EQ(printed(gfPixelAreaOfCentres(pointsOf("0 0, 3 0, 3 2, 0 2"))), "12 pixels");
+  EXPECT_EQ(printed(gfPixelAreaOfCentres(pointsOf("0 0.5, 1 1"))), "nan pixels not_on_grid");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <support/placements.h>
 #include <support/plain_distance.h>
+#include <support/printed.h>
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
 
@@ -267,6 +268,17 @@ TEST(Deviation, ResultsPrint) {
   out << got << "; " << got.stretches[0];
   EXPECT_NE(out.str().find("deviation from -1 to 2"), std::string::npos) << out.str();
   EXPECT_NE(out.str().find("worst 2 at ring -1"), std::string::npos) << out.str();
+}
+
+TEST(Deviation, SamplesAndOptionsPrint) {
+  const gxDeviationSample sample{{-1, 2, 0.5, {3, 4}}, -0.25};
+  EXPECT_EQ(printed(sample), "deviation -0.25 at ring -1 edge 2 t 0.5 at (3, 4)");
+  gxDeviationOptions options;
+  EXPECT_EQ(printed(options), "tolerance from -inf to inf, spacing 0");
+  options.lower = -1.0;
+  options.upper = 2.0;
+  options.spacing = 0.5;
+  EXPECT_EQ(printed(options), "tolerance from -1 to 2, spacing 0.5");
 }
 
 }  // namespace

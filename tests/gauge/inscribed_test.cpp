@@ -33,6 +33,33 @@ TEST(Inscribed, DegenerateShapes) {
   }
 }
 
+TEST(Inscribed, OfPointsAndContoursAsOfTheRegion) {
+  const Points points = pointsOf("0 0, 7 1, 8 6, 3 5, 1 9");
+  const auto region = gfInscribedCircle(gxRegion(points), 1e-6);
+  const auto outline = gfInscribedCircle(std::span<const V>(points), 1e-6);
+  const auto contour = gfInscribedCircle(gxContour(points, true), 1e-6);
+  for (const auto& c : {outline, contour}) {
+    EXPECT_EQ(c.status, gxStatus::eOk);
+    EXPECT_EQ(c.centre, region.centre);
+    EXPECT_EQ(c.radius, region.radius);
+    EXPECT_EQ(c.gap, region.gap);
+    EXPECT_EQ(c.touch, region.touch);
+    EXPECT_EQ(c.looks, region.looks);
+  }
+  EXPECT_EQ(gfInscribedCircle(std::span<const V>(points), 1e-9, 3).status, gxStatus::eCapped);
+  EXPECT_EQ(gfInscribedCircle(gxContour(points, true), 1e-9, 3).status, gxStatus::eCapped);
+}
+
+TEST(Inscribed, AnOpenContourHasNoInside) {
+  const auto open = gfInscribedCircle(gxContour(pointsOf("0 0, 4 0, 4 4"), false));
+  EXPECT_EQ(open.status, gxStatus::eNotClosed);
+  EXPECT_TRUE(std::isnan(open.radius) && std::isnan(open.centre.x()));
+  EXPECT_EQ(gfInscribedCircle(gxContour()).status, gxStatus::eEmpty);
+  EXPECT_EQ(gfInscribedCircle(gxContour(pointsOf("0 0, nan 1"), false)).status, gxStatus::eNotFinite);
+  EXPECT_EQ(gfInscribedCircle(std::span<const V>()).status, gxStatus::eEmpty);
+  EXPECT_EQ(gfInscribedCircle(std::span<const V>(pointsOf("0 0, 6 6"))).status, gxStatus::eFlat);
+}
+
 TEST(Inscribed, OfATriangleToTheLastDigits) {
   const auto c = gfInscribedCircle(gxRegion(pointsOf("0 0, 4 0, 0 3")));
   EXPECT_EQ(c.status, gxStatus::eOk);

@@ -10,8 +10,10 @@
 #include <gauge/measure.h>
 #include <gauge/moments.h>
 #include <support/outline_files.h>
+#include <support/printed.h>
 #include <support/random_shapes.h>
 #include <support/same_bits.h>
+#include <support/shape_text.h>
 #include <support/source_folder.h>
 #include <velstd/convex_hull.h>
 
@@ -97,6 +99,15 @@ void expectRows(const std::vector<Points>& outlines) {
 Points randomOutline(RandomShapes& random) {
   const gxVector<2> centre(random.uniform(-1000, 1000), random.uniform(-1000, 1000));
   return random.star(random.integer(3, random.chance(0.1) ? 400 : 60), centre, 1.0, 20.0);
+}
+
+TEST(MeasureMany, OutlinesAndColumnsPrintHowManyThereAre) {
+  const auto points = pointsOf("0 0, 2 0, 2 2, 1 1, 1 1");
+  const std::vector<std::size_t> offsets{0, 3, 5, 9};
+  const gxOutlines outlines(points, offsets);
+  EXPECT_EQ(printed(outlines), "3 outlines in 5 points");
+  EXPECT_EQ(printed(gfMeasureMany(outlines)), "measures of 3 outlines, 2 not ok");
+  EXPECT_EQ(printed(gfEncloseMany(outlines)), "enclosures of 3 outlines, 1 not ok");
 }
 
 }  // namespace

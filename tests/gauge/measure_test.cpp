@@ -4,7 +4,9 @@
 #include <gauge/moments.h>
 
 #include <gtest/gtest.h>
+#include <support/printed.h>
 #include <support/random_shapes.h>
+#include <support/shape_text.h>
 
 #include <cmath>
 #include <limits>
@@ -18,6 +20,16 @@ gxMeasure measured(const OutlineWithHoles& shape) {
   std::vector<gxMeasuredRing> rings{{shape.outline, false}};
   for (const auto& hole : shape.holes) rings.push_back({hole, true});
   return gfMeasure(rings);
+}
+
+TEST(Measure, Prints) {
+  EXPECT_EQ(printed(gfMeasure(pointsOf("0 0, 2 0, 2 2, 0 2"))),
+            "area 4 length 8 centre (1, 1) box (0, 0) to (2, 2)");
+  EXPECT_EQ(printed(gfMeasure(pointsOf("0 0, 2 0"), false)),
+            "area nan length 2 centre (1, 0) box (0, 0) to (2, 0) not_closed");
+  const auto points = pointsOf("0 0, 2 0, 2 2");
+  EXPECT_EQ(printed(gxMeasuredRing{points, false}), "outline of 3 points");
+  EXPECT_EQ(printed(gxMeasuredRing{points, true}), "hole of 3 points");
 }
 
 }  // namespace

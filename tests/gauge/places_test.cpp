@@ -1,15 +1,8 @@
 #include <gauge/places.h>
 #include <gtest/gtest.h>
-
-#include <sstream>
+#include <support/printed.h>
 
 namespace {
-
-std::string printed(const auto& value) {
-  std::ostringstream out;
-  out << value;
-  return out.str();
-}
 
 TEST(Places, StatusNumbersAreFrozen) {
   const std::pair<int, const char*> table[] = {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <support/placements.h>
 #include <support/plain_distance.h>
+#include <support/printed.h>
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
 
@@ -99,6 +100,11 @@ TEST(Resample, MotionMovesTheSamples) {
       EXPECT_NEAR(back[k].distance(here[33 - k]), 0.0, 1e-13);
     }
   }
+}
+
+TEST(Resample, ResultsPrint) {
+  EXPECT_EQ(printed(gfResample(pointsOf("0 0, 4 0"), false, 4)), "5 points");
+  EXPECT_EQ(printed(gfResample(pointsOf("0 0, 4 0"), false, 0)), "0 points bad_argument");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gauge/robust_fit.h>
 #include <gtest/gtest.h>
 #include <support/placements.h>
+#include <support/printed.h>
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
 
@@ -319,6 +320,22 @@ TEST(RobustFit, ResultsPrint) {
   EXPECT_EQ(ellipse.str().find("ellipse at (20, 30) semi-axes 8 and 4 at angle "), 0u) << ellipse.str();
   EXPECT_NE(out.str().find("20 inliers, ok; circle at"), std::string::npos) << out.str();
   EXPECT_NE(out.str().find("24 inliers, ok; ellipse at"), std::string::npos) << out.str();
+}
+
+TEST(RobustFit, OptionsAndQualityPrint) {
+  gxRobustOptions options;
+  EXPECT_EQ(printed(options), "tukey weights, inlier limit 0, seed 1");
+  const std::pair<gxFitWeights, const char*> words[] = {{gxFitWeights::eLeastSquares, "least squares"},
+                                                        {gxFitWeights::eHuber, "huber"},
+                                                        {gxFitWeights::eConsensus, "consensus"},
+                                                        {static_cast<gxFitWeights>(9), "unknown"}};
+  for (const auto& [weights, word] : words) EXPECT_EQ(printed(weights), word);
+  gxFitQuality quality;
+  quality.deviation = 0.5;
+  quality.residualRms = 0.25;
+  quality.residualMax = 1.0;
+  quality.inliers = {1, 3};
+  EXPECT_EQ(printed(quality), "deviation 0.5, residual rms 0.25 max 1, 2 inliers, ok");
 }
 
 }  // namespace

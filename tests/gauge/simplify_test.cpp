@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <support/placements.h>
 #include <support/plain_distance.h>
+#include <support/printed.h>
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
 
@@ -214,6 +215,15 @@ TEST(Simplify, OfAnOutlineTheTwoFarthestPointsStay) {
     EXPECT_EQ(std::count(kept.begin(), kept.end(), first), 1);
     EXPECT_EQ(std::count(kept.begin(), kept.end(), second), 1);
   }
+}
+
+TEST(Simplify, ResultsAndOptionsPrint) {
+  EXPECT_EQ(printed(gfSimplify(pointsOf("0 0, 1 0, 2 0, 2 2"), false, 0.1)), "3 points kept");
+  EXPECT_EQ(printed(gfSimplify(Points(), true, 0.1)), "0 points kept empty");
+  gxSimplifyOptions options;
+  EXPECT_EQ(printed(options), "lets chords cross");
+  options.keepsCrossingsOut = true;
+  EXPECT_EQ(printed(options), "keeps crossings out");
 }
 
 }  // namespace

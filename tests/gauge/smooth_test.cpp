@@ -5,6 +5,7 @@
 #include <gauge/smooth.h>
 #include <gtest/gtest.h>
 #include <support/placements.h>
+#include <support/printed.h>
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
 
@@ -161,6 +162,11 @@ TEST(Smooth, DirectionStartAndMotionDoNotMatter) {
       EXPECT_NEAR(kTurnedFarAway.of(got[i]).distance(far[i]), 0.0, 2e-9);
     }
   }
+}
+
+TEST(Smooth, ResultsPrint) {
+  EXPECT_EQ(printed(gfSmooth(pointsOf("0 0, 4 0, 4 4"), true, 1)), "3 points");
+  EXPECT_EQ(printed(gfSmooth(pointsOf("0 0, 4 0"), false, -1)), "0 points bad_argument");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gauge/uncertainty.h>
 #include <gtest/gtest.h>
 #include <support/placements.h>
+#include <support/printed.h>
 #include <support/random_shapes.h>
 #include <support/shape_text.h>
 
@@ -217,6 +218,10 @@ TEST(Uncertainty, InAnyPlaceAtAnyScaleFromAnyStart) {
   std::ostringstream out;
   out << gfUncertainty(kSquare, true, {});
   EXPECT_NE(out.str().find("uncertainty of length 0 (bias 0)"), std::string::npos) << out.str();
+}
+
+TEST(Uncertainty, TheNoisePrints) {
+  EXPECT_EQ(printed(gxEdgeNoise{0.125, 2.0}), "sigma 0.125, correlation length 2");
 }
 
 }  // namespace

@@ -32,6 +32,30 @@ TEST(Wall, DegenerateShapes) {
   }
 }
 
+TEST(Wall, OfPointsAndContoursAsOfTheRegion) {
+  const Points points = pointsOf("0 0, 8 0, 8 4, 5 4, 4 1, 3 4, 0 4");
+  const gxWall region = gfSmallestWall(gxRegion(points));
+  const gxWall outline = gfSmallestWall(std::span<const V>(points));
+  const gxWall contour = gfSmallestWall(gxContour(points, true));
+  for (const gxWall& w : {outline, contour}) {
+    EXPECT_EQ(w.status, gxStatus::eOk);
+    EXPECT_EQ(w.wall, region.wall);
+    EXPECT_EQ(w.from, region.from);
+    EXPECT_EQ(w.to, region.to);
+    EXPECT_EQ(w.region, 0);
+  }
+}
+
+TEST(Wall, AnOpenContourHasNone) {
+  const gxWall open = gfSmallestWall(gxContour(pointsOf("0 0, 4 0, 4 4"), false));
+  EXPECT_EQ(open.status, gxStatus::eNotClosed);
+  EXPECT_TRUE(std::isnan(open.wall));
+  EXPECT_EQ(gfSmallestWall(gxContour()).status, gxStatus::eEmpty);
+  EXPECT_EQ(gfSmallestWall(gxContour(pointsOf("0 0, nan 1"), false)).status, gxStatus::eNotFinite);
+  EXPECT_EQ(gfSmallestWall(std::span<const V>()).status, gxStatus::eEmpty);
+  EXPECT_EQ(gfSmallestWall(std::span<const V>(pointsOf("0 0, 6 6"))).status, gxStatus::eNone);
+}
+
 TEST(Wall, ATriangleHasNone) {
   EXPECT_EQ(wallOf("0 0, 4 0, 0 3").status, gxStatus::eNone);
   EXPECT_EQ(wallOf("0 0, 100 0, 0 0.001").status, gxStatus::eNone);
