@@ -1,9 +1,11 @@
 // How shapes lie to each other.
 //
-//  1. The relation is found on the edges as they are (internal/relation), where the shapes are valid.  A
-//     shape that is not is settled by even-odd first; where it only touches itself, that constructs
-//     nothing, and the answer stays exact.
-//  2. The overlap needs an arrangement of both shapes, its faces labelled with who holds them, and no
+//  1. Of two shapes of one ring each, one crossing that lies on no other edge tells everything, and so does
+//     that there is no common point at all (internal/two_rings): valid or not.
+//  2. Otherwise the relation is found on the edges as they are (internal/relation), where the shapes are
+//     valid.  A shape that is not is settled by even-odd first; where it only touches itself, that
+//     constructs nothing, and the answer stays exact.
+//  3. The overlap needs an arrangement of both shapes, its faces labelled with who holds them, and no
 //     rings: the area of all faces of a label is the sum, over the stretches of border that have such a
 //     face on their left, of the triangles with a fixed point.  The point is a corner of the common box,
 //     so that small shapes far from the origin keep their digits; the sum carries its rounding errors
@@ -14,10 +16,12 @@
 #include <overlay/internal/operand_rings.h>
 #include <overlay/internal/relation.h>
 #include <overlay/internal/shape_rings.h>
+#include <overlay/internal/two_rings.h>
 
 #include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <vector>
 
 namespace {
@@ -60,6 +64,18 @@ gxRelation relate(const gxShapes& a, const Rings& ringsA, const gxShapes& b, con
           found.secondBeyond,  shapes[0].rings.empty(), shapes[1].rings.empty()};
 }
 
+// The relation of two shapes of one ring each, where one look settles it.
+std::optional<gxRelation> atOnce(const gxShapes& a, const gxShapes& b, const gxOverlayLimits& limits) {
+  if (a.regions().size() != 1 || b.regions().size() != 1) return std::nullopt;
+  const gxRegion& first = *a.regions()[0];
+  const gxRegion& second = *b.regions()[0];
+  if (!first.holes().empty() || !second.holes().empty()) return std::nullopt;
+  const auto found = gx_relateTwoRings(first.points(), second.points(), limits);
+  if (!found) return std::nullopt;
+  return gxRelation{
+      found->interiorsMeet, found->bordersMeet, found->firstBeyond, found->secondBeyond, false, false};
+}
+
 // Tells whether the boxes of the shapes' points, all finite, have no point in common.
 bool boxesApart(const Rings& a, const Rings& b) {
   gx_Box boxes[2];
@@ -73,6 +89,14 @@ bool boxesApart(const Rings& a, const Rings& b) {
     }
   }
   return finite == 0.0 && !boxes[0].meets(boxes[1]);
+}
+
+// The relation as far as the shapes meet: of shapes whose boxes are apart, that they do not.
+gxRelation ofMeeting(const gxShapes& a, const gxShapes& b, const gxOverlayLimits& limits) {
+  if (const auto found = atOnce(a, b, limits)) return *found;
+  const Rings first = gx_ringsOf(a.regions());
+  const Rings second = gx_ringsOf(b.regions());
+  return boxesApart(first, second) ? gxRelation() : relate(a, first, b, second, limits);
 }
 
 // ---- Areas ----------------------------------------------------------------------------------------
@@ -134,13 +158,12 @@ class Areas {
 }  // namespace
 
 gxRelation gfRelate(const gxShapes& a, const gxShapes& b, const gxOverlayLimits& limits) {
+  if (const auto found = atOnce(a, b, limits)) return *found;
   return relate(a, gx_ringsOf(a.regions()), b, gx_ringsOf(b.regions()), limits);
 }
 
 bool gfIntersects(const gxShapes& a, const gxShapes& b, const gxOverlayLimits& limits) {
-  const Rings first = gx_ringsOf(a.regions());
-  const Rings second = gx_ringsOf(b.regions());
-  return !boxesApart(first, second) && relate(a, first, b, second, limits).intersects();
+  return ofMeeting(a, b, limits).intersects();
 }
 
 bool gfDisjoint(const gxShapes& a, const gxShapes& b, const gxOverlayLimits& limits) {
@@ -148,9 +171,7 @@ bool gfDisjoint(const gxShapes& a, const gxShapes& b, const gxOverlayLimits& lim
 }
 
 bool gfTouches(const gxShapes& a, const gxShapes& b, const gxOverlayLimits& limits) {
-  const Rings first = gx_ringsOf(a.regions());
-  const Rings second = gx_ringsOf(b.regions());
-  return !boxesApart(first, second) && relate(a, first, b, second, limits).touches();
+  return ofMeeting(a, b, limits).touches();
 }
 
 bool gfContains(const gxShapes& a, const gxShapes& b, const gxOverlayLimits& limits) {

@@ -1,0 +1,269 @@
+// Two rings, each as it is, valid or not.
+//
+//  1. Boxes around runs of 8 edges of each ring, and around 8 of these and so on; the points stay where they
+//     are.
+//  2. The boxes of both are searched for edges that cross.  Where an edge of A crosses an edge of B within
+//     both, and no other edge of either passes through that point, both change sides there: around the
+//     point lie both, A alone, B alone and neither, whatever the rings do elsewhere.
+//  3. Rings without a common point: each lies in one face of the other, so one vertex tells by the edges that
+//     a ray to the left crosses.  A ring holds area where its first vertex by x, then y, is passed once, and
+//     not straight: the angle there is solid.
+//  4. Everything else (common vertices and stretches, crossings that may lie on a third edge) is left to the
+//     search that knows about validity (relation.cpp).  It takes some eight times as long, as it holds the
+//     edges of each ring against those of the same ring too.
+#include <overlay/internal/edge_set.h>
+#include <overlay/internal/predicates.h>
+#include <overlay/internal/two_rings.h>
+
+#include <array>
+#include <cstddef>
+
+namespace {
+
+using V = gxVector<2>;
+
+// After so many crossings that may lie on a third edge the search is given up.
+constexpr int kMostInVain = 256;
+
+// A ring, and boxes over its edges; edge i runs from point i to the next one.
+class Ring {
+ public:
+  static constexpr std::size_t kFan = 8;
+
+  explicit Ring(const std::vector<V>& points) : points_(points) {
+    const std::size_t n = points.size();
+    // The levels together have less than n / 7 boxes, and one that is not full each.
+    boxes_.reserve(n / (kFan - 1) + kMostLevels);
+    double finite = 0.0;
+    for (std::size_t first = 0; first < n; first += kFan) {
+      gx_Box box;
+      const std::size_t end = std::min(first + kFan, n);
+      for (std::size_t i = first; i < end; ++i) {
+        const V& p = points[i];
+        finite += (p.x() - p.x()) + (p.y() - p.y());
+        box.add(p);
+      }
+      box.add(points[end == n ? 0 : end]);
+      boxes_.push_back(box);
+    }
+    isFinite_ = finite == 0.0;
+    addLevels_();
+  }
+
+  bool isFinite() const { return isFinite_; }
+  std::size_t size() const { return points_.size(); }
+  const V& from(std::size_t edge) const { return points_[edge]; }
+  const V& to(std::size_t edge) const { return points_[edge + 1 == points_.size() ? 0 : edge + 1]; }
+  gx_Box boxOf(std::size_t edge) const { return gx_boxOfEdge(from(edge), to(edge)); }
+
+  std::size_t top() const { return levels_ - 1; }
+  std::size_t count(std::size_t level) const { return starts_[level + 1] - starts_[level]; }
+  const gx_Box& box(std::size_t level, std::size_t i) const { return boxes_[starts_[level] + i]; }
+  // What lies below box i: boxes of the level below, or edges.
+  std::size_t below(std::size_t i) const { return i * kFan; }
+  std::size_t behind(std::size_t level, std::size_t i) const {
+    return std::min((i + 1) * kFan, level == 0 ? size() : count(level - 1));
+  }
+
+  // Calls visit(edge) for every edge whose box meets `box`, until one returns true; tells whether one did.
+  template <class Visit>
+  bool search(const gx_Box& box, const Visit& visit) const {
+    return search_(top(), 0, box, visit);
+  }
+
+  // The first vertex by x, then y.
+  std::size_t first() const {
+    std::size_t first = 0;
+    for (std::size_t i = 1; i < size(); ++i) {
+      if (gx_before(points_[i], points_[first])) first = i;
+    }
+    return first;
+  }
+
+  // Tells whether the ring is seen to hold area at its first vertex.
+  bool isSolidAt(std::size_t first) const {
+    std::size_t times = 0;
+    for (const V& p : points_) times += p == points_[first] ? 1U : 0U;
+    const V& before = points_[first == 0 ? size() - 1 : first - 1];
+    return times == 1 && gx_Orientation(before, from(first), to(first)) != 0;
+  }
+
+  // Tells whether a point that lies on no edge is inside, by the edges left of it.
+  bool holds(const V& p) const {
+    bool odd = false;
+    search({-std::numeric_limits<double>::infinity(), p.y(), p.x(), p.y()}, [&](std::size_t edge) {
+      const V& a = from(edge);
+      const V& b = to(edge);
+      if ((a.y() <= p.y()) != (b.y() <= p.y())) odd ^= (a.y() <= p.y()) == (gx_Orientation(a, b, p) < 0);
+      return false;
+    });
+    return odd;
+  }
+
+ private:
+  static constexpr std::size_t kMostLevels = 24;  // 8^24 edges are more than there can be
+
+  void addLevels_() {
+    starts_[0] = 0;
+    starts_[1] = boxes_.size();
+    levels_ = 1;
+    while (count(top()) > 1) {
+      const std::size_t first = starts_[levels_ - 1];
+      const std::size_t end = starts_[levels_];
+      for (std::size_t at = first; at < end; at += kFan) {
+        gx_Box box;
+        for (std::size_t i = at; i < std::min(at + kFan, end); ++i) box.add(boxes_[i]);
+        boxes_.push_back(box);
+      }
+      starts_[++levels_] = boxes_.size();
+    }
+  }
+
+  template <class Visit>
+  bool search_(std::size_t level, std::size_t i, const gx_Box& within, const Visit& visit) const {
+    if (!gx_boxesMeet(box(level, i), within)) return false;
+    for (std::size_t k = below(i); k < behind(level, i); ++k) {
+      if (level != 0) {
+        if (search_(level - 1, k, within, visit)) return true;
+      } else if (gx_boxesMeet(boxOf(k), within) && visit(k)) {
+        return true;
+      }
+    }
+    return false;
+  }
+
+  const std::vector<V>& points_;
+  std::vector<gx_Box> boxes_;
+  std::array<std::size_t, kMostLevels + 1> starts_{};
+  std::size_t levels_ = 0;
+  bool isFinite_ = false;
+};
+
+class Search {
+ public:
+  Search(const Ring& a, const Ring& b, const gxOverlayLimits& limits) : a_(a), b_(b), limits_(limits) {}
+
+  enum Found : unsigned char { eNothing, eCrossing, eMore };
+
+  Found run() {
+    among_(a_.top(), 0, b_.top(), 0);
+    return crosses_ ? eCrossing : inVain_ == 0 && touching_ == 0 ? eNothing : eMore;
+  }
+
+ private:
+  // Return true when the search is over.
+  bool among_(std::size_t levelA, std::size_t i, std::size_t levelB, std::size_t j) {
+    if (!gx_boxesMeet(a_.box(levelA, i), b_.box(levelB, j))) return false;
+    if (levelA == 0 && levelB == 0) return edges_(i, j);
+    if (levelA >= levelB) {
+      for (std::size_t k = a_.below(i); k < a_.behind(levelA, i); ++k) {
+        if (among_(levelA - 1, k, levelB, j)) return true;
+      }
+      return false;
+    }
+    for (std::size_t k = b_.below(j); k < b_.behind(levelB, j); ++k) {
+      if (among_(levelA, i, levelB - 1, k)) return true;
+    }
+    return false;
+  }
+
+  bool edges_(std::size_t i, std::size_t j) {
+    tick_();
+    std::array<std::size_t, Ring::kFan> those{};
+    std::size_t count = 0;
+    for (std::size_t q = b_.below(j); q < b_.behind(0, j); ++q) {
+      those[count] = q;
+      count += gx_boxesMeet(b_.boxOf(q), a_.box(0, i)) ? 1U : 0U;
+    }
+    for (std::size_t p = a_.below(i); count != 0 && p < a_.behind(0, i); ++p) {
+      const gx_Box box = a_.boxOf(p);
+      for (std::size_t c = 0; c < count; ++c) {
+        if (gx_boxesMeet(box, b_.boxOf(those[c])) && pair_(p, those[c])) return true;
+      }
+    }
+    return false;
+  }
+
+  // Touching edges tell nothing.  Where there are more of them than the limit allows to keep, the search that
+  // keeps them is to say so.
+  bool pair_(std::size_t p, std::size_t q) {
+    const auto kind = gx_meetingOf(a_.from(p), a_.to(p), b_.from(q), b_.to(q)).kind;
+    if (kind == gx_EdgeMeeting::eApart) return false;
+    if (kind != gx_EdgeMeeting::eCrossing) return ++touching_ > limits_.maxMeetings;
+    crosses_ = isAlone_(p, q);
+    return crosses_ || ++inVain_ >= kMostInVain;
+  }
+
+  // Tells whether no other edge passes the crossing of edges p and q: one that did would meet both of them
+  // inside.
+  bool isAlone_(std::size_t p, std::size_t q) const {
+    const gx_Box one = a_.boxOf(p);
+    const gx_Box two = b_.boxOf(q);
+    const gx_Box around{std::max(one.lowX, two.lowX), std::max(one.lowY, two.lowY),
+                        std::min(one.highX, two.highX), std::min(one.highY, two.highY)};
+    const auto passes = [&](const Ring& ring, std::size_t own) {
+      return ring.search(around, [&](std::size_t edge) {
+        return edge != own && meetsInside_(ring, edge, a_, p) && meetsInside_(ring, edge, b_, q);
+      });
+    };
+    return !passes(a_, p) && !passes(b_, q);
+  }
+
+  // Tells whether an edge meets another one elsewhere than in an end of that.
+  static bool meetsInside_(const Ring& r, std::size_t edge, const Ring& s, std::size_t other) {
+    const V& a = r.from(edge);
+    const V& b = r.to(edge);
+    const V& c = s.from(other);
+    const V& d = s.to(other);
+    // Edges that share an end, as neighbours do, meet elsewhere on one line only.
+    if (a == c || a == d) return gx_Orientation(c, d, b) == 0;
+    if (b == c || b == d) return gx_Orientation(c, d, a) == 0;
+    const gx_EdgeMeeting m = gx_meetingOf(a, b, c, d);
+    const bool atItsEnd = (m.ends & (gx_EdgeMeeting::eC | gx_EdgeMeeting::eD)) != 0;
+    return m.kind != gx_EdgeMeeting::eApart && !(m.kind == gx_EdgeMeeting::eTouching && atItsEnd);
+  }
+
+  void tick_() {
+    constexpr std::size_t kRunsBetween = 4096 / Ring::kFan;
+    if (++runs_ % kRunsBetween == 0 && limits_.stop && limits_.stop())
+      throw gxStopped(L"the comparison was stopped");
+  }
+
+  const Ring& a_;
+  const Ring& b_;
+  const gxOverlayLimits& limits_;
+  std::size_t runs_ = 0;
+  std::size_t touching_ = 0;
+  int inVain_ = 0;
+  bool crosses_ = false;
+};
+
+// Of rings without a common point.
+std::optional<gx_Relation> apart(const Ring& a, const Ring& b) {
+  const std::size_t firstOfA = a.first();
+  const std::size_t firstOfB = b.first();
+  if (!a.isSolidAt(firstOfA) || !b.isSolidAt(firstOfB)) return std::nullopt;
+  gx_Relation relation;
+  const bool firstInside = b.holds(a.from(firstOfA));
+  const bool secondInside = a.holds(b.from(firstOfB));
+  relation.interiorsMeet = firstInside || secondInside;
+  relation.firstBeyond = !firstInside;
+  relation.secondBeyond = !secondInside;
+  return relation;
+}
+
+}  // namespace
+
+std::optional<gx_Relation> gx_relateTwoRings(const std::vector<V>& a, const std::vector<V>& b,
+                                             const gxOverlayLimits& limits) {
+  if (a.size() < 3 || b.size() < 3) return std::nullopt;
+  const Ring first(a);
+  const Ring second(b);
+  if (!first.isFinite() || !second.isFinite()) return std::nullopt;
+  switch (Search(first, second, limits).run()) {
+    case Search::eCrossing: return gx_Relation{true, true, true, true, {false, false}};
+    case Search::eNothing: return apart(first, second);
+    case Search::eMore: break;
+  }
+  return std::nullopt;
+}
