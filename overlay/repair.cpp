@@ -1,7 +1,8 @@
 // Repair by rule: an arrangement with one operand.  The steps are told in internal/arrangement.cpp and the
-// files that it names.
+// files that it names.  A single outline that meets itself nowhere is its own repair.
 #include <overlay/internal/operand_rings.h>
 #include <overlay/internal/outer_faces.h>
+#include <overlay/internal/simple_ring.h>
 #include <overlay/repair.h>
 
 #include <cmath>
@@ -50,12 +51,33 @@ void describe(const std::vector<gx_ResultRegion>& regions, gxRepairReport& repor
   }
 }
 
+bool isSimple(const gxShapes& shapes, gx_Steps& steps) {
+  if (shapes.regions().size() != 1) return false;
+  const gxRegion& region = *shapes.regions()[0];
+  return region.holes().empty() && gx_isSimpleRing(region.points(), steps);
+}
+
+// The repair of an outline that is right as it is, but perhaps the wrong way round.
+gxRepaired asItIs(const gxRegion& region, gxFillRule rule) {
+  std::vector<gx_ResultRegion> regions(1);
+  regions[0].outline.points = region.points();
+  const bool forward = gx_putInOrder(regions[0].outline.points);
+  if (rule == gxFillRule::ePositive && !forward) regions.clear();
+  gxRepairReport report;
+  report.areaBefore = areaOf(region.points());
+  describe(regions, report);
+  report.ringsDropped = regions.empty() ? 1 : 0;
+  report.nodes = 1;
+  return {gx_regionSetOf(regions), report};
+}
+
 }  // namespace
 
 gxRepaired gfRepair(const gxShapes& shapes, const gxOverlayOptions& options) {
+  gx_Steps steps(options.limits);
+  if (isSimple(shapes, steps)) return asItIs(*shapes.regions()[0], options.rule);
   gx_OperandRings rings;
   rings.add(shapes, 0, options.rule);
-  gx_Steps steps(options.limits);
   const gx_Arrangement arrangement(rings.list, steps);
   gxRepairReport report;
   gx_FaceLabels labels;

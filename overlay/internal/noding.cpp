@@ -7,9 +7,10 @@
 //     stand in the order of x, then y, each in the edge's direction: rounding is monotone in each coordinate, so nodes stay in the box
 //     of their edge, and the bent chain is monotone in x and y, never meets itself and passes no node twice.
 //  3. A bent piece may meet what its edge did not.  So the next round holds every piece beside a crossing
-//     of the last round against all others; the search goes through the boxes of the unbent edges, which
-//     hold their pieces: edge by edge where few were bent, else all pairs once more.  Whatever was not
-//     bent is settled for good.
+//     of the last round against the pieces of the edges that are near its own.  Near are edges, with boxes that
+//     meet, of which neither is aside of the other's line by more than both can bend in all rounds; the first
+//     round notes them as it goes.  Where there are too many to note (edges that lie on each other by the
+//     dozen), all pairs whose boxes meet are looked at once more.  Whatever was not bent is settled for good.
 //  4. The round that finds nothing is the last one, and the proof that nothing meets any more.
 //
 // A node lies within half a unit in the last place of its piece in each coordinate, and the distance from a
@@ -26,17 +27,48 @@
 #include <overlay/internal/predicates.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace {
 
-// Looking for what is near to one edge takes as long as the search of all pairs takes for about that many
-// edges (a microsecond; 25 ns).
-constexpr std::size_t kSearchWorth = 32;
+// Edges bend by less than 0.7072 units in the last place of the largest coordinate in a round, so two of them come
+// nearer to each other by less than 6 in four rounds.
+constexpr double kBends = 8.0;
+
+// So many near pairs are noted for each edge, and so many for a few.
+constexpr std::size_t kNearPerEdge = 4;
+constexpr std::size_t kNearAtLeast = 256;
+
+double spacingAt(const gx_Box& box) {
+  const double largest = std::max({std::fabs(box.lowX), std::fabs(box.lowY), std::fabs(box.highX),
+                                   std::fabs(box.highY), std::numeric_limits<double>::min()});
+  return std::ldexp(1.0, std::ilogb(largest) - 52);
+}
+
+// Tells whether c and d are on one side of the line through a and b, farther from it than `far`, beyond rounding (of
+// which `gx_Orientation` tells).
+bool areAside(const gxVector<2>& a, const gxVector<2>& b, const gxVector<2>& c, const gxVector<2>& d,
+              double far) {
+  constexpr double kRounding = 2.0 * std::numeric_limits<double>::epsilon();
+  const gxVector<2> along = b - a;
+  const double margin =
+      far * (std::fabs(along.x()) + std::fabs(along.y())) + std::numeric_limits<double>::min();
+  const double left = along.x() * (c.y() - a.y());
+  const double right = along.y() * (c.x() - a.x());
+  const double error = kRounding * (std::fabs(left) + std::fabs(right)) + margin;
+  const double otherLeft = along.x() * (d.y() - a.y());
+  const double otherRight = along.y() * (d.x() - a.x());
+  const double otherError = kRounding * (std::fabs(otherLeft) + std::fabs(otherRight)) + margin;
+  const double side = left - right;
+  const double otherSide = otherLeft - otherRight;
+  return (side > error && otherSide > otherError) || (-side > error && -otherSide > otherError);
+}
 
 }  // namespace
 
 gx_Noding::gx_Noding(const gx_EdgeSet& edges, gx_Steps& steps)
-    : edges_(edges), steps_(steps), flags_(edges.size()) {
+    : edges_(edges), steps_(steps), flags_(edges.size()), far_(kBends * spacingAt(edges.box())) {
   for (std::size_t r = 0; r < edges.rings(); ++r) {
     const gx_EdgeSet::Ring& ring = edges.ring(r);
     if (ring.closed && ring.edges() != 0) flags_[ring.end] |= eClosing;
@@ -110,6 +142,8 @@ void gx_Noding::pair_(std::uint32_t i, std::uint32_t j) {
   const gxVector<2>& b = edges_.to(i);
   const gxVector<2>& c = edges_.from(j);
   const gxVector<2>& d = edges_.to(j);
+  if (areAside(a, b, c, d, far_) || areAside(c, d, a, b, far_)) return;
+  noteNear_(i, j);
   if (a == c) return equalEnds_(i, i, i + 1, j, j, j + 1);
   if (a == d) return equalEnds_(i, i, i + 1, j, j + 1, j);
   if (b == c) return equalEnds_(i, i + 1, i, j, j, j + 1);
@@ -126,6 +160,16 @@ void gx_Noding::pair_(std::uint32_t i, std::uint32_t j) {
   if ((meeting.ends & gx_EdgeMeeting::eB) != 0) touch_(j, i + 1);
   if ((meeting.ends & gx_EdgeMeeting::eC) != 0) touch_(i, j);
   if ((meeting.ends & gx_EdgeMeeting::eD) != 0) touch_(i, j + 1);
+}
+
+void gx_Noding::noteNear_(std::uint32_t i, std::uint32_t j) {
+  if (!knowsNear_) return;
+  if (near_.size() >= kNearPerEdge * edges_.size() + kNearAtLeast) {
+    knowsNear_ = false;
+    near_ = {};
+    return;
+  }
+  near_.push_back({i, j});
 }
 
 // Edges with equal ends meet elsewhere only where they go the same way from there.
@@ -246,18 +290,32 @@ void gx_Noding::findBentEdges_() {
 
 void gx_Noding::laterRound_() {
   findBentEdges_();
-  if (kSearchWorth * bent_.size() < edges_.size()) {
-    for (const std::uint32_t edge : bent_) bentEdge_(edge);
-    return;
-  }
   for (const std::uint32_t edge : bent_) flags_[edge] |= eBent;
   const auto pair = [this](std::uint32_t i, std::uint32_t j) {
     if (((flags_[i] | flags_[j]) & eBent) != 0) bentPair_(i, j);
     return false;
   };
-  edges_.forEachJoint(pair);
-  edges_.forEachPair(pair, [this](std::size_t count) { steps_.looked(count); });
+  if (knowsNear_) {
+    for (const std::uint32_t edge : bent_) bentJoints_(edge);
+    for (const Near& near : near_) pair(near.edge, near.other);
+  } else {
+    edges_.forEachJoint(pair);
+    edges_.forEachPair(pair, [this](std::size_t count) { steps_.looked(count); });
+  }
   for (const std::uint32_t edge : bent_) flags_[edge] &= static_cast<unsigned char>(~eBent);
+}
+
+// The pieces of a bent edge and of its neighbours in the ring.
+void gx_Noding::bentJoints_(std::uint32_t edge) {
+  const gx_EdgeSet::Ring& ring = edges_.ring(edges_.ringOf(edge));
+  if (ring.edges() < 2) return;
+  const bool isLast = edge + 1 == ring.end;
+  const bool isFirst = edge == ring.first;
+  if (!isLast || ring.closed) bentPair_(edge, isLast ? ring.first : edge + 1);
+  if (isFirst && !ring.closed) return;
+  const std::uint32_t before = isFirst ? ring.end - 1 : edge - 1;
+  // Of two bent ones the first has looked at both.
+  if ((flags_[before] & eBent) == 0) bentPair_(before, edge);
 }
 
 // The pieces of two edges, of which one at least is bent.
@@ -273,30 +331,6 @@ void gx_Noding::bentPair_(std::uint32_t edge, std::uint32_t other) {
         piecePair_(s, t);
     }
   }
-}
-
-void gx_Noding::bentEdge_(std::uint32_t edge) {
-  piecesOf_(edge, edges_.boxOf(edge), pieces_);
-  gx_Box box;
-  for (const Piece& piece : pieces_) {
-    if (!piece.isBent) continue;
-    box.add(piece.from.at);
-    box.add(piece.to.at);
-  }
-  edges_.forEachMeeting(box, [&](std::uint32_t other) {
-    if (other == edge) return;
-    piecesOf_(other, box, others_);
-    for (const Piece& s : pieces_) {
-      if (!s.isBent) continue;
-      const gx_Box own = gx_boxOfEdge(s.from.at, s.to.at);
-      steps_.looked(others_.size());
-      for (const Piece& t : others_) {
-        // Two bent pieces come up from both sides.
-        if (t.isBent && other < edge) continue;
-        if (gx_boxesMeet(own, gx_boxOfEdge(t.from.at, t.to.at))) piecePair_(s, t);
-      }
-    }
-  });
 }
 
 void gx_Noding::piecePair_(const Piece& s, const Piece& t) {

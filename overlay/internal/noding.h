@@ -69,6 +69,10 @@ class GXSHAPE_API gx_Noding {
     std::uint32_t vertex;  // kNone at a node inside of an edge
     bool isNode;
   };
+  struct Near {
+    std::uint32_t edge;
+    std::uint32_t other;
+  };
   struct Piece {
     End from;
     End to;
@@ -81,11 +85,12 @@ class GXSHAPE_API gx_Noding {
   void firstRound_();
   void fold_(std::uint32_t edge, std::uint32_t next);
   void pair_(std::uint32_t i, std::uint32_t j);
+  void noteNear_(std::uint32_t i, std::uint32_t j);
   void equalEnds_(std::uint32_t i, std::uint32_t own, std::uint32_t far, std::uint32_t j,
                   std::uint32_t other, std::uint32_t otherFar);
   void laterRound_();
   void findBentEdges_();
-  void bentEdge_(std::uint32_t edge);
+  void bentJoints_(std::uint32_t edge);
   void bentPair_(std::uint32_t edge, std::uint32_t other);
   void piecePair_(const Piece& s, const Piece& t);
   void sharedEnd_(const Piece& s, const End& own, const End& far, const Piece& t, const End& other,
@@ -124,6 +129,9 @@ class GXSHAPE_API gx_Noding {
   std::vector<std::uint32_t> inside_;  // of split edges: their first incidence inside; empty without any
   std::vector<std::uint32_t> bent_;    // edges that were bent in the last round
   std::vector<std::uint32_t> unsettled_;
+  double far_;              // more than two edges can come nearer to each other
+  std::vector<Near> near_;  // pairs that are nearer, where they are known
+  bool knowsNear_ = true;
   std::vector<Piece> pieces_;
   std::vector<Piece> others_;
   std::uint32_t round_ = 0;

@@ -11,133 +11,22 @@
 //  4. Everything else (common vertices and stretches, crossings that may lie on a third edge) is left to the
 //     search that knows about validity (relation.cpp).  It takes some eight times as long, as it holds the
 //     edges of each ring against those of the same ring too.
-#include <overlay/internal/edge_set.h>
 #include <overlay/internal/predicates.h>
+#include <overlay/internal/ring_boxes.h>
 #include <overlay/internal/two_rings.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <limits>
 
 namespace {
 
 using V = gxVector<2>;
+using Ring = gx_RingBoxes;
 
 // After so many crossings that may lie on a third edge the search is given up.
 constexpr int kMostInVain = 256;
-
-// A ring, and boxes over its edges; edge i runs from point i to the next one.
-class Ring {
- public:
-  static constexpr std::size_t kFan = 8;
-
-  explicit Ring(const std::vector<V>& points) : points_(points) {
-    const std::size_t n = points.size();
-    // The levels together have less than n / 7 boxes, and one that is not full each.
-    boxes_.reserve(n / (kFan - 1) + kMostLevels);
-    double finite = 0.0;
-    for (std::size_t first = 0; first < n; first += kFan) {
-      gx_Box box;
-      const std::size_t end = std::min(first + kFan, n);
-      for (std::size_t i = first; i < end; ++i) {
-        const V& p = points[i];
-        finite += (p.x() - p.x()) + (p.y() - p.y());
-        box.add(p);
-      }
-      box.add(points[end == n ? 0 : end]);
-      boxes_.push_back(box);
-    }
-    isFinite_ = finite == 0.0;
-    addLevels_();
-  }
-
-  bool isFinite() const { return isFinite_; }
-  std::size_t size() const { return points_.size(); }
-  const V& from(std::size_t edge) const { return points_[edge]; }
-  const V& to(std::size_t edge) const { return points_[edge + 1 == points_.size() ? 0 : edge + 1]; }
-  gx_Box boxOf(std::size_t edge) const { return gx_boxOfEdge(from(edge), to(edge)); }
-
-  std::size_t top() const { return levels_ - 1; }
-  std::size_t count(std::size_t level) const { return starts_[level + 1] - starts_[level]; }
-  const gx_Box& box(std::size_t level, std::size_t i) const { return boxes_[starts_[level] + i]; }
-  // What lies below box i: boxes of the level below, or edges.
-  std::size_t below(std::size_t i) const { return i * kFan; }
-  std::size_t behind(std::size_t level, std::size_t i) const {
-    return std::min((i + 1) * kFan, level == 0 ? size() : count(level - 1));
-  }
-
-  // Calls visit(edge) for every edge whose box meets `box`, until one returns true; tells whether one did.
-  template <class Visit>
-  bool search(const gx_Box& box, const Visit& visit) const {
-    return search_(top(), 0, box, visit);
-  }
-
-  // The first vertex by x, then y.
-  std::size_t first() const {
-    std::size_t first = 0;
-    for (std::size_t i = 1; i < size(); ++i) {
-      if (gx_before(points_[i], points_[first])) first = i;
-    }
-    return first;
-  }
-
-  // Tells whether the ring is seen to hold area at its first vertex.
-  bool isSolidAt(std::size_t first) const {
-    std::size_t times = 0;
-    for (const V& p : points_) times += p == points_[first] ? 1U : 0U;
-    const V& before = points_[first == 0 ? size() - 1 : first - 1];
-    return times == 1 && gx_Orientation(before, from(first), to(first)) != 0;
-  }
-
-  // Tells whether a point that lies on no edge is inside, by the edges left of it.
-  bool holds(const V& p) const {
-    bool odd = false;
-    search({-std::numeric_limits<double>::infinity(), p.y(), p.x(), p.y()}, [&](std::size_t edge) {
-      const V& a = from(edge);
-      const V& b = to(edge);
-      if ((a.y() <= p.y()) != (b.y() <= p.y())) odd ^= (a.y() <= p.y()) == (gx_Orientation(a, b, p) < 0);
-      return false;
-    });
-    return odd;
-  }
-
- private:
-  static constexpr std::size_t kMostLevels = 24;  // 8^24 edges are more than there can be
-
-  void addLevels_() {
-    starts_[0] = 0;
-    starts_[1] = boxes_.size();
-    levels_ = 1;
-    while (count(top()) > 1) {
-      const std::size_t first = starts_[levels_ - 1];
-      const std::size_t end = starts_[levels_];
-      for (std::size_t at = first; at < end; at += kFan) {
-        gx_Box box;
-        for (std::size_t i = at; i < std::min(at + kFan, end); ++i) box.add(boxes_[i]);
-        boxes_.push_back(box);
-      }
-      starts_[++levels_] = boxes_.size();
-    }
-  }
-
-  template <class Visit>
-  bool search_(std::size_t level, std::size_t i, const gx_Box& within, const Visit& visit) const {
-    if (!gx_boxesMeet(box(level, i), within)) return false;
-    for (std::size_t k = below(i); k < behind(level, i); ++k) {
-      if (level != 0) {
-        if (search_(level - 1, k, within, visit)) return true;
-      } else if (gx_boxesMeet(boxOf(k), within) && visit(k)) {
-        return true;
-      }
-    }
-    return false;
-  }
-
-  const std::vector<V>& points_;
-  std::vector<gx_Box> boxes_;
-  std::array<std::size_t, kMostLevels + 1> starts_{};
-  std::size_t levels_ = 0;
-  bool isFinite_ = false;
-};
 
 class Search {
  public:
@@ -238,14 +127,34 @@ class Search {
   bool crosses_ = false;
 };
 
+// Tells whether the ring is seen to hold area at its first vertex.
+bool isSolidAt(const Ring& ring, std::size_t first) {
+  std::size_t times = 0;
+  for (std::size_t i = 0; i < ring.size(); ++i) times += ring.from(i) == ring.from(first) ? 1U : 0U;
+  const V& before = ring.from(first == 0 ? ring.size() - 1 : first - 1);
+  return times == 1 && gx_Orientation(before, ring.from(first), ring.to(first)) != 0;
+}
+
+// Tells whether a point that lies on no edge is inside, by the edges left of it.
+bool holds(const Ring& ring, const V& p) {
+  bool odd = false;
+  ring.search({-std::numeric_limits<double>::infinity(), p.y(), p.x(), p.y()}, [&](std::size_t edge) {
+    const V& a = ring.from(edge);
+    const V& b = ring.to(edge);
+    if ((a.y() <= p.y()) != (b.y() <= p.y())) odd ^= (a.y() <= p.y()) == (gx_Orientation(a, b, p) < 0);
+    return false;
+  });
+  return odd;
+}
+
 // Of rings without a common point.
 std::optional<gx_Relation> apart(const Ring& a, const Ring& b) {
   const std::size_t firstOfA = a.first();
   const std::size_t firstOfB = b.first();
-  if (!a.isSolidAt(firstOfA) || !b.isSolidAt(firstOfB)) return std::nullopt;
+  if (!isSolidAt(a, firstOfA) || !isSolidAt(b, firstOfB)) return std::nullopt;
   gx_Relation relation;
-  const bool firstInside = b.holds(a.from(firstOfA));
-  const bool secondInside = a.holds(b.from(firstOfB));
+  const bool firstInside = holds(b, a.from(firstOfA));
+  const bool secondInside = holds(a, b.from(firstOfB));
   relation.interiorsMeet = firstInside || secondInside;
   relation.firstBeyond = !firstInside;
   relation.secondBeyond = !secondInside;

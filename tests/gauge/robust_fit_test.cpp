@@ -322,6 +322,25 @@ TEST(RobustFit, ResultsPrint) {
   EXPECT_NE(out.str().find("24 inliers, ok; ellipse at"), std::string::npos) << out.str();
 }
 
+TEST(RobustFit, WithoutInliersNothingIsDetermined) {
+  // Nothing lies within 1e-300 of a circle through three points but what rounding puts there.
+  Points points;
+  for (int i = 0; i < 17; ++i) {
+    const double r = 3.3 + 0.1 * std::sin(7.0 * i);
+    points.emplace_back(r * std::cos(0.37 * i) + 0.123, r * std::sin(0.37 * i) - 0.456);
+  }
+  for (const gxFitWeights weights :
+       {gxFitWeights::eConsensus, gxFitWeights::eTukey, gxFitWeights::eHuber}) {
+    gxRobustOptions options;
+    options.weights = weights;
+    options.inlierLimit = 1e-300;
+    const gxRobustCircle circle = gfRobustCircle(points, options);
+    EXPECT_EQ(circle.status, gxStatus::eUndetermined) << weights;
+    EXPECT_TRUE(std::isnan(circle.radius) && std::isnan(circle.deviation)) << weights;
+    EXPECT_TRUE(circle.inliers.empty()) << weights;
+  }
+}
+
 TEST(RobustFit, OptionsAndQualityPrint) {
   gxRobustOptions options;
   EXPECT_EQ(printed(options), "tukey weights, inlier limit 0, seed 1");
