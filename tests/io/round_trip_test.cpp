@@ -137,9 +137,28 @@ TEST(NumberWriter, WritesWhatTheLibrarysTextOfNumbersIs) {
     gfAppendNumber(value, text);
     ASSERT_EQ(text, gfNumberText(value));
   };
-  for (const double value :
-       {0.0, -0.0, 1.0, 1e-3, 9.99e-4, 1e6, 999999.5, 1e15, 0x1p53, 0x1p53 + 2, 1e21, 1e-7,
-        std::numeric_limits<double>::quiet_NaN(), -std::numeric_limits<double>::infinity()}) {
+  for (const double value : {0.0,
+                             -0.0,
+                             1.0,
+                             1e-3,
+                             9.99e-4,
+                             1e6,
+                             999999.5,
+                             1e15,
+                             0x1p53,
+                             0x1p53 + 2,
+                             1e21,
+                             1e-7,
+                             1e-6,
+                             9.99999e-7,
+                             1.000001,
+                             0.1 + 0.2,
+                             999999999.999999,
+                             1e9 - 0.5,
+                             1e9 + 0.5,
+                             1e9 + 0.000001,
+                             std::numeric_limits<double>::quiet_NaN(),
+                             -std::numeric_limits<double>::infinity()}) {
     check(value);
     check(-value);
   }
@@ -147,5 +166,8 @@ TEST(NumberWriter, WritesWhatTheLibrarysTextOfNumbersIs) {
     check(random.anyFinite());
     check(random.withExponent(-14, 24));
     check(random.whole(1000000) / 1000.0);
+    const double millionths = random.whole(1000000) / 1e6 + 1e3 * random.whole(1000000);
+    check(millionths);
+    check(-std::nextafter(millionths, 0.0));
   }
 }
