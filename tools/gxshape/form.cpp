@@ -45,6 +45,12 @@ class Form : public Command {
     if (!std::isnan(max_)) columns_.push_back({"within", Type::eBool});
   }
   // The first column is the error.
+  Row& addRow(Answer& answer, gxStatus status, double error) const {
+    Row& row = answer.addRow(columns_.size());
+    row.status = status;
+    row.values[0].set(error);
+    return row;
+  }
   void judge(Row& row, Answer& answer) const {
     if (std::isnan(max_)) return;
     answer.isGood = row.values[0].number[0] <= max_;
@@ -69,13 +75,9 @@ class Roundness final : public Form {
 
   void answer(const gxRecord& record, Answer& answer) const override {
     const gxRoundness r = gfRoundness(record.points, reference_);
-    Row& row = answer.addRow(columns_.size());
-    row.status = r.status;
-    row.values[0].set(r.roundness);
+    Row& row = addRow(answer, r.status, r.roundness);
     row.values[1].set(r.centre);
-    std::size_t i = 2;
-    for (const double number : {r.outerRadius, r.innerRadius, r.radius, r.peak, r.valley, r.rms})
-      row.values[i++].set(number);
+    row.set(2, {r.outerRadius, r.innerRadius, r.radius, r.peak, r.valley, r.rms});
     row.values[8].text = nameOf(r.reference);
     row.values[9].text =
         "{\"outer\":" + listOf(r.outerSupports) + ",\"inner\":" + listOf(r.innerSupports) + '}';
@@ -98,12 +100,9 @@ class Straightness final : public Form {
 
   void answer(const gxRecord& record, Answer& answer) const override {
     const gxStraightness s = gfStraightness(record.points, reference_);
-    Row& row = answer.addRow(columns_.size());
-    row.status = s.status;
-    row.values[0].set(s.straightness);
+    Row& row = addRow(answer, s.status, s.straightness);
     row.values[1].set(s.point);
-    std::size_t i = 2;
-    for (const double number : {s.angle, s.peak, s.valley, s.rms}) row.values[i++].set(number);
+    row.set(2, {s.angle, s.peak, s.valley, s.rms});
     row.values[6].text = nameOf(s.reference);
     row.values[7].text = listOf(s.supports);
     judge(row, answer);
@@ -128,18 +127,15 @@ class Parallelism final : public Form {
   }
 
   void answer(const gxRecord& record, Answer& answer) const override {
-    Row& row = answer.addRow(columns_.size());
     if (anglesOnly_) {
       const gxFlatAngle angle = gfFlatAngle(record.points, datum_.points, reference_);
-      row.status = angle.status;
-      row.values[0].set(angle.flatAngle);
+      judge(addRow(answer, angle.status, angle.flatAngle), answer);
     } else {
       const gxParallelism p = gfParallelism(record.points, datum_.points, reference_);
-      row.status = p.status;
-      row.values[0].set(p.parallelism);
+      Row& row = addRow(answer, p.status, p.parallelism);
       row.values[1].set(p.flatAngle);
+      judge(row, answer);
     }
-    judge(row, answer);
   }
 
  private:
@@ -164,9 +160,7 @@ class Profile final : public Form {
 
   void answer(const gxRecord& record, Answer& answer) const override {
     const gxProfile p = gfProfile(bordersOf(record), bordersOf(golden_), bestFit_);
-    Row& row = answer.addRow(columns_.size());
-    row.status = p.status;
-    row.values[0].set(p.profile);
+    Row& row = addRow(answer, p.status, p.profile);
     row.values[1].set(p.peak);
     row.values[2].set(p.valley);
     row.values[3].place = p.worst;

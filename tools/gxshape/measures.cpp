@@ -163,17 +163,11 @@ class Describe final : public Command {
 
   static void descriptors(const gxRecord& record, Row& row) {
     const gxDescriptors d = withShape(record, [](const auto& shape) { return gfDescribe(shape); });
-    std::size_t i = 3;
-    for (const double number : {d.area, d.filledArea, d.perimeter, d.length})
-      row.values[i++].set(number);
+    row.set(3, {d.area, d.filledArea, d.perimeter, d.length});
     row.values[8].setBox(d.box.origin(), d.box.corner());
-    i = 9;
-    for (const double number :
-         {d.equivalentDiameter, d.circularity, d.compactness, d.convexity, d.solidity, d.extent,
-          d.rectangularity, d.aspectRatio, d.elongation, d.eccentricity, d.orientation,
-          static_cast<double>(d.eulerNumber), d.feretMax, d.feretMin, d.feretMean, d.feretAcross}) {
-      row.values[i++].set(number);
-    }
+    row.set(9, {d.equivalentDiameter, d.circularity, d.compactness, d.convexity, d.solidity, d.extent,
+                d.rectangularity, d.aspectRatio, d.elongation, d.eccentricity, d.orientation,
+                static_cast<double>(d.eulerNumber), d.feretMax, d.feretMin, d.feretMean, d.feretAcross});
     row.status = d.status;
   }
 
@@ -204,14 +198,10 @@ class Describe final : public Command {
 
   static void moments(const gxRecord& record, Row& row) {
     const gxMoments m = withShape(record, [](const auto& shape) { return gfMoments(shape); });
-    std::size_t i = 33;
-    for (const double number :
-         {m.moment20, m.moment11, m.moment02, m.moment30, m.moment21, m.moment12, m.moment03, m.eta20,
-          m.eta11, m.eta02, m.eta30, m.eta21, m.eta12, m.eta03}) {
-      row.values[i++].set(number);
-    }
-    for (const double number : m.hu) row.values[i++].set(number);
-    for (const double number : {m.ellipseA, m.ellipseB, m.ellipseAngle}) row.values[i++].set(number);
+    row.set(33, {m.moment20, m.moment11, m.moment02, m.moment30, m.moment21, m.moment12, m.moment03,
+                 m.eta20, m.eta11, m.eta02, m.eta30, m.eta21, m.eta12, m.eta03});
+    for (std::size_t k = 0; k < 7; ++k) row.values[47 + k].set(m.hu[k]);
+    row.set(54, {m.ellipseA, m.ellipseB, m.ellipseAngle});
     take(m.status, row);
   }
 

@@ -5,6 +5,7 @@
 #include <velstd/vector.h>
 
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -42,6 +43,11 @@ struct Row {
   std::vector<Value> values;
   gxStatus status = gxStatus::eOk;
   bool isGood = true;  ///< false where the record was found wanting
+
+  /// Puts numbers into the columns from the first on.
+  void set(std::size_t first, std::initializer_list<double> numbers) {
+    for (const double number : numbers) values[first++].set(number);
+  }
 };
 
 /// The columns of a run: which are shown, in which order, and how.
