@@ -42,9 +42,11 @@
 
 #include <cntr/contour.h>
 #include <cntr/contourdefs.h>
+#include <cntr/finite.h>
 #include <cntr/options.h>
 #include <cntr/region.h>
 #include <cntr/regionst.h>
+#include <cntr/regionst_values.h>
 #include <cntr/shapestat.h>
 
 #include <gauge/align.h>
