@@ -2,14 +2,14 @@
 # what it needs under build/, and can be given again from any state of that folder.
 
 .DEFAULT_GOAL := help
-.PHONY: help demo gallery test python check format lint bench soak asan tsan coverage clang debug fuzz docs install clean
+.PHONY: help demo gallery test python check format lint bench soak asan tsan coverage clang debug fuzz docs neighbours release_check packages install clean
 
 PREFIX ?= /usr/local
 
 help:  ## list the commands
 	@echo "gxshape: planar shape geometry for machine vision"
 	@echo
-	@awk -F ':.*## ' '/^[a-z]+:.*## / {printf "  make %-10s %s\n", $$1, $$2}' $(MAKEFILE_LIST)
+	@awk -F ':.*## ' '/^[a-z_]+:.*## / {printf "  make %-13s %s\n", $$1, $$2}' $(MAKEFILE_LIST)
 
 demo:  ## measure, repair and inspect the outlines in examples/data; pictures in build/demo
 	@tools/install_packages build tool test
@@ -92,6 +92,23 @@ fuzz:  ## fuzz each target for FUZZ_SECONDS (60); corpora stay in build/fuzz/cor
 docs:  ## reference pages from the headers; build/docs/html/index.html
 	@tools/install_packages docs
 	@tools/make_docs
+
+neighbours:  ## shapes to OpenCV, Boost.Geometry, Eigen, GEOS, CGAL and back (needs their packages)
+	@tools/install_packages build test neighbours
+	@tools/build release neighbours
+	@for page in neighbours packages; do tools/doc_blocks.py docs/$$page.md --build build/release || exit 1; done
+
+release_check:  ## what is tried before a release: neighbours, headers, ten ways to consume, debugger, symbols
+	@tools/install_packages build test neighbours release
+	@$(MAKE) --no-print-directory neighbours
+	@tools/consume
+	@tools/check_headers.py --include build/consume/moved/include/gxshape-0.1
+	@tools/check_debugger build/consume/moved
+	@tools/check_release build/consume/moved
+
+packages:  ## the Debian packages, in build/debian
+	@tools/install_packages debian
+	@tools/build_debian
 
 install:  ## install a release to PREFIX (/usr/local)
 	@tools/install_packages build test

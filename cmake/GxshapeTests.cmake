@@ -14,6 +14,8 @@ file(MAKE_DIRECTORY "${GXSHAPE_TEST_RESULTS}")
 
 file(GLOB_RECURSE all_tests CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}/tests"
      "${PROJECT_SOURCE_DIR}/tests/*_test.cpp")
+# These need what other libraries bring: GxshapeNeighbours.
+list(FILTER all_tests EXCLUDE REGEX "^neighbours/")
 set(rooms)
 foreach(file IN LISTS all_tests)
   string(REGEX REPLACE "/.*" "" room "${file}")
@@ -133,5 +135,16 @@ if(BUILD_SHARED_LIBS AND UNIX AND NOT APPLE AND NOT GXSHAPE_SANITIZE AND NOT GXS
   set_tests_properties(exports PROPERTIES TIMEOUT 300)
 endif()
 
+# The programs of the pages, those that need no other library.
+if(NOT GXSHAPE_SANITIZE AND NOT GXSHAPE_COVERAGE AND BUILD_SHARED_LIBS AND PROJECT_IS_TOP_LEVEL)
+  foreach(page IN ITEMS neighbours packages)
+    add_test(NAME page_${page}
+             COMMAND ${GXSHAPE_PYTHON} "${PROJECT_SOURCE_DIR}/tools/doc_blocks.py" "${PROJECT_SOURCE_DIR}/docs/${page}.md"
+                     --build "${PROJECT_BINARY_DIR}" --compiler "${CMAKE_CXX_COMPILER}" --without-neighbours)
+    set_tests_properties(page_${page} PROPERTIES TIMEOUT 300)
+  endforeach()
+endif()
+
 include(GxshapeConformance)
+include(GxshapeNeighbours)
 include(GxshapeConsumer)
