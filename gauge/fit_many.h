@@ -6,6 +6,7 @@
 #include <gauge/places.h>
 
 #include <cstddef>
+#include <iosfwd>
 #include <vector>
 
 /// Lines fitted to many lists: a column for each number, in the order of the lists.
@@ -19,6 +20,8 @@ struct GXSHAPE_API gxLineColumns {
   /// Makes every column so long; new rows are those of a list without points.
   void resize(std::size_t rows);
 };
+/// Prints how many rows there are, and how many of them are not ok.
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxLineColumns& columns);
 
 /// Circles fitted to many lists.
 struct GXSHAPE_API gxCircleColumns {
@@ -30,6 +33,8 @@ struct GXSHAPE_API gxCircleColumns {
   /// Makes every column so long; new rows are those of a list without points.
   void resize(std::size_t rows);
 };
+/// Prints how many rows there are, and how many of them are not ok.
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxCircleColumns& columns);
 
 /// Ellipses fitted to many lists.
 struct GXSHAPE_API gxEllipseColumns {
@@ -43,6 +48,8 @@ struct GXSHAPE_API gxEllipseColumns {
   /// Makes every column so long; new rows are those of a list without points.
   void resize(std::size_t rows);
 };
+/// Prints how many rows there are, and how many of them are not ok.
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxEllipseColumns& columns);
 
 /// Fit a line, a circle, an ellipse to each list of points, by least squares of the distances: with the
 /// very bits of `gfRobustLine` with `eLeastSquares`, `gfCircleFit` and `gfEllipseFit` that fit everything

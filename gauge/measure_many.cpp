@@ -25,7 +25,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <ostream>
 
 #if defined(__SSE2__)
 #  include <emmintrin.h>
@@ -371,28 +370,4 @@ void gfMeasureMany(const gxOutlines& outlines, std::size_t first, std::size_t la
   for (std::size_t k = first; k < last; k += kChunk) {
     measureChunk(outlines, k, std::min(k + kChunk, last), ordinary, columns);
   }
-}
-
-// ---- Printing -----------------------------------------------------------------------------------
-
-namespace {
-
-std::ostream& printRows(std::ostream& out, const char* what, const std::vector<gxStatus>& status) {
-  const auto fine = std::count(status.begin(), status.end(), gxStatus::eOk);
-  return out << what << " of " << status.size() << " outlines, "
-             << status.size() - static_cast<std::size_t>(fine) << " not ok";
-}
-
-}  // namespace
-
-std::ostream& operator<<(std::ostream& out, const gxOutlines& outlines) {
-  return out << outlines.size() << " outlines in " << outlines.points().size() << " points";
-}
-
-std::ostream& operator<<(std::ostream& out, const gxMeasureColumns& columns) {
-  return printRows(out, "measures", columns.status);
-}
-
-std::ostream& operator<<(std::ostream& out, const gxEnclosureColumns& columns) {
-  return printRows(out, "enclosures", columns.status);
 }

@@ -98,6 +98,8 @@ struct GXSHAPE_API gxAreaColumns {
   /// Makes every column so long; new rows are those of an outline without points.
   void resize(std::size_t rows);
 };
+/// Prints how many rows there are, and how many of them are not ok.
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxAreaColumns& columns);
 
 /// Finds area and centre alone of each outline, in a fraction of the time that all measures take.  They
 /// are those of `gfMeasure` to a part in 1e12 of the area and of the outline's size (usually the last bit or
@@ -160,6 +162,8 @@ struct GXSHAPE_API gxHullLists {
   /// Looks at the hulls as outlines, for the other forms over many; ends with this object.
   gxOutlines outlines() const { return {points, offsets}; }
 };
+/// Prints how many rows there are, and how many of them are not ok.
+GXSHAPE_API std::ostream& operator<<(std::ostream& out, const gxHullLists& hulls);
 
 /// Finds the convex hull of each outline, as `gfConvexHull` does: counterclockwise, from the corner with the
 /// lowest x.  The second form takes the outlines from `first` up to `last` alone; its hull 0 is that of

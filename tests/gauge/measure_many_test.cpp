@@ -2,6 +2,8 @@
 // Covers gauge/enclose_many.cpp
 // Covers gauge/locate_many.cpp
 // Covers gauge/measure_many.cpp
+// Covers gauge/print_many.cpp
+#include <gauge/fit_many.h>
 #include <gauge/measure_many.h>
 
 #include <cntr/contourdefs.h>
@@ -108,6 +110,11 @@ TEST(MeasureMany, OutlinesAndColumnsPrintHowManyThereAre) {
   EXPECT_EQ(printed(outlines), "3 outlines in 5 points");
   EXPECT_EQ(printed(gfMeasureMany(outlines)), "measures of 3 outlines, 2 not ok");
   EXPECT_EQ(printed(gfEncloseMany(outlines)), "enclosures of 3 outlines, 1 not ok");
+  EXPECT_EQ(printed(gfAreasMany(outlines)), "areas of 3 outlines, 2 not ok");
+  EXPECT_EQ(printed(gfHullsMany(outlines)), "hulls of 3 outlines, 2 not ok");
+  EXPECT_EQ(printed(gfFitLinesMany(outlines)), "lines of 3 outlines, 2 not ok");
+  EXPECT_EQ(printed(gfFitCirclesMany(outlines)), "circles of 3 outlines, 2 not ok");
+  EXPECT_EQ(printed(gfFitEllipsesMany(outlines)), "ellipses of 3 outlines, 2 not ok");
 }
 
 }  // namespace
