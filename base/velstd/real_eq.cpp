@@ -7,8 +7,9 @@
 long gfIFloor(double value) {
   if (std::isnan(value)) return 0;
   const double floored = std::floor(value);
-  constexpr double kEnd = 9223372036854775808.0;  // 2^63, the first double past the range
-  static_assert(std::numeric_limits<long>::digits == 63, "the bounds are those of a 64-bit long");
+  // The first double past the range: 2^63, or 2^31 where a long has 32 bits; made as twice its half, for the
+  // greatest long itself may be no double.
+  constexpr double kEnd = 2.0 * static_cast<double>((std::numeric_limits<long>::max)() / 2 + 1);
   if (floored >= kEnd) return std::numeric_limits<long>::max();
   if (floored < -kEnd) return std::numeric_limits<long>::min();
   return static_cast<long>(floored);
