@@ -333,6 +333,8 @@ class GXSHAPE_API gxRegion : public virtual gxContour {
   template <class Outline>
   gxRegion rebuilt_(const Outline& outline) const;
   void repair_(gxRegion& result, bool hull, gxBudget& budget) const;
+  // The same where it is needed, once.
+  void repairOnce_(gxRegion& result, bool hull, gxBudget& budget) const;
   bool firstMeeting_(const gxLineSeg& edge, gxVector<2>& place, std::size_t& ownEdge) const;
 
   std::vector<HoleHandle> holes_;

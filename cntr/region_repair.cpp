@@ -9,7 +9,7 @@
 // holds a handle of its own to the result, because the target may be this region.
 //
 // Every question that the walk asks spends steps of the budget, about as many as it costs.
-#include <cntr/internal/memory/computation_count.h>
+#include <cntr/internal/memory/repaired.h>
 #include <cntr/internal/outline/outline.h>
 #include <cntr/internal/repair/loops.h>
 #include <cntr/internal/repair/outside_walk.h>
@@ -65,41 +65,23 @@ void gxRegion::outerHullRegularize(gxRegion& result, bool hull) const {
 }
 
 void gxRegion::regularize(gxRegion& result, gxBudget& budget) const {
-  if (!isSelfIntersecting(budget)) {
-    result = *this;
-    return;
-  }
-  gxPtrHandle_const<gxRegion> known;  // of our own, because `result` may own or be this one
-  const gx_SeldomOfRegion& memory = memory_.seldom.made();
-  if (const auto* published = memory.regularized.get()) {
-    known = *published;
-  } else {
-    gx_countComputation(gx_Computation::eRegularize);
-    const auto made = gfMakeHandle<gxRegion>();
-    repair_(*made, false, budget);
-    memory.regularized.publish(made);
-    known = made;
-  }
-  result = *known;
+  repairOnce_(result, false, budget);
 }
 
 void gxRegion::outerHull(gxRegion& result, gxBudget& budget) const {
+  repairOnce_(result, true, budget);
+}
+
+void gxRegion::repairOnce_(gxRegion& result, bool hull, gxBudget& budget) const {
   if (!isSelfIntersecting(budget)) {
     result = *this;
     return;
   }
-  gxPtrHandle_const<gxRegion> known;  // of our own, because `result` may own or be this one
   const gx_SeldomOfRegion& memory = memory_.seldom.made();
-  if (const auto* published = memory.outerHull.get()) {
-    known = *published;
-  } else {
-    gx_countComputation(gx_Computation::eOuterHull);
-    const auto made = gfMakeHandle<gxRegion>();
-    repair_(*made, true, budget);
-    memory.outerHull.publish(made);
-    known = made;
-  }
-  result = *known;
+  gx_assignRepaired(
+      hull ? memory.outerHull : memory.regularized,
+      hull ? gx_Computation::eOuterHull : gx_Computation::eRegularize,
+      [&](gxRegion& form) { repair_(form, hull, budget); }, [] {}, result);
 }
 
 void gxRegion::repair_(gxRegion& result, bool hull, gxBudget& budget) const {

@@ -250,6 +250,8 @@ class GXSHAPE_API gxRegionSet : public virtual gxPersistent, public virtual gxRe
   void regionsChanged_(gxContourDefs::IntersectionMode mode);
   bool computeSelfIntersecting_(gxBudget& budget) const;
   void repair_(gxRegionSet& result, bool hull, gxBudget& budget) const;
+  // The same where it is needed, once.
+  void repairOnce_(gxRegionSet& result, bool hull, gxBudget& budget) const;
   const gx_RegionIndex* index_() const;
   double distToPointOneByOne_(const gxVector<2>& point, bool vertexOnly, bool considerHoles,
                               bool insideIsZero) const;

@@ -30,6 +30,7 @@
 // holds a handle of its own to the result, because the target may be this set.
 #include <cntr/internal/index/box_tree.h>
 #include <cntr/internal/memory/computation_count.h>
+#include <cntr/internal/memory/repaired.h>
 #include <cntr/internal/outline/break_even.h>
 #include <cntr/internal/repair/spliced_outline.h>
 #include <cntr/internal/search/crossing.h>
@@ -199,21 +200,7 @@ void gxRegionSet::regularize(gxRegionSet& result) const {
 }
 
 void gxRegionSet::regularize(gxRegionSet& result, gxBudget& budget) const {
-  if (!isSelfIntersecting(budget)) {
-    result = *this;
-    return;
-  }
-  gxPtrHandle_const<gxRegionSet> known;  // of our own, because `result` may own or be this one
-  if (const auto* published = state_.memory.regularizedSet.get()) {
-    known = *published;
-  } else {
-    gx_countComputation(gx_Computation::eSetRegularize);
-    const auto made = gfMakeHandle<gxRegionSet>();
-    repair_(*made, false, budget);
-    if (state_.memory.regularizedSet.publish(made)) mutating_();
-    known = made;
-  }
-  result = *known;
+  repairOnce_(result, false, budget);
 }
 
 void gxRegionSet::outerHull(gxRegionSet& result) const {
@@ -222,21 +209,19 @@ void gxRegionSet::outerHull(gxRegionSet& result) const {
 }
 
 void gxRegionSet::outerHull(gxRegionSet& result, gxBudget& budget) const {
+  repairOnce_(result, true, budget);
+}
+
+void gxRegionSet::repairOnce_(gxRegionSet& result, bool hull, gxBudget& budget) const {
   if (!isSelfIntersecting(budget)) {
     result = *this;
     return;
   }
-  gxPtrHandle_const<gxRegionSet> known;  // of our own, because `result` may own or be this one
-  if (const auto* published = state_.memory.outerHullSet.get()) {
-    known = *published;
-  } else {
-    gx_countComputation(gx_Computation::eSetOuterHull);
-    const auto made = gfMakeHandle<gxRegionSet>();
-    repair_(*made, true, budget);
-    if (state_.memory.outerHullSet.publish(made)) mutating_();
-    known = made;
-  }
-  result = *known;
+  const gx_RegionSetMemory& memory = state_.memory;
+  gx_assignRepaired(
+      hull ? memory.outerHullSet : memory.regularizedSet,
+      hull ? gx_Computation::eSetOuterHull : gx_Computation::eSetRegularize,
+      [&](gxRegionSet& form) { repair_(form, hull, budget); }, [this] { mutating_(); }, result);
 }
 
 void gxRegionSet::outerHullRegularize(gxRegionSet& result, bool hull) const {

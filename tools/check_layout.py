@@ -216,7 +216,7 @@ def check_maps(tree):
 def picture():
     """The folders of the library, lowest first, each with those that it sees directly."""
     lines = ["```"]
-    row = "  {:<26}{:<11}{}".format
+    row = "  {:<26}{:<15}{}".format
     lines.append(row("folder", "library", "sees").rstrip())
     for folder, layer in LAYERS.items():
         below = [f for f, l in LAYERS.items() if l == max((x for x in LAYERS.values() if x < layer), default=-1)]
