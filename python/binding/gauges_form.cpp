@@ -43,7 +43,6 @@ py::dict parallelism(const PointArray& points, const PointArray& datum, int refe
                   "flat_angle"_a = p.flatAngle);
 }
 
-// What all fits have; the shape's own numbers are added.
 py::dict quality(const gxFitQuality& fit) {
   return py::dict("status"_a = out(fit.status), "deviation"_a = fit.deviation,
                   "residual_rms"_a = fit.residualRms, "residual_max"_a = fit.residualMax,
@@ -58,43 +57,48 @@ gxRobustOptions optionsOf(int weights, double inlierLimit, long seed) {
   return options;
 }
 
-py::dict fitLine(const PointArray& points, int weights, double inlierLimit, long seed) {
+// A fit, with what all have; `add` adds the shape's own numbers.
+template <class Fit, class Add>
+py::dict fitted(const PointArray& points, const gxRobustOptions& how,
+                Fit (*find)(PointSpan, const gxRobustOptions&), const Add& add) {
   const PointSpan span = spanOf(points);
-  const auto how = optionsOf(weights, inlierLimit, seed);
-  const gxRobustLine fit = unlocked(span.size(), [&] { return gfRobustLine(span, how); });
+  const Fit fit = unlocked(span.size(), [&] { return find(span, how); });
   py::dict answer = quality(fit);
-  answer["point"] = out(fit.point);
-  answer["angle"] = fit.angle.toDouble();
-  answer["offset_error"] = fit.offsetError;
-  answer["angle_error"] = fit.angleError;
+  add(fit, answer);
   return answer;
+}
+
+py::dict fitLine(const PointArray& points, int weights, double inlierLimit, long seed) {
+  return fitted(points, optionsOf(weights, inlierLimit, seed), &gfRobustLine,
+                [](const gxRobustLine& fit, py::dict& answer) {
+                  answer["point"] = out(fit.point);
+                  answer["angle"] = fit.angle.toDouble();
+                  answer["offset_error"] = fit.offsetError;
+                  answer["angle_error"] = fit.angleError;
+                });
 }
 
 py::dict fitCircle(const PointArray& points, int weights, double inlierLimit, long seed) {
-  const PointSpan span = spanOf(points);
-  const auto how = optionsOf(weights, inlierLimit, seed);
-  const gxRobustCircle fit = unlocked(span.size(), [&] { return gfRobustCircle(span, how); });
-  py::dict answer = quality(fit);
-  answer["centre"] = out(fit.centre);
-  answer["radius"] = fit.radius;
-  answer["centre_error"] = py::make_tuple(fit.centreXError, fit.centreYError);
-  answer["radius_error"] = fit.radiusError;
-  return answer;
+  return fitted(points, optionsOf(weights, inlierLimit, seed), &gfRobustCircle,
+                [](const gxRobustCircle& fit, py::dict& answer) {
+                  answer["centre"] = out(fit.centre);
+                  answer["radius"] = fit.radius;
+                  answer["centre_error"] = py::make_tuple(fit.centreXError, fit.centreYError);
+                  answer["radius_error"] = fit.radiusError;
+                });
 }
 
 py::dict fitEllipse(const PointArray& points, int weights, double inlierLimit, long seed) {
-  const PointSpan span = spanOf(points);
-  const auto how = optionsOf(weights, inlierLimit, seed);
-  const gxRobustEllipse fit = unlocked(span.size(), [&] { return gfRobustEllipse(span, how); });
-  py::dict answer = quality(fit);
-  answer["centre"] = out(fit.centre);
-  answer["ellipse_a"] = fit.a;
-  answer["ellipse_b"] = fit.b;
-  answer["ellipse_angle"] = fit.angle.toDouble();
-  answer["centre_error"] = py::make_tuple(fit.centreXError, fit.centreYError);
-  answer["axes_error"] = py::make_tuple(fit.aError, fit.bError);
-  answer["angle_error"] = fit.angleError;
-  return answer;
+  return fitted(points, optionsOf(weights, inlierLimit, seed), &gfRobustEllipse,
+                [](const gxRobustEllipse& fit, py::dict& answer) {
+                  answer["centre"] = out(fit.centre);
+                  answer["ellipse_a"] = fit.a;
+                  answer["ellipse_b"] = fit.b;
+                  answer["ellipse_angle"] = fit.angle.toDouble();
+                  answer["centre_error"] = py::make_tuple(fit.centreXError, fit.centreYError);
+                  answer["axes_error"] = py::make_tuple(fit.aError, fit.bError);
+                  answer["angle_error"] = fit.angleError;
+                });
 }
 
 py::tuple simplify(const PointArray& points, bool closed, double tolerance, bool keepsCrossingsOut) {
