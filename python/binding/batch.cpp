@@ -43,14 +43,14 @@ struct Run {
   }
 };
 
-void work(Run& run, const std::function<Work()>& make, const std::function<void()>& between) {
+void work(Run& run, const std::function<RangeWork()>& make, const std::function<void()>& between) {
   try {
-    const Work one = make();
+    const RangeWork answer = make();
     while (!run.stop) {
       const std::size_t first = run.next.fetch_add(run.block);
       if (first >= run.count) return;
       const std::size_t end = (std::min)(first + run.block, run.count);
-      for (std::size_t i = first; i < end; ++i) one(i);
+      answer(first, end);
       run.done += end - first;
       if (between) between();
     }
@@ -123,6 +123,14 @@ std::pair<std::size_t, std::size_t> Ragged::ringsOf(std::size_t part) const {
   return {asSize(offsets[part]), asSize(offsets[part + 1])};
 }
 
+std::optional<PointSpan> Ragged::onlyRing(std::size_t shape) const {
+  const auto [firstPart, endPart] = partsOf(shape);
+  if (endPart - firstPart != 1) return std::nullopt;
+  const auto [first, end] = ringsOf(firstPart);
+  if (end - first != 1 || !isClosed(first)) return std::nullopt;
+  return ring(first);
+}
+
 void Ragged::get(std::size_t shape, gxRecord& record) const {
   record.clear();
   const auto [firstPart, endPart] = partsOf(shape);
@@ -176,10 +184,14 @@ py::list Failures::texts() {
   return list;
 }
 
+py::tuple tableOf(const Columns& columns, Failures& failures) {
+  return py::make_tuple(columns.block(), failures.statuses(), failures.errors(), failures.texts());
+}
+
 // ---- Threads ----------------------------------------------------------------------------------------
 
-void forEach(std::size_t count, unsigned threads, const py::object& progress,
-             const std::function<Work()>& make) {
+void forRanges(std::size_t count, unsigned threads, const py::object& progress,
+               const std::function<RangeWork()>& make) {
   if (threads == 0) threads = (std::max)(1U, std::thread::hardware_concurrency());
   threads = static_cast<unsigned>((std::min)(std::size_t{threads}, (std::max)(count, std::size_t{1})));
   Run run;
@@ -199,6 +211,15 @@ void forEach(std::size_t count, unsigned threads, const py::object& progress,
   }
   if (run.thrown) std::rethrow_exception(run.thrown);
   if (count > 0) teller.tell();
+}
+
+void forEach(std::size_t count, unsigned threads, const py::object& progress,
+             const std::function<Work()>& make) {
+  forRanges(count, threads, progress, [&]() -> RangeWork {
+    return [one = make()](std::size_t first, std::size_t last) {
+      for (std::size_t i = first; i < last; ++i) one(i);
+    };
+  });
 }
 
 // ---- Shapes that were made --------------------------------------------------------------------------

@@ -11,6 +11,7 @@
 #include <exception>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,8 @@ class Ragged {
     return first == end ? std::pair(std::size_t{0}, std::size_t{0})
                         : std::pair(ringsOf(first).first, ringsOf(end - 1).second);
   }
+  /// Returns the ring of a shape that is one closed ring, else nothing.
+  std::optional<PointSpan> onlyRing(std::size_t shape) const;
   bool isOpen(std::size_t shape) const {
     const auto [first, end] = ringsOfShape(shape);
     return first < end && !isClosed(first);
@@ -94,17 +97,23 @@ class Failures {
   std::vector<Text> texts_;
 };
 
-/// One function for each index, or a worker of its own for each thread.
+/// Work on one index, or on those from the first up to the last, which is not among them; a worker of its
+/// own for each thread.
 using Work = std::function<void(std::size_t)>;
+using RangeWork = std::function<void(std::size_t first, std::size_t last)>;
 
-/// Calls the work for every index below `count`, by `threads` threads (0: as many as there are cores), the
-/// calling one among them, with the interpreter's lock let go.  `make` is called once for each thread and
-/// gives what works there.  No order is promised; work on different indexes touches different memory.
+/// Calls the work for every index below `count`, in ranges of up to 256, by `threads` threads (0: as many as
+/// there are cores), the calling one among them, with the interpreter's lock let go.  `make` is called once
+/// for each thread and gives what works there.  No order is promised; work on different indexes touches
+/// different memory.
 ///
 /// At most ten times a second the calling thread takes the lock, lets signals through and calls
 /// `progress(done, count)`, where that is not None; False ends the run.  The pool ends with the call, so a
 /// fork never meets one.
 /// Throws: gxStopped for that; what the work or the callback throws, the first of them.
+void forRanges(std::size_t count, unsigned threads, const py::object& progress,
+               const std::function<RangeWork()>& make);
+/// The same, index by index.
 void forEach(std::size_t count, unsigned threads, const py::object& progress,
              const std::function<Work()>& make);
 
@@ -145,3 +154,6 @@ class Columns {
   double* data_;
   std::size_t columns_, count_;
 };
+
+/// Returns (block of columns, status, error, texts).
+py::tuple tableOf(const Columns& columns, Failures& failures);

@@ -1,24 +1,20 @@
-// Numbers of many shapes: measure, describe, fits, comparison with a golden shape.  Each function returns
-// (block of columns, status, error, texts); the package gives the columns their names.
+// Numbers of many shapes: measure and describe.  Each function returns (block of columns, status, error,
+// texts); the package gives the columns their names.
 #include "batch.h"
 
-#include <gauge/align.h>
+#include <gauge/defects.h>
 #include <gauge/descriptors.h>
-#include <gauge/deviation.h>
 #include <gauge/enclosing.h>
 #include <gauge/feret.h>
-#include <gauge/hausdorff.h>
+#include <gauge/inscribed.h>
 #include <gauge/measure.h>
+#include <gauge/measure_many.h>
 #include <gauge/moments.h>
-#include <gauge/robust_fit.h>
+#include <gauge/wall.h>
 
 #include <array>
 
 namespace {
-
-py::tuple answer(const Columns& columns, Failures& failures) {
-  return py::make_tuple(columns.block(), failures.statuses(), failures.errors(), failures.texts());
-}
 
 double asNumber(std::size_t count) {
   return static_cast<double>(count);
@@ -57,36 +53,112 @@ Counts countsOf(const Ragged& shapes, std::size_t i) {
 // points, holes, area, length, centre_x, centre_y, box_x_min, box_y_min, box_x_max, box_y_max
 constexpr std::size_t kMeasures = 10;
 
-py::tuple measure(const Ragged& shapes, unsigned threads, const py::object& progress) {
-  Columns columns(kMeasures, shapes.size());
+// So many outlines go side by side, none of more points than this, so that what is copied of them stays in
+// the processor's own memory.
+constexpr std::size_t kTogether = 64;
+constexpr std::size_t kLong = 4096;
+
+// Measures a range of shapes.  Those that are one closed ring, which most are, go through `gfMeasureMany`,
+// which takes half the time and gives the same bits: for that they are copied one behind the other, without
+// the repeats of their first points.
+class Measurer {
+ public:
+  Measurer(const Ragged& shapes, const std::vector<std::size_t>& wanted, Columns& columns,
+           Failures& failures)
+      : shapes_(shapes), wanted_(wanted), columns_(columns), failures_(failures) {
+    many_.resize(kTogether);
+  }
+
+  void operator()(std::size_t first, std::size_t last) {
+    for (std::size_t i = first; i < last; ++i) {
+      const auto ring = shapes_.onlyRing(i);
+      if (ring && ring->size() <= kLong) {
+        take(i, *ring);
+      } else {
+        failures_.guard(i, [&] { measureAlone(i); });
+      }
+    }
+    measureTaken();
+  }
+
+ private:
+  void take(std::size_t i, PointSpan ring) {
+    rows_.push_back(i);
+    points_.insert(points_.end(), ring.begin(), ring.end());
+    offsets_.push_back(points_.size());
+    if (rows_.size() == kTogether) measureTaken();
+  }
+
+  void measureTaken() {
+    gfMeasureMany(gxOutlines(points_, offsets_), 0, rows_.size(), many_);
+    for (std::size_t k = 0; k < rows_.size(); ++k) {
+      put(rows_[k], many_.status[k],
+          {asNumber(offsets_[k + 1] - offsets_[k]), 0.0, many_.area[k], many_.length[k],
+           many_.centreX[k], many_.centreY[k], many_.boxXMin[k], many_.boxYMin[k], many_.boxXMax[k],
+           many_.boxYMax[k]});
+    }
+    rows_.clear();
+    points_.clear();
+    offsets_.assign(1, 0);
+  }
+
+  void measureAlone(std::size_t i) {
+    const gxMeasure m = measureOf(shapes_, i, rings_);
+    const Counts counts = countsOf(shapes_, i);
+    put(i, m.status,
+        {asNumber(counts.points), asNumber(counts.holes), m.area, m.length, m.centre.x(), m.centre.y(),
+         m.low.x(), m.low.y(), m.high.x(), m.high.y()});
+  }
+
+  void put(std::size_t i, gxStatus status, const std::array<double, kMeasures>& row) {
+    for (std::size_t c = 0; c < wanted_.size(); ++c) columns_.at(c, i) = row[wanted_[c]];
+    failures_.status(i, status);
+  }
+
+  const Ragged& shapes_;
+  const std::vector<std::size_t>& wanted_;
+  Columns& columns_;
+  Failures& failures_;
+  std::vector<gxMeasuredRing> rings_;
+  // The outlines that go together, the row of each, and their measures.
+  Points points_;
+  std::vector<std::size_t> offsets_{0};
+  std::vector<std::size_t> rows_;
+  gxMeasureColumns many_;
+};
+
+void checkWanted(const std::vector<std::size_t>& wanted, std::size_t count) {
+  for (const std::size_t column : wanted) {
+    if (column >= count) throw py::index_error("no such column");
+  }
+}
+
+py::tuple measure(const Ragged& shapes, const std::vector<std::size_t>& wanted, unsigned threads,
+                  const py::object& progress) {
+  checkWanted(wanted, kMeasures);
+  Columns columns(wanted.size(), shapes.size());
   Failures failures(shapes.size());
-  forEach(shapes.size(), threads, progress, [&]() -> Work {
-    return [&, rings = std::vector<gxMeasuredRing>()](std::size_t i) mutable {
-      failures.guard(i, [&] {
-        const gxMeasure m = measureOf(shapes, i, rings);
-        const Counts counts = countsOf(shapes, i);
-        const std::array<double, kMeasures> row = {asNumber(counts.points),
-                                                   asNumber(counts.holes),
-                                                   m.area,
-                                                   m.length,
-                                                   m.centre.x(),
-                                                   m.centre.y(),
-                                                   m.low.x(),
-                                                   m.low.y(),
-                                                   m.high.x(),
-                                                   m.high.y()};
-        for (std::size_t c = 0; c < kMeasures; ++c) columns.at(c, i) = row[c];
-        failures.status(i, m.status);
-      });
-    };
-  });
-  return answer(columns, failures);
+  forRanges(shapes.size(), threads, progress,
+            [&]() -> RangeWork { return Measurer(shapes, wanted, columns, failures); });
+  return tableOf(columns, failures);
 }
 
 // ---- Describe -----------------------------------------------------------------------------------------
 
 // The columns of `describe` in the order of docs/names.csv, and the gauge that each comes from.
-enum class Gauge { eCounts, eDescriptors, eCentre, eFeret, eCircle, eRectangle, eMoments };
+enum class Gauge {
+  eCounts,
+  eDescriptors,
+  eCentre,
+  eFeret,
+  eCircle,
+  eRectangle,
+  eMoments,
+  eInscribed,
+  eWall,
+  eDefects
+};
+constexpr std::size_t kGauges = 10;
 struct Described {
   const char* name;
   Gauge gauge;
@@ -155,13 +227,33 @@ constexpr Described kDescribed[] = {
     {"ellipse_a", Gauge::eMoments},
     {"ellipse_b", Gauge::eMoments},
     {"ellipse_angle", Gauge::eMoments},
+    // These take long, and come where they are named.
+    {"inscribed_circle_radius", Gauge::eInscribed},
+    {"inscribed_circle_centre_x", Gauge::eInscribed},
+    {"inscribed_circle_centre_y", Gauge::eInscribed},
+    {"wall", Gauge::eWall},
+    {"wall_from_ring", Gauge::eWall},
+    {"wall_from_edge", Gauge::eWall},
+    {"wall_from_t", Gauge::eWall},
+    {"wall_from_x", Gauge::eWall},
+    {"wall_from_y", Gauge::eWall},
+    {"wall_to_ring", Gauge::eWall},
+    {"wall_to_edge", Gauge::eWall},
+    {"wall_to_t", Gauge::eWall},
+    {"wall_to_x", Gauge::eWall},
+    {"wall_to_y", Gauge::eWall},
 };
 constexpr std::size_t kDescribedCount = std::size(kDescribed);
+
+// The convexity defects of each shape; none where nobody asks for them.
+using DefectLists = std::vector<std::vector<gxConvexityDefect>>;
 
 // The numbers of one shape, gauge by gauge, as far as they are wanted.
 class Describer {
  public:
-  Describer(const Ragged& shapes, const std::vector<std::size_t>& wanted) : shapes_(shapes) {
+  Describer(const Ragged& shapes, const std::vector<std::size_t>& wanted, DefectLists& defects)
+      : shapes_(shapes), defects_(defects) {
+    wants_[static_cast<std::size_t>(Gauge::eDefects)] = !defects.empty();
     for (const std::size_t column : wanted)
       wants_[static_cast<std::size_t>(kDescribed[column].gauge)] = true;
     first_.fill(kDescribedCount);
@@ -188,6 +280,9 @@ class Describer {
     if (wants(Gauge::eCircle)) circle();
     if (wants(Gauge::eRectangle)) rectangle();
     if (wants(Gauge::eMoments)) moments();
+    if (wants(Gauge::eInscribed)) inscribed();
+    if (wants(Gauge::eWall)) wall();
+    if (wants(Gauge::eDefects)) defects(i);
     return status_;
   }
 
@@ -253,10 +348,34 @@ class Describer {
          m.hu[4],    m.hu[5],    m.hu[6],    m.ellipseA, m.ellipseB, m.ellipseAngle});
     take(m.status);
   }
+  void inscribed() {
+    const gxInscribedCircle c = record_.kind == gxRecord::Kind::eSet
+                                    ? gfInscribedCircle(record_.toSet())
+                                    : gfInscribedCircle(record_.toRegion());
+    put(first(Gauge::eInscribed), {c.radius, c.centre.x(), c.centre.y()});
+    take(c.status);
+  }
+  void wall() {
+    const gxWall w = record_.kind == gxRecord::Kind::eSet ? gfSmallestWall(record_.toSet())
+                                                          : gfSmallestWall(record_.toRegion());
+    const auto whole = [](long number) { return static_cast<double>(number); };
+    put(first(Gauge::eWall),
+        {w.wall, whole(w.from.ring), whole(w.from.edge), w.from.t, w.from.point.x(), w.from.point.y(),
+         whole(w.to.ring), whole(w.to.edge), w.to.t, w.to.point.x(), w.to.point.y()});
+    take(w.status);
+  }
+  // Of a set, those of its first region.
+  void defects(std::size_t i) {
+    const PointSpan outline = record_.ringCount() == 0 ? PointSpan() : record_.ring(0);
+    gxConvexityDefects found = gfConvexityDefects(outline);
+    defects_[i] = std::move(found.defects);
+    take(found.status);
+  }
 
   const Ragged& shapes_;
-  std::array<bool, 7> wants_{};
-  std::array<std::size_t, 7> first_{};
+  DefectLists& defects_;
+  std::array<bool, kGauges> wants_{};
+  std::array<std::size_t, kGauges> first_{};
   gxRecord record_;
   Points outlines_;
   std::vector<gxMeasuredRing> rings_;
@@ -264,15 +383,25 @@ class Describer {
   gxStatus status_ = gxStatus::eOk;
 };
 
-py::tuple describe(const Ragged& shapes, const std::vector<std::size_t>& wanted, unsigned threads,
-                   const py::object& progress) {
-  for (const std::size_t column : wanted) {
-    if (column >= kDescribedCount) throw py::index_error("no such column");
+py::list listOf(const DefectLists& lists) {
+  py::list all;
+  for (const auto& defects : lists) {
+    py::list list;
+    for (const auto& defect : defects) list.append(out(defect));
+    all.append(list);
   }
+  return all;
+}
+
+// The last of the answer is a list of defects for each shape, empty where they are not wanted.
+py::tuple describe(const Ragged& shapes, const std::vector<std::size_t>& wanted, bool wantsDefects,
+                   unsigned threads, const py::object& progress) {
+  checkWanted(wanted, kDescribedCount);
+  DefectLists defects(wantsDefects ? shapes.size() : 0);
   Columns columns(wanted.size(), shapes.size());
   Failures failures(shapes.size());
   forEach(shapes.size(), threads, progress, [&]() -> Work {
-    auto describer = std::make_shared<Describer>(shapes, wanted);
+    auto describer = std::make_shared<Describer>(shapes, wanted, defects);
     return [&, describer](std::size_t i) {
       failures.guard(i, [&] {
         std::array<double, kDescribedCount> row;
@@ -282,107 +411,16 @@ py::tuple describe(const Ragged& shapes, const std::vector<std::size_t>& wanted,
       });
     };
   });
-  return answer(columns, failures);
+  return tableOf(columns, failures) + py::make_tuple(listOf(defects));
 }
 
-py::list describedNames() {
+// Of those that are given unasked, or of the others.
+py::list describedNames(bool onRequest) {
   py::list names;
-  for (const Described& column : kDescribed) names.append(column.name);
+  for (const Described& column : kDescribed) {
+    if ((column.gauge >= Gauge::eInscribed) == onRequest) names.append(column.name);
+  }
   return names;
-}
-
-// ---- Comparing --------------------------------------------------------------------------------------
-
-gxBorders bordersOf(const Ragged& shapes, std::size_t i) {
-  std::vector<gxBorders::Ring> rings;
-  const auto [first, end] = shapes.ringsOfShape(i);
-  for (std::size_t r = first; r < end; ++r) rings.push_back({shapes.ring(r), shapes.isClosed(r)});
-  return gxBorders(std::move(rings));
-}
-
-// hausdorff, hausdorff_forward, hausdorff_back, deviation_max, deviation_min, deviation_rms, angle, scale,
-// shift_x, shift_y, residual
-py::tuple compare(const Ragged& shapes, const Shape& golden, int align, double step, unsigned threads,
-                  const py::object& progress) {
-  Columns columns(11, shapes.size());
-  Failures failures(shapes.size());
-  const gxBorders target = golden.borders();
-  gxDeviationOptions how;
-  how.spacing = step;
-  gxAlignOptions moves;
-  moves.scales = align == 2;
-  const auto one = [&](std::size_t i) {
-    gxBorders shape = bordersOf(shapes, i);
-    std::vector<Points> moved;
-    if (align != 0) {
-      const gxAlignment a = gfAlign(shape, target, moves);
-      const std::array<double, 5> row = {a.angle.toDouble(), a.scale, a.shift.x(), a.shift.y(),
-                                         a.residual};
-      for (std::size_t c = 0; c < row.size(); ++c) columns.at(6 + c, i) = row[c];
-      failures.status(i, a.status);
-      if (a.status != gxStatus::eOk && a.status != gxStatus::eUndetermined) return;
-      std::vector<gxBorders::Ring> rings;
-      moved.reserve(shape.rings().size());
-      for (const auto& ring : shape.rings()) {
-        auto& points = moved.emplace_back();
-        for (const auto& p : ring.points) points.push_back(a.map(p));
-        rings.push_back({points, ring.closed});
-      }
-      shape = gxBorders(std::move(rings));
-    }
-    const gxHausdorff h = gfHausdorff(shape, target);
-    const gxDeviation d = gfDeviation(shape, target, how);
-    const std::array<double, 6> row = {h.hausdorff,    h.hausdorffForward, h.hausdorffBack,
-                                       d.deviationMax, d.deviationMin,     d.deviationRms};
-    for (std::size_t c = 0; c < row.size(); ++c) columns.at(c, i) = row[c];
-    if (failures.status(i) == gxStatus::eOk)
-      failures.status(i, h.status == gxStatus::eOk ? d.status : h.status);
-  };
-  forEach(shapes.size(), threads, progress,
-          [&]() -> Work { return [&](std::size_t i) { failures.guard(i, [&] { one(i); }); }; });
-  return answer(columns, failures);
-}
-
-// ---- Fits ---------------------------------------------------------------------------------------------
-
-// kind 0: a line (centre_x, centre_y, ellipse_angle); 1: a circle (centre_x, centre_y, radius);
-// 2: an ellipse (centre_x, centre_y, ellipse_a, ellipse_b, ellipse_angle); then residual and inliers.
-py::tuple fit(const Ragged& shapes, int kind, int weights, double inlierLimit, unsigned threads,
-              const py::object& progress) {
-  Columns columns(kind == 2 ? 7 : 5, shapes.size());
-  Failures failures(shapes.size());
-  gxRobustOptions how;
-  how.weights = static_cast<gxFitWeights>(weights);
-  how.inlierLimit = inlierLimit;
-  const auto put = [&](std::size_t i, const gxFitQuality& fit, std::initializer_list<double> numbers) {
-    std::size_t c = 0;
-    for (const double number : numbers) columns.at(c++, i) = number;
-    columns.at(c++, i) = fit.residualRms;
-    columns.at(c, i) = asNumber(fit.inliers.size());
-    failures.status(i, fit.status);
-  };
-  const auto one = [&](std::size_t i, Points& points) {
-    points.clear();
-    const auto [first, end] = shapes.ringsOfShape(i);
-    for (std::size_t r = first; r < end; ++r) {
-      const PointSpan ring = shapes.ring(r);
-      points.insert(points.end(), ring.begin(), ring.end());
-    }
-    if (kind == 0) {
-      const gxRobustLine f = gfRobustLine(points, how);
-      put(i, f, {f.point.x(), f.point.y(), f.angle.toDouble()});
-    } else if (kind == 1) {
-      const gxRobustCircle f = gfRobustCircle(points, how);
-      put(i, f, {f.centre.x(), f.centre.y(), f.radius});
-    } else {
-      const gxRobustEllipse f = gfRobustEllipse(points, how);
-      put(i, f, {f.centre.x(), f.centre.y(), f.a, f.b, f.angle.toDouble()});
-    }
-  };
-  forEach(shapes.size(), threads, progress, [&]() -> Work {
-    return [&, points = Points()](std::size_t i) mutable { failures.guard(i, [&] { one(i, points); }); };
-  });
-  return answer(columns, failures);
 }
 
 }  // namespace
@@ -392,11 +430,8 @@ void bindBatchMeasures(py::module_& module) {
   py::class_<Ragged>(module, "Ragged", py::metaclass(plain))
       .def(py::init<PointArray, Offsets, Offsets, Offsets, Flags>(), "coords"_a, "rings"_a, "parts"_a,
            "shapes"_a, "closed"_a);
-  module.def("batch_measure", &measure, "shapes"_a, "threads"_a, "progress"_a);
-  module.def("batch_describe", &describe, "shapes"_a, "wanted"_a, "threads"_a, "progress"_a);
-  module.def("described_names", &describedNames);
-  module.def("batch_compare", &compare, "shapes"_a, "golden"_a, "align"_a, "step"_a, "threads"_a,
+  module.def("batch_measure", &measure, "shapes"_a, "wanted"_a, "threads"_a, "progress"_a);
+  module.def("batch_describe", &describe, "shapes"_a, "wanted"_a, "defects"_a, "threads"_a,
              "progress"_a);
-  module.def("batch_fit", &fit, "shapes"_a, "kind"_a, "weights"_a, "inlier_limit"_a, "threads"_a,
-             "progress"_a);
+  module.def("described_names", &describedNames, "on_request"_a);
 }

@@ -6,6 +6,7 @@
 #include <cntr/region.h>
 #include <cntr/regionst.h>
 #include <gauge/borders.h>
+#include <gauge/defects.h>
 #include <gauge/places.h>
 #include <io/record.h>
 
@@ -108,6 +109,7 @@ py::array_t<double> arrayOf(PointSpan points);
 py::object out(gxStatus status);
 py::object out(const gxVector<2>& point);  ///< an array of shape (2,)
 py::object out(const gxPlace& place);      ///< (ring, edge, t, x, y), or None
+py::dict out(const gxConvexityDefect& defect);
 py::object out(const std::vector<long>& numbers);
 py::object out(const std::vector<std::size_t>& numbers);
 
@@ -124,5 +126,6 @@ void bindFormGauges(py::module_& module);
 void bindOverlay(py::module_& module);
 void bindFiles(py::module_& module);
 void bindBatchMeasures(py::module_& module);
+void bindBatchCompare(py::module_& module);
 void bindBatchPlaces(py::module_& module);
 void bindBatchShapes(py::module_& module);

@@ -121,10 +121,7 @@ py::dict defects(const Shape& shape) {
   const gxConvexityDefects found =
       unlocked(shape.size(), [&] { return gfConvexityDefects(shape.contour()); });
   py::list list;
-  for (const auto& d : found.defects) {
-    list.append(py::dict("start"_a = d.start, "end"_a = d.end, "deepest"_a = d.deepest,
-                         "depth"_a = d.depth, "area"_a = d.area));
-  }
+  for (const auto& defect : found.defects) list.append(out(defect));
   return py::dict("status"_a = out(found.status), "defects"_a = list);
 }
 

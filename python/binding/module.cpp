@@ -12,6 +12,7 @@ PYBIND11_MODULE(_gxshape, module) {
   bindFormGauges(module);
   bindOverlay(module);
   bindBatchMeasures(module);
+  bindBatchCompare(module);
   bindBatchPlaces(module);
   bindBatchShapes(module);
   bindFiles(module);

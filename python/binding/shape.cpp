@@ -307,6 +307,11 @@ py::object out(const gxPlace& place) {
   return py::make_tuple(place.ring, place.edge, place.t, place.point.x(), place.point.y());
 }
 
+py::dict out(const gxConvexityDefect& defect) {
+  return py::dict("start"_a = defect.start, "end"_a = defect.end, "deepest"_a = defect.deepest,
+                  "depth"_a = defect.depth, "area"_a = defect.area);
+}
+
 py::object out(const std::vector<long>& numbers) {
   py::array_t<std::int64_t> array(static_cast<py::ssize_t>(numbers.size()));
   std::copy(numbers.begin(), numbers.end(), array.mutable_data());

@@ -8,7 +8,7 @@ tqdm, where that is installed.  ``errors``: ``"emit"`` rows, or ``"raise"`` the 
 """
 from __future__ import annotations
 
-from collections.abc import Callable, Iterable, Sequence
+from collections.abc import Callable, Iterable, Mapping, Sequence
 from typing import Any, Literal, Union
 
 import numpy as np
@@ -30,7 +30,10 @@ Errors = Literal["emit", "raise"]
 
 _MEASURES = ("points", "holes", "area", "length", "centre_x", "centre_y", "box_x_min", "box_y_min", "box_x_max",
              "box_y_max")
-_WHOLE = {"points", "holes", "parts", "euler_number", "regions", "rings_dropped", "rings_snapped", "inliers"}
+_DEFECTS = "defects"
+_ENDS = ("ring", "edge", "t", "x", "y")  # of a place; of a point the last two
+_WHOLE = {"points", "holes", "parts", "euler_number", "regions", "rings_dropped", "rings_snapped", "inliers",
+          "wall_from_ring", "wall_from_edge", "wall_to_ring", "wall_to_edge"}
 _COMPARED = ("hausdorff", "hausdorff_forward", "hausdorff_back", "deviation_max", "deviation_min",
              "deviation_rms", "angle", "scale", "shift_x", "shift_y", "residual")
 _REPAIRED = ("area_before", "area_after", "regions", "holes", "rings_dropped", "rings_snapped", "largest_move")
@@ -108,14 +111,14 @@ def _number(value: float, name: str) -> float:
 
 
 def _expanded(only: Iterable[str] | None, known: Sequence[str]) -> list[str] | None:
-    """Return the columns of the names asked for: a point has two, a box four."""
+    """Return the columns of the names asked for: a point has two, a box four, a place five."""
     if only is None:
         return None
     names = [only] if isinstance(only, str) else list(only)
     columns: list[str] = []
     for name in names:
         found = [one for one in known if one == name]
-        found = found or [one for one in known if one in (f"{name}_x", f"{name}_y")]
+        found = found or [one for one in known if one in [f"{name}_{end}" for end in _ENDS]]
         found = found or ([one for one in known if one.startswith("box_")] if name == "box" else [])
         if not found and name not in ("id", "status", "error"):
             raise ArgumentError(f"only: no column {name!r}; known are {', '.join(known)}")
@@ -127,11 +130,21 @@ def _whole(column: NDArray[np.float64]) -> NDArray[np.int64]:
     return np.where(np.isnan(column), -1.0, column).astype(np.int64)
 
 
+def _objects(values: Sequence[Any], status: NDArray[np.int8]) -> NDArray[Any]:
+    column = np.empty(len(values), dtype=object)
+    for i, value in enumerate(values):
+        column[i] = None if status[i] == Status.FAILED else value
+    return column
+
+
 def _finished(shapes: Shapes, names: Sequence[str], wanted: Sequence[str] | None, block: NDArray[np.float64],
               status: NDArray[np.int8], error: NDArray[np.int64], texts: Iterable[tuple[int, str, int, str]],
-              errors: Errors) -> Table:
+              errors: Errors, lists: Mapping[str, Sequence[Any]] | None = None) -> Table:
     table = Table({"id": shapes.id_column(), "status": status})
     for name in (names if wanted is None else wanted):
+        if lists and name in lists:
+            table[name] = _objects(lists[name], status)
+            continue
         column = block[list(names).index(name)]
         table[name] = _whole(column) if name in _WHOLE else column
     table["error"] = error
@@ -144,6 +157,8 @@ def _finished(shapes: Shapes, names: Sequence[str], wanted: Sequence[str] | None
                 column[row] = np.nan
             elif column_name in _WHOLE:
                 column[row] = -1
+            elif lists and column_name in lists:
+                column[row] = None
     if errors == "raise" and table.texts:
         row = min(table.texts)
         raise _raised(row, *table.texts[row])
@@ -178,25 +193,36 @@ def measure(shapes: Any, *, only: Iterable[str] | None = None, threads: int = 1,
     """
     taken, how = shapes_of(shapes), _errors(errors)
     wanted = _expanded(only, _MEASURES)
-    answer = _gxshape.batch_measure(taken.ready(), _threads(threads), _callback(progress))
-    return _finished(taken, _MEASURES, wanted, *answer, how)
+    names = _MEASURES if wanted is None else wanted
+    answer = _gxshape.batch_measure(taken.ready(), [_MEASURES.index(name) for name in names], _threads(threads),
+                                    _callback(progress))
+    return _finished(taken, names, None, *answer, how)
 
 
 def describe(shapes: Any, *, only: Iterable[str] | None = None, threads: int = 1, progress: Progress = None,
              errors: Errors = "emit") -> Table:
     """Return every descriptor of each shape, in the order of docs/names.csv; ``only`` computes what is asked for.
 
+    Some take long and come only where they are named: ``inscribed_circle_radius``, ``inscribed_circle_centre``,
+    ``wall``, ``wall_from``, ``wall_to`` (a place each: columns ``_ring``, ``_edge``, ``_t``, ``_x``, ``_y``) and
+    ``defects``, a list of dicts a shape, None where it could not be answered.
+
     >>> table = describe([[[0, 0], [4, 0], [4, 3], [0, 3]]], only=["feret_max", "hu_1"])
     >>> list(table)
     ['id', 'status', 'feret_max', 'hu_1', 'error']
+    >>> describe([[[0, 0], [4, 0], [4, 3], [0, 3]]], only=["wall"])["wall"]
+    array([3.])
     """
     taken, how = shapes_of(shapes), _errors(errors)
-    known = _gxshape.described_names()
-    wanted = _expanded(only, known)
-    names = known if wanted is None else wanted
-    answer = _gxshape.batch_describe(taken.ready(), [known.index(name) for name in names], _threads(threads),
-                                     _callback(progress))
-    return _finished(taken, names, None, *answer, how)
+    usual = _gxshape.described_names(on_request=False)
+    columns = usual + _gxshape.described_names(on_request=True)
+    wanted = _expanded(only, [*columns, _DEFECTS])
+    names = usual if wanted is None else wanted
+    numbers = [name for name in names if name != _DEFECTS]
+    block, status, error, texts, defects = _gxshape.batch_describe(
+        taken.ready(), [columns.index(name) for name in numbers], _DEFECTS in names, _threads(threads),
+        _callback(progress))
+    return _finished(taken, numbers, names, block, status, error, texts, how, {_DEFECTS: defects})
 
 
 _ALIGNS = ("none", "rigid", "similarity")

@@ -30,6 +30,67 @@ def test_measures_are_those_of_the_objects_bit_by_bit():
     assert list(table)[:2] == ["id", "status"] and list(table)[-1] == "error" and table["id"].tolist() == list(range(1, 9))
 
 
+def test_measures_side_by_side_are_those_of_one_after_the_other():
+    """Runs of single rings, rings that repeat their first point, long ones, and between them what is none."""
+    rng = np.random.default_rng(12)
+    rings, closed = [], []
+    for i in range(700):
+        n = int(rng.integers(0, 90)) if i % 50 else 5000
+        ring = polygon(n, rng.uniform(0.5, 3), tuple(rng.uniform(-40, 40, 2))) * (1 + 0.2 * rng.random((n, 1)))
+        if i % 23 == 0 and n:
+            ring[n // 2, i % 2] = [np.nan, np.inf][i % 3 % 2]
+        if i % 29 == 0:
+            ring[:, 1] = 2.0
+        if i % 31 == 0:
+            ring *= 1e-170
+        if i % 3 == 0 and n:
+            ring = np.concatenate([ring, ring[:1]])
+        rings.append(ring)
+        closed.append(i % 17 != 0)
+    shapes = gx.Shapes(np.concatenate(rings), np.cumsum([0, *map(len, rings)]), closed=np.array(closed))
+    for threads in (1, 2):
+        table = batch.measure(shapes, threads=threads)
+        for i in range(len(shapes)):
+            one = shapes[i]
+            wanted = [one.area, one.length, *one.centre, *one.box]
+            got = [table[name][i] for name in batch._MEASURES[2:]]
+            assert np.array_equal(wanted, got, equal_nan=True), (i, wanted, got)
+            repeats = closed[i] and len(rings[i]) > 1 and (rings[i][0] == rings[i][-1]).all()
+            assert table["status"][i] == one.status and table["points"][i] == len(rings[i]) - repeats
+        assert not table["holes"].any()
+    assert np.bincount(table["status"]).tolist()[:6] == np.bincount([s.status for s in shapes]).tolist()[:6]
+    assert {0, 1, 2, 4, 5} <= set(table["status"].tolist())
+
+
+def test_what_takes_long_comes_where_it_is_named():
+    dented = gx.Region([[0, 0], [4, 0], [4, 4], [2, 1], [0, 4]])
+    shapes = gx.Shapes.from_objects([plate(), gx.RegionSet([dented, np.array(SQUARE) + 50]), dented, gx.Region(),
+                                     gx.Region([[0, 0], [1, float("nan")], [1, 1]]), gx.Region([[0, 0], [2, 0]])])
+    names = ["inscribed_circle_radius", "inscribed_circle_centre", "wall", "wall_from", "wall_to"]
+    for threads in (1, 2):
+        table = batch.describe(shapes, only=[*names, "defects"], threads=threads)
+        assert list(table)[2:-1] == [
+            "inscribed_circle_radius", "inscribed_circle_centre_x", "inscribed_circle_centre_y", "wall",
+            *(f"wall_{end}_{part}" for end in ("from", "to") for part in ("ring", "edge", "t", "x", "y")), "defects"]
+        for i, one in enumerate(shapes):
+            circle, wall = gauge.inscribed_circle(one), gauge.smallest_wall(one)
+            wanted, got = [circle.radius, *circle.centre, wall.wall], []
+            for place in (wall.wall_from, wall.wall_to):
+                wanted += [-1, -1, np.nan, np.nan, np.nan] if place is None else [
+                    place.ring, place.edge, place.t, place.x, place.y]
+            got = [table[name][i] for name in list(table)[2:-2]]
+            assert np.array_equal(wanted, got, equal_nan=True), (i, wanted, got)
+            outline = one.regions[0] if isinstance(one, gx.RegionSet) else one
+            assert table["defects"][i] == [vars(d) for d in gauge.convexity_defects(outline).defects]
+        assert table["wall_from_ring"].dtype == np.int64 and [len(d) for d in table["defects"]] == [0, 1, 1, 0, 0, 0]
+    assert table["wall"][0] == 5.0 and table["defects"][2][0]["depth"] == 3.0
+    assert not set(batch.describe(shapes)) & set(list(table)[2:-1])
+    assert list(batch.describe(shapes, only=["defects", "area"])) == ["id", "status", "defects", "area", "error"]
+    # What could not be read has no answer.
+    table = batch.describe(gx.loads("POLYGON ((0 0, 1 0, 0 1))\nPOLYGON ((0 x", errors="emit"), only=["defects", "wall"])
+    assert table["defects"].tolist() == [[], None] and table["status"].tolist()[1] == 20
+
+
 def test_descriptors_are_those_of_the_gauges_bit_by_bit():
     shapes = mixed()
     table = batch.describe(shapes)
@@ -61,14 +122,15 @@ def test_columns_are_named_as_the_table_of_names():
     import csv
     from pathlib import Path
 
-    rows = list(csv.DictReader((Path(gx.__file__).parent / "names.csv").open()))
-    named = []
-    for row in rows:
-        on_request = "named or with --all" in row["sentence"]  # the tool's alone so far
-        if row["entry"] == "measure" and "describe" in row["commands"].split() and row["name"] != "id" and not on_request:
-            ends = {"point": ["_x", "_y"], "box": ["_x_min", "_y_min", "_x_max", "_y_max"]}.get(row["type"], [""])
-            named += [row["name"] + end for end in ends]
-    assert gx._gxshape.described_names() == named
+    ends = {"point": ["_x", "_y"], "box": ["_x_min", "_y_min", "_x_max", "_y_max"],
+            "place": ["_ring", "_edge", "_t", "_x", "_y"]}
+    named, on_request = [], []
+    for row in csv.DictReader((Path(gx.__file__).parent / "names.csv").open()):
+        if row["entry"] == "measure" and "describe" in row["commands"].split() and row["name"] != "id":
+            of = on_request if "named or with --all" in row["sentence"] else named
+            of += [row["name"] + end for end in ends.get(row["type"], [""])]
+    assert gx._gxshape.described_names(on_request=False) == named
+    assert [*gx._gxshape.described_names(on_request=True), "defects"] == on_request and len(on_request) == 15
     assert set(batch._MEASURES) <= set(named)
 
 
