@@ -87,12 +87,25 @@ def compute(shapes: Shapes, function: str, only: Sequence[str] | None, checkpoin
     return table
 
 
+def _text_of(objects: NDArray[Any]) -> str:
+    """Return a column of ids or of lists as JSON, in which a number stays a number."""
+    return json.dumps(objects.tolist(), default=int)
+
+
+def _objects_of(text: str) -> NDArray[Any]:
+    values = json.loads(text)
+    column = np.empty(len(values), dtype=object)
+    for i, value in enumerate(values):
+        column[i] = value
+    return column
+
+
 def _feed(state: Any, array: NDArray[Any] | None) -> None:
     if array is None:
         state.update(b"none;")
         return
     if array.dtype.kind == "O":
-        content = json.dumps(array.tolist()).encode()
+        content = _text_of(array).encode()
     else:
         content = np.ascontiguousarray(array).astype(array.dtype.newbyteorder("<"), copy=False).tobytes()
     state.update(f"{array.dtype.kind}{array.dtype.itemsize}{array.shape};".encode())
@@ -113,7 +126,8 @@ def _save(path: Path, table: batch.Table) -> None:
     # Under another name first: whoever is killed here leaves no half of a file behind.
     path.parent.mkdir(parents=True, exist_ok=True)
     texts = json.dumps([[row, *text] for row, text in table.texts.items()])
-    columns = {name: column.astype("U") if column.dtype.kind == "O" else column for name, column in table.items()}
+    columns = {name: np.array(_text_of(column)) if column.dtype.kind == "O" else column
+               for name, column in table.items()}
     was_text = [name for name, column in table.items() if column.dtype.kind == "O"]
     handle, name = tempfile.mkstemp(suffix=".part", dir=path.parent)
     with os.fdopen(handle, "wb") as file:
@@ -126,7 +140,7 @@ def _load(path: Path) -> batch.Table | None:
     try:
         with np.load(path, allow_pickle=False) as file:
             was_text = set(json.loads(str(file["//objects"])))
-            table = batch.Table({name: file[name].astype(object) if name in was_text else file[name]
+            table = batch.Table({name: _objects_of(str(file[name])) if name in was_text else file[name]
                                  for name in json.loads(str(file["//names"]))})
             for row, *text in json.loads(str(file["//texts"])):
                 table.texts[row] = (text[0], text[1], text[2])

@@ -95,6 +95,19 @@ def test_a_checkpoint_saves_what_was_answered(tmp_path, monkeypatch):
     assert gx.batch.messages(again)[1]
 
 
+def test_what_is_no_number_comes_back_from_a_checkpoint_as_it_was(tmp_path):
+    shapes = gx.Shapes.from_objects([SQUARE, [[0, 0], [4, 0], [4, 4], [2, 1], [0, 4]], [[0, 0], [1, 1]]],
+                                    ids=["007", 3, "b"])
+    whole = gx.batch.describe(shapes, only=["defects", "wall_from", "area"])
+    for _ in range(2):
+        columns = distributed.describe(shapes, only=["defects", "wall_from", "area"], chunk=2, checkpoint=tmp_path)
+        computed = dask.compute(columns, scheduler="synchronous")[0]
+        assert computed["id"].tolist() == ["007", 3, "b"] and computed["defects"].tolist() == whole["defects"].tolist()
+        assert [list(map(type, computed[name])) for name in ("id", "defects")] == [[str, int, str], [list] * 3]
+        assert distributed.digest(computed) == distributed.digest(whole)
+    assert len(list(tmp_path.glob("*.npz"))) == 2
+
+
 def test_one_worker_is_killed_half_way_and_the_job_ends(tmp_path):
     cluster_module = pytest.importorskip("distributed")
     count, chunk = (1_000_000, 50_000) if SOAK else (2000, 100)
