@@ -74,10 +74,12 @@ def test_stubs_and_types(tmp_path):
 def test_the_examples_print_what_is_expected(tmp_path):
     pytest.importorskip("matplotlib")
     for example in sorted((PYTHON / "examples").glob("*.py")):
-        arguments = [str(tmp_path / "picture.png")] if example.stem == "inspect_mask" else []
+        arguments = [] if example.stem == "first_lines" else [str(tmp_path / f"{example.stem}.png")]
         done = subprocess.run([sys.executable, str(example), *arguments], capture_output=True, text=True, check=True)
         assert done.stdout == example.with_suffix(".expected").read_text(), example.name
-    assert (tmp_path / "picture.png").read_bytes()[:4] == b"\x89PNG"
+    pictures = sorted(tmp_path.glob("*.png"))
+    assert [picture.stem for picture in pictures] == ["coins", "inspect_mask"]
+    assert all(picture.read_bytes()[:4] == b"\x89PNG" for picture in pictures)
 
 
 def test_the_lines_of_the_readme_are_the_example():
