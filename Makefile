@@ -2,7 +2,7 @@
 # what it needs under build/, and can be given again from any state of that folder.
 
 .DEFAULT_GOAL := help
-.PHONY: help demo gallery test python check format lint bench soak asan tsan coverage clang debug fuzz docs neighbours release_check packages install clean
+.PHONY: help demo gallery test python page pagetest check format lint bench soak asan tsan coverage clang debug fuzz docs neighbours release_check packages install clean
 
 PREFIX ?= /usr/local
 
@@ -34,6 +34,15 @@ python:  ## the Python package; PYTHONPATH=build/release/python has it
 	@tools/install_packages build python
 	@tools/build_python release
 	@echo "try it: PYTHONPATH=build/release/python python3 python/examples/first_lines.py"
+
+page:  ## the WebAssembly module, the npm package, the page; build/web/page/index.html
+	@tools/install_packages build web
+	@tools/build_page
+
+pagetest: page  ## the page in headless Chromium, the package in Node, numbers against the tool's
+	@tools/install_packages tool
+	@tools/build release gxshape_tool gxshape_web_walks
+	@tools/test_page
 
 check: test lint asan tsan  ## all that CI runs: test, lint, asan, tsan
 	@tail -q -n 1 build/release/test-results/totals.txt
