@@ -8,7 +8,54 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <vector>
+
+#if defined(__SSE2__)
+#  include <emmintrin.h>
+#endif
+
+/// A box that takes both coordinates at once, and notes what is not finite.
+class gx_RunBox {
+ public:
+#if defined(__SSE2__)
+  void add(const gxVector<2>& p) {
+    const __m128d xy = _mm_loadu_pd(reinterpret_cast<const double*>(&p));
+    low_ = _mm_min_pd(xy, low_);
+    high_ = _mm_max_pd(xy, high_);
+    zero_ = _mm_add_pd(zero_, _mm_sub_pd(xy, xy));
+  }
+  bool isFinite() const {
+    return _mm_movemask_pd(_mm_cmpeq_pd(zero_, _mm_setzero_pd())) == 3;
+  }
+  gx_Box box() const {
+    gx_Box result;
+    _mm_storeu_pd(&result.lowX, low_);
+    _mm_storeu_pd(&result.highX, high_);
+    return result;
+  }
+
+ private:
+  __m128d low_ = _mm_set1_pd(std::numeric_limits<double>::infinity());
+  __m128d high_ = _mm_set1_pd(-std::numeric_limits<double>::infinity());
+  __m128d zero_ = _mm_setzero_pd();
+#else
+  void add(const gxVector<2>& p) {
+    box_.add(p);
+    zero_ += (p.x() - p.x()) + (p.y() - p.y());
+  }
+  bool isFinite() const {
+    return zero_ == 0.0;
+  }
+  const gx_Box& box() const {
+    return box_;
+  }
+
+ private:
+  gx_Box box_;
+  double zero_ = 0.0;
+#endif
+};
 
 /// The edges of one closed ring, which stays where it is, and boxes over them: around runs of 8 edges, around 8 of
 /// these and so on.  Edge i runs from point i to the next one.
@@ -21,19 +68,14 @@ class gx_RingBoxes {
     const std::size_t n = points.size();
     // The levels together have less than n / 7 boxes, and one that is not full each.
     boxes_.reserve(n / (kFan - 1) + kMostLevels);
-    double finite = 0.0;
     for (std::size_t first = 0; first < n; first += kFan) {
-      gx_Box box;
+      gx_RunBox box;
       const std::size_t end = std::min(first + kFan, n);
-      for (std::size_t i = first; i < end; ++i) {
-        const gxVector<2>& p = points[i];
-        finite += (p.x() - p.x()) + (p.y() - p.y());
-        box.add(p);
-      }
+      for (std::size_t i = first; i < end; ++i) box.add(points[i]);
+      isFinite_ = isFinite_ && box.isFinite();
       box.add(points[end == n ? 0 : end]);
-      boxes_.push_back(box);
+      boxes_.push_back(box.box());
     }
-    isFinite_ = finite == 0.0;
     addLevels_();
   }
 
@@ -72,11 +114,17 @@ class gx_RingBoxes {
     return first;
   }
 
-  /// Calls `visit(i, j)`, i < j, for every pair of edges whose boxes meet, those excepted that follow each
-  /// other, until one returns true; tells whether one did.  `tick(count)` hears of every few pairs that were looked at.
+  /// Calls `visit(i, j)`, i < j, for every pair of edges that may have a point in common, by their boxes and
+  /// directions, those excepted that follow each other, until one returns true; tells whether one did.
+  /// `tick(count)` hears of every few pairs that were looked at.
+  ///
+  /// A run that goes only to the right, only up and so on meets itself nowhere, and neither do two such runs one
+  /// behind the other.
   template <class Visit, class Tick>
   bool forEachPair(const Visit& visit, const Tick& tick) const {
-    return within_(top(), 0, visit, tick);
+    std::vector<unsigned char> ways(count(0));
+    for (std::size_t run = 0; run < ways.size(); ++run) ways[run] = waysOf_(run);
+    return within_(top(), 0, ways, visit, tick);
   }
 
  private:
@@ -111,28 +159,48 @@ class gx_RingBoxes {
     return false;
   }
 
+  using Ways = std::vector<unsigned char>;
+
+  // The ways that all edges of a run go: 1 right, 2 left, 4 up, 8 down, in a sum.
+  unsigned char waysOf_(std::size_t run) const {
+    unsigned ways = 15;
+    for (std::size_t i = below(run); i < behind(0, run); ++i) {
+      const gxVector<2>& p = from(i);
+      const gxVector<2>& q = to(i);
+      ways &= static_cast<unsigned>(q.x() > p.x()) | static_cast<unsigned>(q.x() < p.x()) << 1U |
+              static_cast<unsigned>(q.y() > p.y()) << 2U | static_cast<unsigned>(q.y() < p.y()) << 3U;
+    }
+    return static_cast<unsigned char>(ways);
+  }
+
+  // Tells whether two runs one behind the other go one way together.
+  bool goOneWay_(std::size_t a, std::size_t b, const Ways& ways) const {
+    return (ways[a] & ways[b]) != 0 && (b == a + 1 || (a == 0 && b + 1 == count(0)));
+  }
+
   template <class Visit, class Tick>
-  bool within_(std::size_t level, std::size_t i, const Visit& visit, const Tick& tick) const {
-    if (level == 0) return edgesAmong_(i, visit, tick);
+  bool within_(std::size_t level, std::size_t i, const Ways& ways, const Visit& visit,
+               const Tick& tick) const {
+    if (level == 0) return ways[i] == 0 && edgesAmong_(i, visit, tick);
     const std::size_t end = behind(level, i);
     for (std::size_t a = below(i); a < end; ++a) {
-      if (within_(level - 1, a, visit, tick)) return true;
+      if (within_(level - 1, a, ways, visit, tick)) return true;
       for (std::size_t b = a + 1; b < end; ++b) {
-        if (between_(level - 1, a, b, visit, tick)) return true;
+        if (between_(level - 1, a, b, ways, visit, tick)) return true;
       }
     }
     return false;
   }
 
   template <class Visit, class Tick>
-  bool between_(std::size_t level, std::size_t a, std::size_t b, const Visit& visit,
+  bool between_(std::size_t level, std::size_t a, std::size_t b, const Ways& ways, const Visit& visit,
                 const Tick& tick) const {
     if (!gx_boxesMeet(box(level, a), box(level, b))) return false;
-    if (level == 0) return edgesBetween_(a, b, visit, tick);
+    if (level == 0) return !goOneWay_(a, b, ways) && edgesBetween_(a, b, visit, tick);
     for (std::size_t i = below(a); i < behind(level, a); ++i) {
       if (!gx_boxesMeet(box(level - 1, i), box(level, b))) continue;
       for (std::size_t j = below(b); j < behind(level, b); ++j) {
-        if (between_(level - 1, i, j, visit, tick)) return true;
+        if (between_(level - 1, i, j, ways, visit, tick)) return true;
       }
     }
     return false;
@@ -192,5 +260,5 @@ class gx_RingBoxes {
   std::vector<gx_Box> boxes_;
   std::array<std::size_t, kMostLevels + 1> starts_{};
   std::size_t levels_ = 0;
-  bool isFinite_ = false;
+  bool isFinite_ = true;
 };

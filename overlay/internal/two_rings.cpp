@@ -59,15 +59,18 @@ class Search {
   bool edges_(std::size_t i, std::size_t j) {
     tick_();
     std::array<std::size_t, Ring::kFan> those{};
+    std::array<gx_Box, Ring::kFan> boxes;
     std::size_t count = 0;
     for (std::size_t q = b_.below(j); q < b_.behind(0, j); ++q) {
       those[count] = q;
-      count += gx_boxesMeet(b_.boxOf(q), a_.box(0, i)) ? 1U : 0U;
+      boxes[count] = b_.boxOf(q);
+      count += gx_boxesMeet(boxes[count], a_.box(0, i)) ? 1U : 0U;
     }
     for (std::size_t p = a_.below(i); count != 0 && p < a_.behind(0, i); ++p) {
       const gx_Box box = a_.boxOf(p);
+      if (!gx_boxesMeet(box, b_.box(0, j))) continue;
       for (std::size_t c = 0; c < count; ++c) {
-        if (gx_boxesMeet(box, b_.boxOf(those[c])) && pair_(p, those[c])) return true;
+        if (gx_boxesMeet(box, boxes[c]) && pair_(p, those[c])) return true;
       }
     }
     return false;

@@ -62,9 +62,11 @@ TEST(SimpleRing, IsPutInOrder) {
 }
 
 TEST(SimpleRing, AsksWhetherToStop) {
+  // A square wave, and back above it.
   Points points;
-  for (int i = 0; i < 20000; ++i)
-    points.emplace_back(std::cos(i * 3.14159e-4), std::sin(i * 3.14159e-4));
+  for (int i = 0; i < 20000; ++i) points.emplace_back(i / 2, (i + 1) / 2 % 2);
+  points.emplace_back(10000, 5);
+  points.emplace_back(0, 5);
   gxOverlayLimits limits;
   limits.stop = [] { return true; };
   gx_Steps steps(limits);
