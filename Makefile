@@ -115,10 +115,6 @@ release_check:  ## what is tried before a release: neighbours, headers, ten ways
 	@tools/check_debugger build/consume/moved
 	@tools/check_release build/consume/moved
 
-packages:  ## the Debian packages, in build/debian
-	@tools/install_packages debian
-	@tools/build_debian
-
 install:  ## install a release to PREFIX (/usr/local)
 	@tools/install_packages build test
 	@tools/build release

@@ -1,6 +1,10 @@
 // The registration of the library's persistent classes, in the order that their archives rely on.
 // One file holds all ten: the order of static objects is that of the text within a file and nobody's
 // between files.
+//
+// A static library gives a program only the files that something refers to, and nothing refers to a
+// registration: programs that were linked so refused every archive.  So the destructors of the two roots of
+// these classes stand here, which whoever has a contour, a region, a set or an exception of them refers to.
 #include <ch_core/cntrtmpl.h>
 #include <cntr/contour.h>
 #include <cntr/contourdefs.h>
@@ -27,3 +31,6 @@ gx_Instantiator gxRegionSetT<gxEdgelet>::sExemplar(typeid(gxRegionSetT<gxEdgelet
 template <>
 gx_Instantiator gxRegionT<gxEdgelet>::sExemplar(typeid(gxRegionT<gxEdgelet>),
                                                 &gxRegionT<gxEdgelet>::make);
+
+gxContour::~gxContour() = default;
+gxContourDefs::Errors::~Errors() = default;

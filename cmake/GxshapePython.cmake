@@ -52,6 +52,18 @@ endforeach()
 # docs/names.csv is the one list of measures; the package reads its copy.
 file(CREATE_LINK "${PROJECT_SOURCE_DIR}/docs/names.csv" "${GXSHAPE_PYTHON_PACKAGE}/names.csv" SYMBOLIC)
 
+# ---- Installation ----------------------------------------------------------------------------------
+
+# Where the interpreter looks below the prefix; a package builder gives its own place.
+set(GXSHAPE_PYTHON_DIR "lib/python${Python_VERSION_MAJOR}.${Python_VERSION_MINOR}/site-packages" CACHE STRING
+    "Where the Python package is installed, below the prefix")
+if(GXSHAPE_INSTALL)
+  install(TARGETS gxshape_python LIBRARY DESTINATION "${GXSHAPE_PYTHON_DIR}/gxshape" COMPONENT python)
+  list(TRANSFORM _package_files PREPEND "${PROJECT_SOURCE_DIR}/python/gxshape/" OUTPUT_VARIABLE _installed_files)
+  install(FILES ${_installed_files} "${PROJECT_SOURCE_DIR}/docs/names.csv"
+          DESTINATION "${GXSHAPE_PYTHON_DIR}/gxshape" COMPONENT python)
+endif()
+
 # ---- Tests -----------------------------------------------------------------------------------------
 
 if(GXSHAPE_TESTS AND NOT GXSHAPE_SANITIZE AND NOT GXSHAPE_COVERAGE)

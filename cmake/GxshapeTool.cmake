@@ -34,8 +34,8 @@ add_custom_command(TARGET gxshape_tool POST_BUILD
   VERBATIM)
 
 if(GXSHAPE_INSTALL)
-  install(TARGETS gxshape_tool RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
-  install(FILES "${PROJECT_BINARY_DIR}/gxshape.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+  install(TARGETS gxshape_tool RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tool)
+  install(FILES "${PROJECT_BINARY_DIR}/gxshape.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT tool)
   install(FILES "${PROJECT_BINARY_DIR}/gxshape.bash" DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions"
-          RENAME gxshape)
+          RENAME gxshape COMPONENT tool)
 endif()

@@ -3,21 +3,14 @@
 # header. (A public header may include an internal one only for a field that it holds by value;
 # those are installed because a user's compiler must read them, and promise nothing to users.)
 #
-# Runs within the install step; needs GXSHAPE_SOURCE_DIR and GXSHAPE_INSTALL_INCLUDEDIR.
+# Runs within the install step; needs GXSHAPE_SOURCE_DIR, GXSHAPE_HEADER_FOLDERS (those whose headers are meant)
+# and GXSHAPE_INSTALL_INCLUDEDIR.
 
 cmake_policy(VERSION 3.22)
 
 set(_roots base . include)    # what <velstd/...>, <cntr/...> and <gxshape/...> are looked up in
-set(_folders base/velstd base/velip base/veldispc cntr gauge ch_core overlay include/gxshape)
-if(GXSHAPE_IO)
-  list(APPEND _folders io)
-endif()
-if(GXSHAPE_CAIRO)
-  list(APPEND _folders cairo)
-endif()
-
 set(_queue)
-foreach(_folder IN LISTS _folders)
+foreach(_folder IN LISTS GXSHAPE_HEADER_FOLDERS)
   file(GLOB _headers "${GXSHAPE_SOURCE_DIR}/${_folder}/*.h")
   list(APPEND _queue ${_headers})
 endforeach()

@@ -59,7 +59,7 @@ gxContour::gxContour(gxContour&& other) noexcept : gxPersistent(other), gxRepBas
   other.followEmptied_();
 }
 
-gxContour::~gxContour() = default;
+// The destructor stands in ch_core/registration.cpp, which says why.
 
 gxContour& gxContour::operator=(const gxContour& other) {
   if (this == &other) return *this;

@@ -6,7 +6,7 @@ using Message = std::basic_string<wchar_t>;
 gxContourDefs::Errors::Errors(const Message& message) : gxExceptionWithString(message.c_str()) {}
 gxContourDefs::Errors::Errors(const Errors&) noexcept = default;
 gxContourDefs::Errors& gxContourDefs::Errors::operator=(const Errors&) noexcept = default;
-gxContourDefs::Errors::~Errors() = default;
+// Its destructor stands in ch_core/registration.cpp, which says why.
 
 gxContourDefs::EmptyContour::EmptyContour(const Message& message) : gx_ConcreteException(message) {}
 gxContourDefs::EmptyContour::EmptyContour(const EmptyContour&) noexcept = default;

@@ -39,7 +39,9 @@ std::string laidOut(const Digits& number) {
   if (-6 < number.point && number.point <= 0) return "0." + zeros(-number.point) + number.digits;
   const int exponent = number.point - 1;
   std::string text = number.digits.substr(0, 1);
-  if (count > 1) text += "." + number.digits.substr(1);
+  // Not "." + digits: with -O3 g++ 12 sees a string copied onto itself there, and a project that takes these
+  // sources in may treat that as an error.
+  if (count > 1) text.append(".").append(number.digits, 1);
   return text + (exponent < 0 ? "e-" : "e+") + std::to_string(exponent < 0 ? -exponent : exponent);
 }
 

@@ -15,6 +15,14 @@ int main() {
   const gxEdgelet edgelet(gxVector<2>(1, 2), 30, gxAngle8(64));
   std::printf("edgelet at (%.1f, %.1f)\n", edgelet.position().x(), edgelet.position().y());
 
+  // Loading knows classes by their numbers: whoever leaves a class out of a static program finds it here.
+  gxArchive stored;
+  stored.store(gxRegionSet({gfMakeHandle<gxRegion>(corners)}));
+  gxArchive archive(stored.bytes());
+  gxRegionSet loaded;
+  archive.load(loaded);
+  std::printf("loaded %zu region of area %.1f\n", loaded.regions().size(), loaded.area(true));
+
   const gxContour empty;
   try {
     static_cast<void>(empty.closestPoint(gxVector<2>(0, 0), false));
