@@ -66,7 +66,7 @@ TEST(SimpleRing, AsksWhetherToStop) {
   Points points;
   for (int i = 0; i < 20000; ++i) points.emplace_back(i / 2, (i + 1) / 2 % 2);
   points.emplace_back(10000, 5);
-  points.emplace_back(0, 5);
+  points.emplace_back(-1, 5);
   gxOverlayLimits limits;
   limits.stop = [] { return true; };
   gx_Steps steps(limits);
