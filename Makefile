@@ -112,7 +112,8 @@ release_check:  ## what is tried before a release: neighbours, headers, ten ways
 	@$(MAKE) --no-print-directory neighbours
 	@tools/consume
 	@tools/check_headers.py --include build/consume/moved/include/gxshape-0.1
-	@tools/check_debugger build/consume/moved
+	@cmake --install build/consume_library --prefix $(CURDIR)/build/debugger/installed >build/debugger.log
+	@tools/check_debugger build/debugger/installed
 	@tools/check_release build/consume/moved
 
 install:  ## install a release to PREFIX (/usr/local)
