@@ -69,6 +69,7 @@ async function makePackage() {
   }));
   writeFileSync(join(npm, "gxshape.js"), await bundled("interface/classic.ts", { format: "iife", globalName: "gxshape" }));
   writeFileSync(join(npm, "index.d.ts"), declarations());
+  writeFileSync(join(npm, "index.d.mts"), declarations());
   writeFileSync(join(npm, "index.d.cts"), declarations());
   copyFileSync(wasmFile, join(npm, "gxshape.wasm"));
   copyFileSync(join(root, "LICENSE"), join(npm, "LICENSE"));
@@ -84,7 +85,7 @@ async function makePackage() {
       "./gxshape.js": "./gxshape.js", "./gxshape.wasm": "./gxshape.wasm",
     },
     main: "./index.cjs", types: "./index.d.ts", sideEffects: false, engines: { node: ">=18" },
-    files: ["index.mjs", "index.cjs", "index.d.ts", "index.d.cts", "gxshape.js", "gxshape.wasm", "LICENSE", "README.md"],
+    files: ["index.mjs", "index.cjs", "index.d.ts", "index.d.mts", "index.d.cts", "gxshape.js", "gxshape.wasm", "LICENSE", "README.md"],
   };
   writeFileSync(join(npm, "package.json"), `${JSON.stringify(manifest, null, 2)}\n`);
 }
