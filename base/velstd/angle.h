@@ -8,11 +8,15 @@
 class gxDegree;
 
 /// An angle in radians, kept as given: 0 and 2π are different values until `norm` is asked.
-/// Angles run from the x axis towards the y axis.  A default angle is 0.
+/// Angles run from the x axis towards the y axis: counter-clockwise where y points up, clockwise on a
+/// picture whose y runs down.  A default angle is 0.
+///
+/// A class of its own, and no plain number, so that radians and degrees cannot be mixed up: one turns into
+/// the other where it is asked to, by a constructor, with one rounding.
 class VELSTD_API gxRadian {
  public:
   constexpr gxRadian() = default;
-  /// Makes an angle of a number of radians, or of degrees.
+  /// Makes an angle of a number of radians, or of degrees; any number is taken, NaN and infinities too.
   constexpr explicit gxRadian(double radians) : value_(radians) {}
   constexpr explicit gxRadian(const gxDegree& degrees);
 
@@ -37,7 +41,8 @@ class VELSTD_API gxRadian {
   double value_ = 0.0;
 };
 
-/// An angle in degrees, kept as given; otherwise as `gxRadian`.
+/// An angle in degrees, kept as given; otherwise as `gxRadian`.  Whole quarter turns are exact numbers
+/// here, which they are not in radians: `gx2Rigid` keeps degrees for that reason.
 class VELSTD_API gxDegree {
  public:
   constexpr gxDegree() = default;
@@ -57,7 +62,7 @@ class VELSTD_API gxDegree {
   constexpr gxDegree operator-(const gxDegree& other) const { return gxDegree(value_ - other.value_); }
   constexpr gxDegree operator*(double factor) const { return gxDegree(value_ * factor); }
 
-  /// Compares the numbers.
+  /// Compares the numbers as they stand (no wrap-around; a NaN equals nothing).
   friend constexpr auto operator<=>(const gxDegree&, const gxDegree&) = default;
 
  private:

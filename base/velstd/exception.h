@@ -12,8 +12,16 @@
 
 /// The base class of the library's exceptions.  It is thrown and caught by value or reference, as
 /// any `std::exception`, and can be archived as a persistent object.
+///
+/// What to catch: a class of its own for each cause (`gxContourDefs::BadParams`), the scope's `Errors` for
+/// all causes of one part of the library, this class for all of it, `std::exception` for these and for
+/// what comes from below, `std::bad_alloc` among it.  Each class has a number that no other has, which
+/// stays the same in later versions: for logs, and for other languages, which have no C++ types.
+/// An operation that throws has changed nothing, unless its comment says what it has changed.
 class VELSTD_API gxException : public gxPersistent, public std::exception {
  public:
+  /// Makes and copies without allocating, so that throwing one cannot fail for want of memory; the text of
+  /// `what` is made when it is asked for.
   gxException() noexcept;
   gxException(const gxException& other) noexcept;
   gxException& operator=(const gxException& other) noexcept;
@@ -23,7 +31,7 @@ class VELSTD_API gxException : public gxPersistent, public std::exception {
   void dispatchSerialize(gxArchive& archive) override;
 
  public:
-  /// Returns the number of the exception's class.
+  /// Returns the number of the exception's class, the same for all its objects.
   virtual long errorNumber() const = 0;
 
   /// Turns an exception that lives on the heap back into a typed throw: copies it, destroys this

@@ -19,7 +19,11 @@ VELSTD_API long gfInterlockedDecrement(std::atomic<long>& count) noexcept;
 ///
 /// An object on the heap belongs to its handles: when the last one lets go, it is destroyed.  An
 /// object that a handle never held is destroyed by its owner; never give a handle the address of an
-/// object on the stack.
+/// object on the stack.  (`gfMakeHandle` makes object and handle in one step, and leaves nothing to get
+/// wrong.)
+///
+/// The count sits in the object, not beside it as that of a `std::shared_ptr`: a handle is one pointer and
+/// can be made again from the plain address of an object that other handles share.
 class VELSTD_API gxRepBase {
  public:
   gxRepBase() noexcept = default;
@@ -86,7 +90,9 @@ class VELSTD_API gxPtrHandleBase : public gxPtrHandleBase_const {
 ///
 /// Copies share the object; the last one to let go destroys it.  Counting is atomic, so that
 /// handles to one object may be copied and dropped on different threads; using the object itself
-/// is not guarded.
+/// is not guarded: its const operations may run concurrently, any other one needs it to itself.
+///
+/// Two objects that hold handles to each other keep each other alive for ever: nothing looks for cycles.
 template <class T>
 class gxPtrHandle : public gxPtrHandleBase {
  public:
@@ -106,7 +112,7 @@ class gxPtrHandle : public gxPtrHandleBase {
 
   // By value: the old object is released last, after this handle holds the new one, so that
   // assigning from something that the old object owned is safe.
-  /// Assigns.
+  /// Lets go of the present object and takes part in owning the other one.
   gxPtrHandle& operator=(gxPtrHandle o) noexcept {
     std::swap(object_, o.object_);
     this->swapRep_(o);
@@ -117,7 +123,7 @@ class gxPtrHandle : public gxPtrHandleBase {
   T* get() const noexcept { return object_; }
   /// Gives the object.  Throws: gxBadPointer when the handle is null.
   T& operator*() const { return *checked_(); }
-  /// Return the object; gxBadPointer where there is none.
+  /// Gives access to the object's members.  Throws: gxBadPointer when the handle is null.
   T* operator->() const { return checked_(); }
 
   /// Is true when both refer to the same object, or both to none.
@@ -158,7 +164,7 @@ class gxPtrHandle_const : public gxPtrHandleBase_const {
 
   // By value: the old object is released last, after this handle holds the new one, so that
   // assigning from something that the old object owned is safe.
-  /// Assigns.
+  /// Lets go of the present object and takes part in owning the other one.
   gxPtrHandle_const& operator=(gxPtrHandle_const o) noexcept {
     std::swap(object_, o.object_);
     this->swapRep_(o);
@@ -169,7 +175,7 @@ class gxPtrHandle_const : public gxPtrHandleBase_const {
   const T* get() const noexcept { return object_; }
   /// Gives the object.  Throws: gxBadPointer when the handle is null.
   const T& operator*() const { return *checked_(); }
-  /// Return the object; gxBadPointer where there is none.
+  /// Gives access to the object's members.  Throws: gxBadPointer when the handle is null.
   const T* operator->() const { return checked_(); }
 
   /// Is true when both refer to the same object, or both to none.

@@ -7,11 +7,17 @@
 #include <velstd/vector.h>
 
 /// The straight segment from one point to another.  By default both are (0, 0).
+///
+/// The order of the ends matters for `line`, which points from the first to the second, and for `==`; the
+/// distance is the same either way but for the last bit.  Any coordinates are kept as given; distances are
+/// right over the whole double range, also where plain products of differences would overflow or vanish.
 class VELSTD_API gxLineSeg : public gxPersistent {
  public:
+  /// Makes the segment of no length at (0, 0).
   gxLineSeg() noexcept = default;
   /// Makes the segment between two points.
   gxLineSeg(const gxVector<2>& p1, const gxVector<2>& p2) noexcept : p1_(p1), p2_(p2) {}
+  /// Copies the ends.  Assigning counts as a change where the target tracks changes.
   gxLineSeg(const gxLineSeg&) noexcept = default;
   gxLineSeg& operator=(const gxLineSeg& other) noexcept {
     p1_ = other.p1_;
@@ -35,11 +41,13 @@ class VELSTD_API gxLineSeg : public gxPersistent {
   ///  - a NaN anywhere gives NaN
   double distToPoint(const gxVector<2>& point) const;
 
-  /// Compares the ends, in their order.
+  /// Is true when the ends are equal, in their order and number by number: a segment is not equal to the
+  /// same one walked the other way, and a NaN equals nothing.
   friend bool operator==(const gxLineSeg& a, const gxLineSeg& b) {
     return a.p1_ == b.p1_ && a.p2_ == b.p2_;
   }
 
+  /// Makes it the default segment again.
   void reInit() override;
 
  protected:

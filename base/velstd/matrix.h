@@ -10,6 +10,11 @@ class gxMatrix;
 
 /// A 2 × 2 matrix of doubles, elements m00, m01 (first row), m10, m11 (second row).
 /// A default matrix is all zero.
+///
+/// It is the linear part of a transform, and the form that second moments come in.  Vectors are columns:
+/// `matrix * vector` maps a vector.  Sums and products are computed as they are written, each product and
+/// each sum rounded once (no fused multiply-add), so the bits are the same on every machine.  Elements
+/// that are not finite are carried along; only `inverse` refuses them.
 template <>
 class VELSTD_API gxMatrix<2> {
  public:
@@ -29,7 +34,8 @@ class VELSTD_API gxMatrix<2> {
   /// Returns the element in that row and column.  Throws: std::out_of_range unless both are 0 or 1.
   double element(int row, int column) const;
 
-  /// Calculate as matrices do; a product maps by its right factor first.
+  /// Calculate as matrices do; a product maps by its right factor first.  An element of a product is
+  /// the sum of two rounded products, the first column's first.
   constexpr gxVector<2> operator*(const gxVector<2>& v) const {
     return {m00_ * v.x() + m01_ * v.y(), m10_ * v.x() + m11_ * v.y()};
   }
@@ -44,7 +50,7 @@ class VELSTD_API gxMatrix<2> {
   constexpr gxMatrix operator-(const gxMatrix& o) const {
     return {m00_ - o.m00_, m01_ - o.m01_, m10_ - o.m10_, m11_ - o.m11_};
   }
-  /// Compares the elements.
+  /// Is true when all four elements are equal, exactly; a NaN equals nothing.
   friend constexpr bool operator==(const gxMatrix&, const gxMatrix&) = default;
 
   /// Returns the matrix with rows and columns exchanged.
@@ -52,7 +58,8 @@ class VELSTD_API gxMatrix<2> {
   /// Returns m00·m11 − m01·m10, accurate to 1.5 units in the last place while the products are
   /// inside the double range.
   double determinant() const;
-  /// Returns the inverse.  Throws: gxMathError::Singular when an element is not finite, the
+  /// Returns the inverse.  Where the determinant would overflow or vanish, rows and columns are brought to
+  /// one size first: elements of 1e-300 beside others of 1e10 keep theirs.  Throws: gxMathError::Singular when an element is not finite, the
   /// determinant is 0, or the inverse has an element that exceeds the double range.
   gxMatrix inverse() const;
 

@@ -10,13 +10,20 @@
 ///
 /// It keeps its highest corner too, and compares corners: origin + size is rounded, and a test
 /// against it would lose vertices of the shape that the rectangle was made to enclose.
+///
+/// The unit is that of the coordinates; whether y runs up or down does not matter: "lowest" means the
+/// smallest numbers.  Nothing is checked or put right: a NaN or an infinity is kept as it is given, and
+/// each question says what it makes of one.  Every operation takes constant time, allocates nothing and
+/// throws nothing.  Stored in an archive it keeps all three vectors, bit by bit.
 class VELSTD_API gxRect : public gxPersistent {
  public:
+  /// Makes the rectangle that holds the point (0, 0) alone.
   gxRect() noexcept = default;
   /// Builds the rectangle from its origin and size, kept as given (a negative size is not turned
   /// around: such a rectangle holds no point).
   gxRect(const gxVector<2>& origin, const gxVector<2>& size) noexcept
       : origin_(origin), corner_(origin + size), size_(size) {}
+  /// Copies the numbers.  Assigning counts as a change where the target tracks changes.
   gxRect(const gxRect&) noexcept = default;
   gxRect& operator=(const gxRect& other) noexcept {
     origin_ = other.origin_;
@@ -36,6 +43,7 @@ class VELSTD_API gxRect : public gxPersistent {
   const gxVector<2>& size() const noexcept { return size_; }
 
   /// Returns the smallest rectangle that holds both.
+  ///  - a rectangle of negative size takes part with its origin as its low and its corner as its high end
   ///  - a NaN coordinate of `other` is passed over; one of this rectangle stays
   gxRect enclose(const gxRect& other) const noexcept {
     const gxVector<2> low(other.origin_.x() < origin_.x() ? other.origin_.x() : origin_.x(),
@@ -44,7 +52,8 @@ class VELSTD_API gxRect : public gxPersistent {
                            other.corner_.y() > corner_.y() ? other.corner_.y() : corner_.y());
     return fromCorners(low, high);
   }
-  /// Builds the rectangle between two corners, the lowest first.
+  /// Builds the rectangle between two corners, the lowest first; the corners keep their bits, and the size
+  /// is their rounded difference.  Corners given the other way around make a rectangle that holds nothing.
   static gxRect fromCorners(const gxVector<2>& low, const gxVector<2>& high) noexcept {
     gxRect result;
     result.origin_ = low;
@@ -70,6 +79,7 @@ class VELSTD_API gxRect : public gxPersistent {
     return a.origin_ == b.origin_ && a.corner_ == b.corner_ && a.size_ == b.size_;
   }
 
+  /// Makes it the default rectangle again.
   void reInit() override;
 
  protected:

@@ -11,6 +11,12 @@ template <int N>
 class gxXform;
 
 /// An affine transform: x' = xx·x + xy·y + tx, y' = yx·x + yy·y + ty.  The default is the identity.
+///
+/// A plain value of seven numbers: the six above and the determinant that goes with them.  A contour is
+/// mapped by `gxContour::map`, a list of points one by one with `*`; `gx2XformBase` is the same as an
+/// object that can be held by handle and stored.  A transform with a negative determinant mirrors: it turns
+/// a counter-clockwise outline into a clockwise one.  Numbers that are not finite are kept, and make
+/// mapped points that are not finite.
 template <>
 class VELSTD_API gxXform<2> {
  public:
@@ -43,11 +49,12 @@ class VELSTD_API gxXform<2> {
   constexpr gxMatrix<2> matrix() const { return {xx(), xy(), yx(), yy()}; }
   constexpr gxVector<2> translation() const { return {tx(), ty()}; }
 
-  /// Maps a point.
+  /// Maps a point: two products and two sums a coordinate, in the order of the formula above.
   constexpr gxVector<2> operator*(const gxVector<2>& p) const {
     return {xx() * p.x() + xy() * p.y() + tx(), yx() * p.x() + yy() * p.y() + ty()};
   }
-  /// Returns the transform that maps by `first` and then by this one.
+  /// Returns the transform that maps by `first` and then by this one.  Mapping a point by it gives what
+  /// mapping twice gives, but for rounding.
   constexpr gxXform operator*(const gxXform& first) const {
     return {matrix() * first.matrix(), *this * first.translation()};
   }

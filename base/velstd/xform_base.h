@@ -11,6 +11,11 @@
 
 /// A transform of the plane as an object: it is held by handle, cloned, inverted and archived
 /// without its class being known.  Assigning one counts as a change where the target tracks changes.
+///
+/// Where no class of its own is needed, `gxXform<2>` is the same as a plain value, and is what contours
+/// and regions are mapped by.  Classes of a program's own derive from this one; those that bend (a lens)
+/// say false to `isLinear` and give the best affine transform around a point.
+/// All questions are const and may be asked by any number of threads at once.
 class VELSTD_API gx2XformBase : public gxPersistent, public gxRepBase {
  public:
   ~gx2XformBase() override;
@@ -78,6 +83,9 @@ class VELSTD_API gx2XformLinear : public gx2XformBase {
 };
 
 /// A rotation followed by a translation, as an object; the identity by default.
+///
+/// It keeps lengths and areas, and no mirror image is among its values.  The angle is kept in degrees, so
+/// that quarter turns are exact: without a translation, four of 90° give a point its old bits.
 class VELSTD_API gx2Rigid : public gx2XformBase {
  public:
   gx2Rigid() = default;
