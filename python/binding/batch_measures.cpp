@@ -59,8 +59,9 @@ constexpr std::size_t kTogether = 64;
 constexpr std::size_t kLong = 4096;
 
 // Measures a range of shapes.  Those that are one closed ring, which most are, go through `gfMeasureMany`,
-// which takes half the time and gives the same bits: for that they are copied one behind the other, without
-// the repeats of their first points.
+// which takes half the time and gives the same bits.  It wants them one behind the other: they are looked at
+// where they lie as long as they do so, and copied from the first one on that does not, as where rings repeat
+// their first points.
 class Measurer {
  public:
   Measurer(const Ragged& shapes, const std::vector<std::size_t>& wanted, Columns& columns,
@@ -83,14 +84,22 @@ class Measurer {
 
  private:
   void take(std::size_t i, PointSpan ring) {
+    if (rows_.empty()) {
+      taken_ = ring;
+    } else if (copied_.empty() && taken_.data() + taken_.size() == ring.data()) {
+      taken_ = {taken_.data(), taken_.size() + ring.size()};
+    } else {
+      if (copied_.empty()) copied_.assign(taken_.begin(), taken_.end());
+      copied_.insert(copied_.end(), ring.begin(), ring.end());
+      taken_ = copied_;
+    }
     rows_.push_back(i);
-    points_.insert(points_.end(), ring.begin(), ring.end());
-    offsets_.push_back(points_.size());
+    offsets_.push_back(taken_.size());
     if (rows_.size() == kTogether) measureTaken();
   }
 
   void measureTaken() {
-    gfMeasureMany(gxOutlines(points_, offsets_), 0, rows_.size(), many_);
+    gfMeasureMany(gxOutlines(taken_, offsets_), 0, rows_.size(), many_);
     for (std::size_t k = 0; k < rows_.size(); ++k) {
       put(rows_[k], many_.status[k],
           {asNumber(offsets_[k + 1] - offsets_[k]), 0.0, many_.area[k], many_.length[k],
@@ -98,7 +107,7 @@ class Measurer {
            many_.boxYMax[k]});
     }
     rows_.clear();
-    points_.clear();
+    copied_.clear();
     offsets_.assign(1, 0);
   }
 
@@ -121,7 +130,8 @@ class Measurer {
   Failures& failures_;
   std::vector<gxMeasuredRing> rings_;
   // The outlines that go together, the row of each, and their measures.
-  Points points_;
+  PointSpan taken_;
+  Points copied_;
   std::vector<std::size_t> offsets_{0};
   std::vector<std::size_t> rows_;
   gxMeasureColumns many_;

@@ -114,7 +114,7 @@ TEST(MeasureMany, OutlinesAndColumnsPrintHowManyThereAre) {
   EXPECT_EQ(printed(gfHullsMany(outlines)), "hulls of 3 outlines, 2 not ok");
   EXPECT_EQ(printed(gfFitLinesMany(outlines)), "lines of 3 outlines, 2 not ok");
   EXPECT_EQ(printed(gfFitCirclesMany(outlines)), "circles of 3 outlines, 2 not ok");
-  EXPECT_EQ(printed(gfFitEllipsesMany(outlines)), "ellipses of 3 outlines, 2 not ok");
+  EXPECT_EQ(printed(gfFitEllipsesMany(outlines)), "ellipses of 3 outlines, 3 not ok");
 }
 
 }  // namespace
