@@ -31,8 +31,8 @@ void gx_VisitSet::add(const void* object, std::uint64_t level) {
 }
 
 void gx_VisitSet::put_(const Visit& visit) noexcept {
-  Visit& place = grown_.empty() ? first_[slot_(visit.object, visit.level)]
-                                : grown_[slot_(visit.object, visit.level)];
+  Visit* const table = grown_.empty() ? first_.data() : grown_.data();
+  Visit& place = table[slot_(visit.object, visit.level)];
   if (place.object == nullptr) ++used_;
   place = visit;
 }
