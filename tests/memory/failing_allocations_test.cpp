@@ -122,9 +122,9 @@ long memory_test::Allocations::count() const noexcept {
 }
 
 memory_test::SealableMemory::SealableMemory(std::size_t bytes) {
-  void* const made = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (made == MAP_FAILED) throw std::bad_alloc();
-  pages = static_cast<std::byte*>(made);
+  void* const mapped = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (mapped == MAP_FAILED) throw std::bad_alloc();
+  pages = static_cast<std::byte*>(mapped);
   pagesSize = bytes;
   pagesUsed = 0;
   gathers = true;
