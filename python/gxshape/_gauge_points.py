@@ -96,14 +96,20 @@ def parallelism(points: ShapeLike, datum: ShapeLike, *, reference: str = "minimu
 
 
 @dataclasses.dataclass(frozen=True, eq=False)
-class LineFit(Answer):
-    """A fitted line: a point, an angle, standard errors, residuals (L) and the indices of the inliers."""
+class Fit(Answer):
+    """What every fit tells: its status, residuals (L) and the indices of the inliers."""
 
     status: Status
     deviation: float
     residual_rms: float
     residual_max: float
     inliers: NDArray[np.int64]
+
+
+@dataclasses.dataclass(frozen=True, eq=False)
+class LineFit(Fit):
+    """A fitted line: a point, an angle, standard errors, residuals (L) and the indices of the inliers."""
+
     point: NDArray[np.float64]
     angle: float
     offset_error: float
@@ -111,14 +117,9 @@ class LineFit(Answer):
 
 
 @dataclasses.dataclass(frozen=True, eq=False)
-class CircleFit(Answer):
+class CircleFit(Fit):
     """A fitted circle: centre, radius, standard errors, residuals (L) and the indices of the inliers."""
 
-    status: Status
-    deviation: float
-    residual_rms: float
-    residual_max: float
-    inliers: NDArray[np.int64]
     centre: NDArray[np.float64]
     radius: float
     centre_error: tuple[float, float]
@@ -126,14 +127,9 @@ class CircleFit(Answer):
 
 
 @dataclasses.dataclass(frozen=True, eq=False)
-class EllipseFit(Answer):
+class EllipseFit(Fit):
     """A fitted ellipse: centre, semi-axes, angle, standard errors, residuals and inliers."""
 
-    status: Status
-    deviation: float
-    residual_rms: float
-    residual_max: float
-    inliers: NDArray[np.int64]
     centre: NDArray[np.float64]
     ellipse_a: float
     ellipse_b: float
