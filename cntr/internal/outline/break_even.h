@@ -4,9 +4,9 @@
 /// A name that begins with `gx_kFew` means "up to so many the plain way is taken".  An index is made when
 /// the scans that it replaces have cost about as much as it will: efforts are in nanoseconds a point (or
 /// in nanoseconds where it says so) of the machine that they were measured on, and only their ratios
-/// matter.  To choose one anew, change it, run the row at the sizes around it (`make bench`, then
-/// `build/bench/bin/gxshape_bench --benchmark_filter='ROW/ours/(32|64|100|128|256)$'`), and keep what is
-/// fastest on smooth and on jittered outlines (`adversary_benchmark.cpp`).
+/// matter.  To choose one anew, change it, run the row at sizes around it (`tools/build bench`, then the
+/// program of `build/bench/bin` that has the row, with `--benchmark_filter=ROW/ours`), and keep what is
+/// fastest on smooth and on jittered outlines (`adversary_benchmark`).
 #pragma once
 
 #include <cstddef>
@@ -53,7 +53,7 @@ inline constexpr std::size_t gx_kFewToScan = 512;
 
 // ---- Regions of a set -----------------------------------------------------------------------------
 
-/// Regions that are asked one after the other, without a tree.  Rows: set_inside, clustered_set
+/// Regions that are asked one after the other, without a tree.  Row: clustered_set; questions have none
 inline constexpr std::size_t gx_kFewRegions = 15;
-/// Questions to a set before its first index.                   Row: set_inside
+/// Questions to a set before its first index.                   No row shows it.
 inline constexpr std::uint64_t gx_kFirstSetIndex = 8;
