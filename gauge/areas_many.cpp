@@ -11,6 +11,7 @@
 // (Four outlines side by side, as for all measures, keep the order of additions and with it the bits of
 // `gfMeasure`, but need the box, the scale and the sizes in order: twice the time for these three numbers.)
 #include <cntr/contourdefs.h>
+#include <cntr/internal/outline/four.h>
 #include <gauge/internal/edge_terms.h>
 #include <gauge/internal/frame.h>
 #include <gauge/measure.h>
@@ -20,14 +21,13 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <cstring>
 
 namespace {
 
 constexpr double kNaN = gxMeasure::kNaN;
 
 using Points = std::span<const gxVector<2>>;
-using Four = double __attribute__((vector_size(32)));
+using Four = gx_FourDoubles;
 using Ends = gx_Corner<Four>;
 
 // So many edges are added plainly, a quarter of them in each sum.
@@ -47,7 +47,7 @@ struct Sums {
   Four y = {};
   Four all = {};  // the areas by magnitude
 
-  GX_SIDE_BY_SIDE void add(const Ends& a, const Ends& b) {
+  GX_FOUR_AT_ONCE void add(const Ends& a, const Ends& b) {
     const Four none = {};
     const Four w = a.x * b.y - b.x * a.y;
     area += w;
@@ -64,38 +64,24 @@ struct Whole {
   gx_KeptSum<double> y;
   double all = 0.0;
 
-  static GX_SIDE_BY_SIDE double total(const Four& v) { return (v[0] + v[2]) + (v[1] + v[3]); }
-
-  GX_SIDE_BY_SIDE void add(const Sums& sums) {
-    area.add(total(sums.area));
-    x.add(total(sums.x));
-    y.add(total(sums.y));
-    all += total(sums.all);
+  GX_FOUR_AT_ONCE void add(const Sums& sums) {
+    area.add(gx_totalOfFour(sums.area));
+    x.add(gx_totalOfFour(sums.x));
+    y.add(gx_totalOfFour(sums.y));
+    all += gx_totalOfFour(sums.all);
   }
 };
 
-// The points p[0], p[2], p[1], p[3] in this order, which saves moving them.
-GX_SIDE_BY_SIDE void seen(const gxVector<2>* p, const Four& from, Ends& ends) {
-  Four first;
-  Four second;
-  std::memcpy(&first, p, sizeof first);
-  std::memcpy(&second, p + 2, sizeof second);
-  first -= from;
-  second -= from;
-  ends.x = __builtin_shufflevector(first, second, 0, 4, 2, 6);
-  ends.y = __builtin_shufflevector(first, second, 1, 5, 3, 7);
-}
-
-GX_SIDE_BY_SIDE void addFourEdges(const gxVector<2>* p, const Four& from, Sums& sums) {
+GX_FOUR_AT_ONCE void addFourEdges(const gxVector<2>* p, const Four& from, Sums& sums) {
   Ends a;
   Ends b;
-  seen(p, from, a);
-  seen(p + 1, from, b);
+  gx_seeFour(p, from, a.x, a.y);
+  gx_seeFour(p + 1, from, b.x, b.y);
   sums.add(a, b);
 }
 
 // Adds up the edges of at least three points.
-GX_SIDE_BY_SIDE void sumUp(const Points& points, Whole& whole) {
+GX_FOUR_AT_ONCE void sumUp(const Points& points, Whole& whole) {
   const gxVector<2> first = points.front();
   const Four from = {first.x(), first.y(), first.x(), first.y()};
   std::size_t i = 1;

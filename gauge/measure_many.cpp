@@ -95,7 +95,7 @@ struct Sums {
 // The points of four outlines, scaled.
 class Quartet {
  public:
-  GX_SIDE_BY_SIDE explicit Quartet(const Lane* lanes) {
+  GX_FOUR_AT_ONCE explicit Quartet(const Lane* lanes) {
     for (std::size_t k = 0; k < 4; ++k) {
       points_[k] = lanes[k].points.data();
       last_[k] = lanes[k].points.size() - 1;
@@ -107,7 +107,7 @@ class Quartet {
   std::size_t longest() const { return longest_; }
 
   // The points number i; of an outline that has ended, its last.
-  GX_SIDE_BY_SIDE void at(std::size_t i, Corners& corners) const {
+  GX_FOUR_AT_ONCE void at(std::size_t i, Corners& corners) const {
     const Pair p = pair(0, i);
     const Pair q = pair(1, i);
     const Pair r = pair(2, i);
@@ -121,7 +121,7 @@ class Quartet {
  private:
   using Pair = double __attribute__((vector_size(16)));
 
-  GX_SIDE_BY_SIDE Pair pair(std::size_t lane, std::size_t i) const {
+  GX_FOUR_AT_ONCE Pair pair(std::size_t lane, std::size_t i) const {
     Pair result;
     std::memcpy(&result, points_[lane] + std::min(i, last_[lane]), sizeof result);
     return result;
@@ -133,7 +133,7 @@ class Quartet {
   Four scale_ = {};
 };
 
-GX_SIDE_BY_SIDE void takeRoots(Four& v) {
+GX_FOUR_AT_ONCE void takeRoots(Four& v) {
 #if defined(__SSE2__)
   const __m128d low = _mm_sqrt_pd(_mm_setr_pd(v[0], v[1]));
   const __m128d high = _mm_sqrt_pd(_mm_setr_pd(v[2], v[3]));
@@ -146,7 +146,7 @@ GX_SIDE_BY_SIDE void takeRoots(Four& v) {
 // The lengths of the edges from a to b as the plain roots; false in `plain` where one of them is not, but
 // for edges without length.
 template <class Truth>
-GX_SIDE_BY_SIDE void addLengths(const Corners& a, const Corners& b, Four& sum, Truth& plain) {
+GX_FOUR_AT_ONCE void addLengths(const Corners& a, const Corners& b, Four& sum, Truth& plain) {
   const Four none = {};
   const Four dx = b.x - a.x;
   const Four dy = b.y - a.y;
@@ -165,7 +165,7 @@ constexpr std::size_t endOfBlocks(std::size_t i) {
 }
 
 // As gx_ringLength and the sums of gx_ringMoments do it for each.
-GX_SIDE_BY_SIDE bool sumUp(const Lane* lanes, Sums& sums) {
+GX_FOUR_AT_ONCE bool sumUp(const Lane* lanes, Sums& sums) {
   const Quartet four(lanes);
   Corners closing;
   for (std::size_t k = 0; k < 4; ++k) {

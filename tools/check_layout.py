@@ -47,7 +47,7 @@ LIBRARY_OF = {"base/velstd": "velstd", "base/velip": "velip", "base/veldispc": "
 COMPANIONS = ("io/", "cairo/")
 # The folders under cntr/internal, and which of their neighbours each may see.
 INNER_ROOT = "cntr/internal/"
-INNER = {"outline": set(), "sums": set(), "archive": set(), "memo": set(), "index": {"outline", "memo"},
+INNER = {"outline": set(), "sums": {"outline"}, "archive": set(), "memo": set(), "index": {"outline", "memo"},
          "search": {"outline", "index"}, "repair": {"outline", "index", "search"},
          "memory": {"outline", "memo", "index"}, "sets": {"outline", "memo", "index", "memory"}}
 CLASS_HEADERS = {"cntr/contour.h", "cntr/region.h", "cntr/regionst.h"}

@@ -1,14 +1,12 @@
 /// What an edge adds to the sums of a ring: for one ring, or for four rings side by side, with the same bits.
 #pragma once
 
+#include <cntr/internal/outline/four.h>
 #include <cstddef>
 
 /// So many edges are added plainly, and these sums then to the whole.
 constexpr std::size_t gx_kMomentBlock = 32;
 constexpr std::size_t gx_kLengthBlock = 64;
-
-/// Marks code for one number or four that is compiled for the machine of its caller.
-#define GX_SIDE_BY_SIDE __attribute__((always_inline)) inline
 
 /// A corner of a ring, or the corners of four.
 template <class Number>
@@ -23,7 +21,7 @@ struct gx_KeptSum {
   Number high = {};
   Number low = {};
 
-  GX_SIDE_BY_SIDE void add(const Number& term) {
+  GX_FOUR_AT_ONCE void add(const Number& term) {
     const Number sum = high + term;
     const Number part = sum - high;
     low += (high - (sum - part)) + (term - part);
@@ -34,7 +32,7 @@ struct gx_KeptSum {
 /// Adds the terms of an edge from a to b, seen from the ring's first corner, to the sums of m00, m10, m01,
 /// m20, m11, m02, each times 2, 6, 6, 12, 24, 12.  An edge from a corner to itself adds nothing.
 template <class Number>
-GX_SIDE_BY_SIDE void gx_addToMoments(const gx_Corner<Number>& a, const gx_Corner<Number>& b,
+GX_FOUR_AT_ONCE void gx_addToMoments(const gx_Corner<Number>& a, const gx_Corner<Number>& b,
                                      Number* sums) {
   const Number w = a.x * b.y - b.x * a.y;
   const Number x = a.x + b.x;

@@ -10,6 +10,7 @@
 // of A × B is sure where its magnitude is above 1e-15 of its two products together (three roundings of
 // 1.1e-16 each); where it is not, the scan cannot tell, and no exact test is needed.  A NaN makes every
 // vertex it is in one that is not safely far.
+#include <cntr/internal/outline/four.h>
 #include <cntr/internal/outline/tolerances.h>
 #include <cntr/internal/search/containment_scan.h>
 
@@ -17,7 +18,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <numbers>
 
 namespace {
@@ -30,11 +30,8 @@ constexpr double kRoundingOfCross = 1e-15;
 // Products below this have lost digits.
 constexpr double kVanishing = 1e-290;
 
-using Four = double __attribute__((vector_size(32)));
+using Four = gx_FourDoubles;
 using Truth = decltype(Four() < Four());
-
-// Code for four, to be compiled for the machine at hand by who calls it.
-#define GX_FOURFOLD __attribute__((always_inline)) inline
 
 struct Ends {
   Four x;
@@ -48,26 +45,14 @@ struct Scan {
   Truth odd = {};           // an odd number of them crosses the ray
   Truth unsure = {};        // one of them came too near
 
-  // The points p[0], p[2], p[1], p[3] in this order, which saves moving them.
-  GX_FOURFOLD void seen(const gxVector<2>* p, Ends& ends) const {
-    const Four from = {point.x(), point.y(), point.x(), point.y()};
-    Four first;
-    Four second;
-    std::memcpy(&first, p, sizeof first);
-    std::memcpy(&second, p + 2, sizeof second);
-    first -= from;
-    second -= from;
-    ends.x = __builtin_shufflevector(first, second, 0, 4, 2, 6);
-    ends.y = __builtin_shufflevector(first, second, 1, 5, 3, 7);
-  }
-
   // Adds the edges from starts[k] to ends[k].
-  GX_FOURFOLD void add(const gxVector<2>* starts, const gxVector<2>* ends) {
+  GX_FOUR_AT_ONCE void add(const gxVector<2>* starts, const gxVector<2>* ends) {
     const Four none = {};
+    const Four from = {point.x(), point.y(), point.x(), point.y()};
     Ends a;
     Ends b;
-    seen(starts, a);
-    seen(ends, b);
+    gx_seeFour(starts, from, a.x, a.y);
+    gx_seeFour(ends, from, b.x, b.y);
     const Four dx = b.x - a.x;
     const Four dy = b.y - a.y;
     const Four length = dx * dx + dy * dy;
@@ -87,7 +72,7 @@ struct Scan {
   }
 
   // Adds all edges.  The last few are filled up with the last point, whose edge to itself crosses nothing.
-  GX_FOURFOLD void addAll(const Points& points) {
+  GX_FOUR_AT_ONCE void addAll(const Points& points) {
     std::array<gxVector<2>, 8> rest;
     rest[0] = points.back();
     std::copy_n(points.begin(), 3, rest.begin() + 1);

@@ -19,11 +19,11 @@
 //
 // The sums are made four by four, in an order that is the same on every machine: each sum is one over
 // every fourth edge, the edges left over added last.
+#include <cntr/internal/outline/four.h>
 #include <cntr/internal/sums/moment_sum.h>
 
 #include <cmath>
 #include <cstddef>
-#include <cstring>
 
 namespace {
 
@@ -36,11 +36,7 @@ constexpr double kLeastArea = 1e-15;
 // tangle, the answer has lost digits that another order of additions loses differently.
 constexpr double kLeastShareOfAll = 0.01;
 
-// Four numbers side by side; compilers make two registers of them where four do not fit into one.
-using Four = double __attribute__((vector_size(32)));
-
-// Code for four, to be compiled for the machine at hand by who calls it.
-#define GX_FOURFOLD __attribute__((always_inline)) inline
+using Four = gx_FourDoubles;
 
 // Points seen from the apex, one or four, by component.
 template <class Number>
@@ -51,22 +47,6 @@ struct Ends {
 
 Ends<double> seen(const gxVector<2>& p, const gxVector<2>& apex) {
   return {p.x() - apex.x(), p.y() - apex.y()};
-}
-
-// The points p[0], p[2], p[1], p[3] in this order, which saves moving them.
-GX_FOURFOLD void seen(const gxVector<2>* p, const Four& apex, Ends<Four>& result) {
-  Four first;
-  Four second;
-  std::memcpy(&first, p, sizeof first);
-  std::memcpy(&second, p + 2, sizeof second);
-  first -= apex;
-  second -= apex;
-  result.x = __builtin_shufflevector(first, second, 0, 4, 2, 6);
-  result.y = __builtin_shufflevector(first, second, 1, 5, 3, 7);
-}
-
-GX_FOURFOLD double total(const Four& v) {
-  return (v[0] + v[2]) + (v[1] + v[3]);
 }
 
 // The sums of the polynomials, without their denominators.
@@ -80,7 +60,7 @@ struct Sums {
   Number yy = {};
   Number all = {};  // the areas by magnitude
 
-  GX_FOURFOLD void add(const Ends<Number>& u, const Ends<Number>& v) {
+  GX_FOUR_AT_ONCE void add(const Ends<Number>& u, const Ends<Number>& v) {
     const Number none = {};
     const Number uxvy = u.x * v.y;
     const Number uyvx = u.y * v.x;
@@ -104,7 +84,7 @@ struct Fan {
   gxVector<2> apex;
   Sums<double> sums;
 
-  GX_FOURFOLD void compute() {
+  GX_FOUR_AT_ONCE void compute() {
     const Four from = {apex.x(), apex.y(), apex.x(), apex.y()};
     Sums<Four> four;
     sums.add(seen(points.back(), apex), seen(points.front(), apex));
@@ -112,18 +92,18 @@ struct Fan {
     for (; i + 4 <= points.size(); i += 4) {
       Ends<Four> u;
       Ends<Four> v;
-      seen(&points[i - 1], from, u);
-      seen(&points[i], from, v);
+      gx_seeFour(&points[i - 1], from, u.x, u.y);
+      gx_seeFour(&points[i], from, v.x, v.y);
       four.add(u, v);
     }
     for (; i < points.size(); ++i) sums.add(seen(points[i - 1], apex), seen(points[i], apex));
-    sums.area += total(four.area);
-    sums.x += total(four.x);
-    sums.y += total(four.y);
-    sums.xx += total(four.xx);
-    sums.xy += total(four.xy);
-    sums.yy += total(four.yy);
-    sums.all += total(four.all);
+    sums.area += gx_totalOfFour(four.area);
+    sums.x += gx_totalOfFour(four.x);
+    sums.y += gx_totalOfFour(four.y);
+    sums.xx += gx_totalOfFour(four.xx);
+    sums.xy += gx_totalOfFour(four.xy);
+    sums.yy += gx_totalOfFour(four.yy);
+    sums.all += gx_totalOfFour(four.all);
   }
 
   gx_MomentSum result() const {
