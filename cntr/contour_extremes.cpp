@@ -12,15 +12,12 @@
 // Both remember a bounded number of answers; see `gx_KeyedMemo`.
 #include <cntr/contour.h>
 #include <cntr/internal/memory/computation_count.h>
+#include <cntr/internal/outline/paired_box.h>
 #include <velstd/real_eq.h>
 
 #include <array>
 #include <cmath>
 #include <limits>
-
-#if defined(__SSE2__)
-#  include <emmintrin.h>
-#endif
 
 namespace {
 
@@ -52,59 +49,6 @@ long farthestAlong(const std::vector<gxVector<2>>& points, double angle) {
   return farthest(points, [&d](const gxVector<2>& p) { return d * p; });
 }
 
-// Two numbers side by side.
-#if defined(__SSE2__)
-class Pair {
- public:
-  explicit Pair(const gxVector<2>& p) : xy_(_mm_loadu_pd(reinterpret_cast<const double*>(&p))) {}
-  // The minimum and maximum instructions take their first operand where it is strictly beyond the second,
-  // else the second, NaN or not.
-  void takeIfBelow(const Pair& o) { xy_ = _mm_min_pd(o.xy_, xy_); }
-  void takeIfAbove(const Pair& o) { xy_ = _mm_max_pd(o.xy_, xy_); }
-  gxVector<2> vector() const { return {_mm_cvtsd_f64(xy_), _mm_cvtsd_f64(_mm_unpackhi_pd(xy_, xy_))}; }
-
- private:
-  __m128d xy_;
-};
-#else
-class Pair {
- public:
-  explicit Pair(const gxVector<2>& p) : x_(p.x()), y_(p.y()) {}
-  void takeIfBelow(const Pair& o) {
-    x_ = o.x_ < x_ ? o.x_ : x_;
-    y_ = o.y_ < y_ ? o.y_ : y_;
-  }
-  void takeIfAbove(const Pair& o) {
-    x_ = o.x_ > x_ ? o.x_ : x_;
-    y_ = o.y_ > y_ ? o.y_ : y_;
-  }
-  gxVector<2> vector() const { return {x_, y_}; }
-
- private:
-  double x_;
-  double y_;
-};
-#endif
-
-// The bounds of both coordinates, as enclosing the points one by one finds them: a NaN is passed over,
-// except where it comes first, and of equal bounds the first stays.  Only zeros can be equal without
-// being the same, so a bound of 0 is looked for again one by one.
-struct Bounds {
-  explicit Bounds(const gxVector<2>& first) : low(first), high(first + gxVector<2>(0.0, 0.0)) {}
-  void add(const gxVector<2>& p) {
-    const Pair pair(p);
-    low.takeIfBelow(pair);
-    high.takeIfAbove(pair);
-  }
-  void add(const Bounds& o) {
-    low.takeIfBelow(o.low);
-    high.takeIfAbove(o.high);
-  }
-
-  Pair low;
-  Pair high;
-};
-
 template <class Map>
 gxRect boxOneByOne(const std::vector<gxVector<2>>& points, const Map& map) {
   gxRect box(map(points.front()), gxVector<2>(0.0, 0.0));
@@ -114,11 +58,13 @@ gxRect boxOneByOne(const std::vector<gxVector<2>>& points, const Map& map) {
   return box;
 }
 
+// The bounds of both coordinates, as enclosing the points one by one finds them: a NaN is passed over, except where it
+// comes first, and a bound of 0, whose sign is that of the first, is looked for again one by one.
 template <class Map>
 gxRect boxOf(const std::vector<gxVector<2>>& points, const Map& map) {
-  Bounds odd(
+  gx_PairedBox odd(
       map(points.front()));  // every other point each, which halves the waiting for the last result
-  Bounds even = odd;
+  gx_PairedBox even = odd;
   std::size_t i = 1;
   for (; i + 2 <= points.size(); i += 2) {
     odd.add(map(points[i]));
@@ -126,12 +72,10 @@ gxRect boxOf(const std::vector<gxVector<2>>& points, const Map& map) {
   }
   if (i < points.size()) odd.add(map(points[i]));
   odd.add(even);
-  const gxVector<2> low = odd.low.vector();
-  const gxVector<2> high = odd.high.vector();
-  if (low.x() == 0.0 || low.y() == 0.0 || high.x() == 0.0 || high.y() == 0.0) {
+  const gx_Box box = odd.box();
+  if (box.lowX == 0.0 || box.lowY == 0.0 || box.highX == 0.0 || box.highY == 0.0)
     return boxOneByOne(points, map);
-  }
-  return gxRect::fromCorners(low, high);
+  return gxRect::fromCorners({box.lowX, box.lowY}, {box.highX, box.highY});
 }
 
 constexpr auto kAsTheyStand = [](const gxVector<2>& p) -> const gxVector<2>& { return p; };

@@ -27,7 +27,7 @@ namespace {
 constexpr double kNaN = gxMeasure::kNaN;
 
 using Points = std::span<const gxVector<2>>;
-using Four = gx_FourDoubles;
+using Four = gx_Four;
 using Ends = gx_Corner<Four>;
 
 // So many edges are added plainly, a quarter of them in each sum.
@@ -47,7 +47,7 @@ struct Sums {
   Four y = {};
   Four all = {};  // the areas by magnitude
 
-  GX_FOUR_AT_ONCE void add(const Ends& a, const Ends& b) {
+  GX_FOURFOLD void add(const Ends& a, const Ends& b) {
     const Four none = {};
     const Four w = a.x * b.y - b.x * a.y;
     area += w;
@@ -64,15 +64,15 @@ struct Whole {
   gx_KeptSum<double> y;
   double all = 0.0;
 
-  GX_FOUR_AT_ONCE void add(const Sums& sums) {
-    area.add(gx_totalOfFour(sums.area));
-    x.add(gx_totalOfFour(sums.x));
-    y.add(gx_totalOfFour(sums.y));
-    all += gx_totalOfFour(sums.all);
+  GX_FOURFOLD void add(const Sums& sums) {
+    area.add(gf_Total(sums.area));
+    x.add(gf_Total(sums.x));
+    y.add(gf_Total(sums.y));
+    all += gf_Total(sums.all);
   }
 };
 
-GX_FOUR_AT_ONCE void addFourEdges(const gxVector<2>* p, const Four& from, Sums& sums) {
+GX_FOURFOLD void addFourEdges(const gxVector<2>* p, const Four& from, Sums& sums) {
   Ends a;
   Ends b;
   gx_seeFour(p, from, a.x, a.y);
@@ -81,7 +81,7 @@ GX_FOUR_AT_ONCE void addFourEdges(const gxVector<2>* p, const Four& from, Sums& 
 }
 
 // Adds up the edges of at least three points.
-GX_FOUR_AT_ONCE void sumUp(const Points& points, Whole& whole) {
+GX_FOURFOLD void sumUp(const Points& points, Whole& whole) {
   const gxVector<2> first = points.front();
   const Four from = {first.x(), first.y(), first.x(), first.y()};
   std::size_t i = 1;

@@ -26,10 +26,6 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__)
-#  include <emmintrin.h>
-#endif
-
 namespace {
 
 constexpr double kNaN = gxMeasure::kNaN;
@@ -38,7 +34,7 @@ constexpr double kNaN = gxMeasure::kNaN;
 constexpr std::size_t kChunk = 64;
 
 using Points = std::span<const gxVector<2>>;
-using Four = double __attribute__((vector_size(32)));
+using Four = gx_Four;
 using Corners = gx_Corner<Four>;
 
 // ---- One row -------------------------------------------------------------------------------------
@@ -95,7 +91,7 @@ struct Sums {
 // The points of four outlines, scaled.
 class Quartet {
  public:
-  GX_FOUR_AT_ONCE explicit Quartet(const Lane* lanes) {
+  GX_FOURFOLD explicit Quartet(const Lane* lanes) {
     for (std::size_t k = 0; k < 4; ++k) {
       points_[k] = lanes[k].points.data();
       last_[k] = lanes[k].points.size() - 1;
@@ -107,7 +103,7 @@ class Quartet {
   std::size_t longest() const { return longest_; }
 
   // The points number i; of an outline that has ended, its last.
-  GX_FOUR_AT_ONCE void at(std::size_t i, Corners& corners) const {
+  GX_FOURFOLD void at(std::size_t i, Corners& corners) const {
     const Pair p = pair(0, i);
     const Pair q = pair(1, i);
     const Pair r = pair(2, i);
@@ -119,9 +115,9 @@ class Quartet {
   }
 
  private:
-  using Pair = double __attribute__((vector_size(16)));
+  using Pair = gx_Two;
 
-  GX_FOUR_AT_ONCE Pair pair(std::size_t lane, std::size_t i) const {
+  GX_FOURFOLD Pair pair(std::size_t lane, std::size_t i) const {
     Pair result;
     std::memcpy(&result, points_[lane] + std::min(i, last_[lane]), sizeof result);
     return result;
@@ -133,26 +129,16 @@ class Quartet {
   Four scale_ = {};
 };
 
-GX_FOUR_AT_ONCE void takeRoots(Four& v) {
-#if defined(__SSE2__)
-  const __m128d low = _mm_sqrt_pd(_mm_setr_pd(v[0], v[1]));
-  const __m128d high = _mm_sqrt_pd(_mm_setr_pd(v[2], v[3]));
-  v = Four{low[0], low[1], high[0], high[1]};
-#else
-  v = Four{std::sqrt(v[0]), std::sqrt(v[1]), std::sqrt(v[2]), std::sqrt(v[3])};
-#endif
-}
-
 // The lengths of the edges from a to b as the plain roots; false in `plain` where one of them is not, but
 // for edges without length.
 template <class Truth>
-GX_FOUR_AT_ONCE void addLengths(const Corners& a, const Corners& b, Four& sum, Truth& plain) {
+GX_FOURFOLD void addLengths(const Corners& a, const Corners& b, Four& sum, Truth& plain) {
   const Four none = {};
   const Four dx = b.x - a.x;
   const Four dy = b.y - a.y;
   Four square = dx * dx + dy * dy;
   plain &= (square > none + 1e-280) | ((dx == none) & (dy == none));
-  takeRoots(square);
+  gf_TakeRoot(square);
   sum += square;
 }
 
@@ -165,7 +151,7 @@ constexpr std::size_t endOfBlocks(std::size_t i) {
 }
 
 // As gx_ringLength and the sums of gx_ringMoments do it for each.
-GX_FOUR_AT_ONCE bool sumUp(const Lane* lanes, Sums& sums) {
+GX_FOURFOLD bool sumUp(const Lane* lanes, Sums& sums) {
   const Quartet four(lanes);
   Corners closing;
   for (std::size_t k = 0; k < 4; ++k) {

@@ -71,6 +71,13 @@ class LayoutTest(unittest.TestCase):
         self.assertEqual(self.findings({"tests/cntr/x_test.cpp": inside, "bench/x.cpp": inside}), [])
         self.assertEqual(self.findings({"examples/x.cpp": inside}), [("include", "examples/x.cpp")])
 
+    def test_an_internal_header_of_which_nothing_is_compiled_is_for_all_above_it(self):
+        shared = "// x\n#include <velstd/internal/four.h>\n"
+        files = {"gauge/x.cpp": shared, "tests/gauge/x_test.cpp": "\n"}
+        self.assertEqual(self.findings(files), [])
+        other = {"gauge/x.cpp": shared.replace("four", "registry"), "tests/gauge/x_test.cpp": "\n"}
+        self.assertEqual(self.findings(other), [("include", "gauge/x.cpp")])
+
     def test_an_inner_folder_sees_downward_only(self):
         up = {"cntr/internal/outline/walk.h": "#pragma once\n#include <cntr/internal/memory/memo.h>\n",
               "tests/cntr/internal/outline/walk_test.cpp": "\n",

@@ -21,7 +21,7 @@ struct gx_KeptSum {
   Number high = {};
   Number low = {};
 
-  GX_FOUR_AT_ONCE void add(const Number& term) {
+  GX_FOURFOLD void add(const Number& term) {
     const Number sum = high + term;
     const Number part = sum - high;
     low += (high - (sum - part)) + (term - part);
@@ -32,8 +32,7 @@ struct gx_KeptSum {
 /// Adds the terms of an edge from a to b, seen from the ring's first corner, to the sums of m00, m10, m01,
 /// m20, m11, m02, each times 2, 6, 6, 12, 24, 12.  An edge from a corner to itself adds nothing.
 template <class Number>
-GX_FOUR_AT_ONCE void gx_addToMoments(const gx_Corner<Number>& a, const gx_Corner<Number>& b,
-                                     Number* sums) {
+GX_FOURFOLD void gx_addToMoments(const gx_Corner<Number>& a, const gx_Corner<Number>& b, Number* sums) {
   const Number w = a.x * b.y - b.x * a.y;
   const Number x = a.x + b.x;
   const Number y = a.y + b.y;

@@ -38,7 +38,7 @@ class Kept {
 };
 
 // Two numbers in one register: x and y, or y and x.
-using Two = double __attribute__((vector_size(16)));
+using Two = gx_Two;
 
 Two swapped(const Two& v) {
   return Two{v[1], v[0]};

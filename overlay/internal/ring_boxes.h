@@ -1,6 +1,7 @@
 /// Boxes over the edges of one ring.
 #pragma once
 
+#include <cntr/internal/outline/paired_box.h>
 #include <overlay/internal/edge_set.h>
 #include <overlay/internal/predicates.h>
 #include <velstd/vector.h>
@@ -10,52 +11,6 @@
 #include <cstddef>
 #include <limits>
 #include <vector>
-
-#if defined(__SSE2__)
-#  include <emmintrin.h>
-#endif
-
-/// A box that takes both coordinates at once, and notes what is not finite.
-class gx_RunBox {
- public:
-#if defined(__SSE2__)
-  void add(const gxVector<2>& p) {
-    const __m128d xy = _mm_loadu_pd(reinterpret_cast<const double*>(&p));
-    low_ = _mm_min_pd(xy, low_);
-    high_ = _mm_max_pd(xy, high_);
-    zero_ = _mm_add_pd(zero_, _mm_sub_pd(xy, xy));
-  }
-  bool isFinite() const {
-    return _mm_movemask_pd(_mm_cmpeq_pd(zero_, _mm_setzero_pd())) == 3;
-  }
-  gx_Box box() const {
-    gx_Box result;
-    _mm_storeu_pd(&result.lowX, low_);
-    _mm_storeu_pd(&result.highX, high_);
-    return result;
-  }
-
- private:
-  __m128d low_ = _mm_set1_pd(std::numeric_limits<double>::infinity());
-  __m128d high_ = _mm_set1_pd(-std::numeric_limits<double>::infinity());
-  __m128d zero_ = _mm_setzero_pd();
-#else
-  void add(const gxVector<2>& p) {
-    box_.add(p);
-    zero_ += (p.x() - p.x()) + (p.y() - p.y());
-  }
-  bool isFinite() const {
-    return zero_ == 0.0;
-  }
-  const gx_Box& box() const {
-    return box_;
-  }
-
- private:
-  gx_Box box_;
-  double zero_ = 0.0;
-#endif
-};
 
 /// The edges of one closed ring, which stays where it is, and boxes over them: around runs of 8 edges, around 8 of
 /// these and so on.  Edge i runs from point i to the next one.
@@ -69,9 +24,12 @@ class gx_RingBoxes {
     // The levels together have less than n / 7 boxes, and one that is not full each.
     boxes_.reserve(n / (kFan - 1) + kMostLevels);
     for (std::size_t first = 0; first < n; first += kFan) {
-      gx_RunBox box;
+      gx_PairedBox box;
       const std::size_t end = std::min(first + kFan, n);
-      for (std::size_t i = first; i < end; ++i) box.add(points[i]);
+      for (std::size_t i = first; i < end; ++i) {
+        box.add(points[i]);
+        box.note(points[i]);
+      }
       isFinite_ = isFinite_ && box.isFinite();
       box.add(points[end == n ? 0 : end]);
       boxes_.push_back(box.box());

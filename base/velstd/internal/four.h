@@ -1,4 +1,5 @@
-/// Four numbers side by side, for loops over many points.
+/// Four numbers side by side, for loops over many points.  All libraries here use these lanes; nothing of them is
+/// compiled into one.
 #pragma once
 
 #include <velstd/vector.h>
@@ -14,6 +15,7 @@
 /// Four doubles that are computed with together.  Each component has the bits that it would have
 /// alone, whatever registers the machine has: compilers make two of them where four do not fit into one.
 using gx_Four = double __attribute__((vector_size(32)));
+using gx_Two = double __attribute__((vector_size(16)));  ///< and two
 
 /// Marks code for one number or four that is compiled for the machine of its caller.  Fours are handed
 /// on by reference: by value, they would be handed on in different ways on different machines.

@@ -30,7 +30,7 @@ constexpr double kRoundingOfCross = 1e-15;
 // Products below this have lost digits.
 constexpr double kVanishing = 1e-290;
 
-using Four = gx_FourDoubles;
+using Four = gx_Four;
 using Truth = decltype(Four() < Four());
 
 struct Ends {
@@ -46,7 +46,7 @@ struct Scan {
   Truth unsure = {};        // one of them came too near
 
   // Adds the edges from starts[k] to ends[k].
-  GX_FOUR_AT_ONCE void add(const gxVector<2>* starts, const gxVector<2>* ends) {
+  GX_FOURFOLD void add(const gxVector<2>* starts, const gxVector<2>* ends) {
     const Four none = {};
     const Four from = {point.x(), point.y(), point.x(), point.y()};
     Ends a;
@@ -72,7 +72,7 @@ struct Scan {
   }
 
   // Adds all edges.  The last few are filled up with the last point, whose edge to itself crosses nothing.
-  GX_FOUR_AT_ONCE void addAll(const Points& points) {
+  GX_FOURFOLD void addAll(const Points& points) {
     std::array<gxVector<2>, 8> rest;
     rest[0] = points.back();
     std::copy_n(points.begin(), 3, rest.begin() + 1);

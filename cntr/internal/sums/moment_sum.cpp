@@ -36,7 +36,7 @@ constexpr double kLeastArea = 1e-15;
 // tangle, the answer has lost digits that another order of additions loses differently.
 constexpr double kLeastShareOfAll = 0.01;
 
-using Four = gx_FourDoubles;
+using Four = gx_Four;
 
 // Points seen from the apex, one or four, by component.
 template <class Number>
@@ -60,7 +60,7 @@ struct Sums {
   Number yy = {};
   Number all = {};  // the areas by magnitude
 
-  GX_FOUR_AT_ONCE void add(const Ends<Number>& u, const Ends<Number>& v) {
+  GX_FOURFOLD void add(const Ends<Number>& u, const Ends<Number>& v) {
     const Number none = {};
     const Number uxvy = u.x * v.y;
     const Number uyvx = u.y * v.x;
@@ -84,7 +84,7 @@ struct Fan {
   gxVector<2> apex;
   Sums<double> sums;
 
-  GX_FOUR_AT_ONCE void compute() {
+  GX_FOURFOLD void compute() {
     const Four from = {apex.x(), apex.y(), apex.x(), apex.y()};
     Sums<Four> four;
     sums.add(seen(points.back(), apex), seen(points.front(), apex));
@@ -97,13 +97,13 @@ struct Fan {
       four.add(u, v);
     }
     for (; i < points.size(); ++i) sums.add(seen(points[i - 1], apex), seen(points[i], apex));
-    sums.area += gx_totalOfFour(four.area);
-    sums.x += gx_totalOfFour(four.x);
-    sums.y += gx_totalOfFour(four.y);
-    sums.xx += gx_totalOfFour(four.xx);
-    sums.xy += gx_totalOfFour(four.xy);
-    sums.yy += gx_totalOfFour(four.yy);
-    sums.all += gx_totalOfFour(four.all);
+    sums.area += gf_Total(four.area);
+    sums.x += gf_Total(four.x);
+    sums.y += gf_Total(four.y);
+    sums.xx += gf_Total(four.xx);
+    sums.xy += gf_Total(four.xy);
+    sums.yy += gf_Total(four.yy);
+    sums.all += gf_Total(four.all);
   }
 
   gx_MomentSum result() const {

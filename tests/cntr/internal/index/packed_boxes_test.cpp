@@ -121,6 +121,13 @@ TEST(PackedBoxes, TheNearestBoxIsFoundAndOthersAreLeftOut) {
   EXPECT_LT(3 * visits, all);  // else nothing is left out
 }
 
+TEST(PackedBoxes, TheOnlyOneIsVisitedAndEndsIt) {
+  const gx_PackedBoxes tree(Boxes(1, gx_Box{0, 0, 1, 1}));
+  std::size_t visits = 0;
+  EXPECT_TRUE(tree.any([](const gx_Box&) { return true; }, [&](std::size_t) { return ++visits == 1; }));
+  EXPECT_EQ(visits, 1U);
+}
+
 TEST(PackedBoxes, OfNoneNothingIsVisited) {
   const gx_PackedBoxes tree{Boxes()};
   const auto never = [](std::size_t) {

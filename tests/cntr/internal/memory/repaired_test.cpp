@@ -24,6 +24,7 @@ TEST(Repaired, IsMadeByTheFirstQuestionAndRememberedForTheNext) {
   gxRegion second;
   int made = 0;
   int told = 0;
+  const long before = gx_computations(kWhat);
   const auto repair = [&made](gxRegion& form) {
     makeSquare(form);
     ++made;
@@ -34,6 +35,7 @@ TEST(Repaired, IsMadeByTheFirstQuestionAndRememberedForTheNext) {
       memory, kWhat, repair, [&told] { ++told; }, second);
   EXPECT_EQ(made, 1);
   EXPECT_EQ(told, 1);
+  EXPECT_EQ(gx_computations(kWhat), before + 1);
   EXPECT_EQ(first.points().size(), 4U);
   EXPECT_EQ(second, first);
 }

@@ -81,7 +81,7 @@ TEST(Box, TheSquareOfTheDistanceIsZeroInsideAndFromTheNearestSideOutside) {
 }
 
 TEST(Box, ReachAlongADirectionIsSeenFromTheFirstPoint) {
-  const V points[] = {{1, 1}, {4, 1}, {1, -1}, {0, 2}};
+  const V points[] = {{1, 1}, {4, 1}, {1, -1}, {0, 2}, {90, 90}};  // the last is not asked for
   expectBox(gx_reachAlong(points, 4, {1, 0}), -1, -2, 3, 1);
   expectBox(gx_reachAlong(points, 4, {0, 1}), -2, -3, 1, 1);
 }

@@ -28,6 +28,11 @@ TEST(Outline, GivesTheEdgesOfTheWalkOneByOne) {
   }
 }
 
+TEST(Outline, IsClosedUnlessSaidOtherwise) {
+  const std::vector<V> points = {{0, 0}, {1, 0}, {1, 1}};
+  EXPECT_EQ(gx_Outline{points}.edges(), 3U);
+}
+
 TEST(Outline, LooksAtThePointsAsTheyAreWhenItIsAsked) {
   std::vector<V> points = {{0, 0}, {1, 0}};
   const gx_Outline outline{points, false};
