@@ -16,10 +16,10 @@
 
 using gx_Benchmark = benchmark::internal::Benchmark;
 
-// The sizes of a row that scales, up to a largest one.
+// The sizes of a row that scales, up to a largest one: a line sees outlines of 8 to 256 points by the thousand.
 template <std::int64_t Largest>
 void gx_sizesUpTo(gx_Benchmark* row) {
-  for (const std::int64_t n : {64, 256, 1000, 10000, 100000, 1000000}) {
+  for (const std::int64_t n : {8, 16, 32, 64, 100, 128, 256, 1000, 10000, 100000, 1000000}) {
     if (n <= Largest) row->Arg(n);
   }
   row->MinTime(0.1);

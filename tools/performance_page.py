@@ -221,15 +221,11 @@ def workload_section(results, key):
     order = [OURS] + sorted(p for p in parties if p not in (OURS, PLAIN)) + ([PLAIN] if PLAIN in parties else [])
     lines = [f"### {word.title}", "", word.story, "",
              f"![{word.title}: time over n](img/performance/{key}.svg)", ""]
-    sizes = results.sizes(key)
-    rows = []
-    for party in order:
-        if party not in parties:
-            continue
-        exponent = growth(parties[party])
-        rows.append([words.party(party)] + [time_text(parties[party].get(n)) for n in sizes] +
-                    [f"{exponent:+.2f}" if exponent is not None else ""])
-    head = [f"time / {word.item}, n ="] + [size_text(n) for n in sizes] + ["growth"]
+    order = [party for party in order if party in parties]
+    rows = [[size_text(n)] + [time_text(parties[party].get(n)) for party in order] for n in results.sizes(key)]
+    exponents = [growth(parties[party]) for party in order]
+    rows.append(["growth"] + [f"{exponent:+.2f}" if exponent is not None else "" for exponent in exponents])
+    head = [f"n, time / {word.item}"] + [words.party(party) for party in order]
     return lines + table(head, rows) + [""]
 
 
@@ -306,12 +302,33 @@ def many_section(results):
     return table(head, rows) + [""] + why if rows else []
 
 
+def unnamed(results):
+    """The workloads that have no title and no group of their own."""
+    return [key for key in results.times
+            if key not in words.WORKLOADS and not key.startswith(("adversary_", "small_", "many_")) and key != "memory"]
+
+
+def ratios_section(results):
+    """Gauges and overlay: how many times faster than the best peer, a row for each question, a column for each size."""
+    keys = [key for key in unnamed(results) if OURS in results.parties(key) and results.peers(key)]
+    sizes = sorted({n for key in keys for n in results.sizes(key)
+                    if results.time(key, OURS, n) and results.best_peer(key, n)})
+    rows = []
+    for key in keys:
+        row = [key.replace("_", " ")]
+        for n in sizes:
+            ours, peer = results.time(key, OURS, n), results.best_peer(key, n)
+            text = ratio_text(peer[0] / ours) if ours and peer else ""
+            row.append(f"**{text}**" if text and peer[0] < ours else text)
+        rows.append(row)
+    return table(["best peer / ours, n ="] + [size_text(n) for n in sizes], rows) if rows else []
+
+
 def others_section(results):
     """Rows of ours and peers that belong to no named workload."""
     rows = []
-    for key, parties in results.times.items():
-        if key in words.WORKLOADS or key.startswith(("adversary_", "small_", "many_")) or key == "memory":
-            continue
+    for key in unnamed(results):
+        parties = results.parties(key)
         for party, times in parties.items():
             rows.append([key.replace("_", " "), words.party(party)] +
                         [", ".join(f"{time_text(t)} ({size_text(n)})" for n, t in sorted(times.items()))])
@@ -327,7 +344,7 @@ def machine(context):
 
 def page(results):
     lines = [words.HEAD.format(machine=machine(results.context)), ""]
-    for n in (10000, 100000):
+    for n in (100, 10000, 100000):
         lines += [f"## At n = {size_text(n)}", ""] + summary(results, n) + [""]
     lines += ["## Where a peer is faster", ""] + misses_section(results) + [""]
     lines += ["## Against the plain scan, n = 100,000", ""] + targets_section(results) + ["", words.TARGETS, ""]
@@ -335,6 +352,9 @@ def page(results):
     lines += ["## Hard shapes", "", words.ADVERSARY, ""] + adversary_section(results) + [""]
     lines += ["## Few points", "", words.SMALL, ""] + small_section(results) + [""]
     lines += ["## Twenty thousand small outlines", "", words.MANY_HEAD, ""] + many_section(results) + [""]
+    ratios = ratios_section(results)
+    if ratios:
+        lines += ["## Gauges and overlay", "", words.RATIOS, ""] + ratios + [""]
     lines += ["## Workload by workload", ""]
     for key in words.WORKLOADS:
         if key in results.times:

@@ -80,6 +80,20 @@ class PerformancePageTest(unittest.TestCase):
     def test_a_hard_shape_above_twice_the_plain_scan_stands_out(self):
         self.assertIn("| segment | **3** |", performance_page.adversary_section(self.results))
 
+    def test_a_workload_has_a_row_for_each_size_and_a_column_for_each_party(self):
+        lines = performance_page.workload_section(self.results, "length")
+        self.assertIn("| n, time / point | **gxshape** | Boost.Geometry | GEOS | plain scan |", lines)
+        self.assertIn("| 1,000 | 1 ns | 3 ns | 5 ns | 2 ns |", lines)
+        self.assertIn("| growth | +0.00 | +0.00 | +0.00 | +0.00 |", lines)
+
+    def test_a_question_without_a_title_shows_its_ratio_to_the_best_peer(self):
+        self.results.times["offset"] = {"ours": {8: 2.0, 64: 4.0, 100: 1.0}, "geos": {8: 1.0, 64: 8.0},
+                                        "boost": {64: 10.0}}
+        self.results.times["alone"] = {"ours": {8: 2.0}}
+        lines = performance_page.ratios_section(self.results)
+        self.assertEqual(lines[0], "| best peer / ours, n = | 8 | 64 |")
+        self.assertEqual(lines[2:], ["| offset | **0.5** | 2 |"])
+
     def test_the_page_holds_tables_memory_and_what_was_skipped(self):
         text = performance_page.page(self.results)
         self.assertIn("| [Length](#length) | 1 ns / point | +0.00 | Boost.Geometry | 3 ns | 3 | 2 |", text)

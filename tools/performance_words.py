@@ -56,6 +56,9 @@ points and offsets. The ellipse is fitted to every tenth outline.
 
     build/bench/bin/small_outlines_benchmark"""
 
+RATIOS = """How many times faster than the best peer that answers the same question, at each size; in bold where a peer is
+faster. The times themselves stand under "Other times"."""
+
 # The questions of that group, and why a peer is faster where one is.
 MANY = {
     "make": ("Make the shape", "level: one allocation, and beside the points an empty memory of some hundred bytes. "
