@@ -43,7 +43,7 @@ class Search {
   }
 
   void between(std::size_t levelA, std::size_t a, std::size_t levelB, std::size_t b) {
-    if (tooFar(squareBetween(a_.boxes(levelA)[a], b_.boxes(levelB)[b]))) return;
+    if (tooFar(squareBetween(a_.box(levelA, a), b_.box(levelB, b)))) return;
     const auto below = a_.below(levelA, a);
     const auto other = b_.below(levelB, b);
     if (levelA == 0 && levelB == 0) {
@@ -58,11 +58,11 @@ class Search {
     std::size_t count = 0;
     if (openA) {
       for (std::size_t k = below.first; k < below.end; ++k) {
-        parts[count++] = {squareBetween(a_.boxes(levelA - 1)[k], b_.boxes(levelB)[b]), k};
+        parts[count++] = {squareBetween(a_.box(levelA - 1, k), b_.box(levelB, b)), k};
       }
     } else {
       for (std::size_t k = other.first; k < other.end; ++k) {
-        parts[count++] = {squareBetween(a_.boxes(levelA)[a], b_.boxes(levelB - 1)[k]), k};
+        parts[count++] = {squareBetween(a_.box(levelA, a), b_.box(levelB - 1, k)), k};
       }
     }
     std::sort(parts, parts + count);

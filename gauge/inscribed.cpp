@@ -173,7 +173,7 @@ void Roll::touch(std::size_t k, double side) {
 Roll::Boxes Roll::boxesOf(double side, double radius) const {
   Boxes boxes(tree_.levels());
   for (std::size_t level = 0; level < tree_.levels(); ++level) {
-    boxes[level].resize(tree_.boxes(level).size());
+    boxes[level].resize(tree_.size(level));
     for (std::size_t i = 0; i < boxes[level].size(); ++i) {
       gx_Box& box = boxes[level][i];
       const auto range = tree_.below(level, i);

@@ -84,7 +84,7 @@ class Search {
   void collectDirections() {
     directions_.resize(tree_.levels());
     for (std::size_t level = 0; level < tree_.levels(); ++level) {
-      for (std::size_t k = 0; k < tree_.boxes(level).size(); ++k) {
+      for (std::size_t k = 0; k < tree_.size(level); ++k) {
         const auto range = tree_.below(level, k);
         Directions all;
         for (std::size_t l = range.first; l < range.end; ++l) {
@@ -154,8 +154,8 @@ class Search {
 
   // Pairs of `a` and what does not come before it.
   void between(std::size_t levelA, std::size_t a, std::size_t levelB, std::size_t b) {
-    const gx_Box& boxA = tree_.boxes(levelA)[a];
-    const gx_Box& boxB = tree_.boxes(levelB)[b];
+    const gx_Box& boxA = tree_.box(levelA, a);
+    const gx_Box& boxB = tree_.box(levelB, b);
     const bool same = levelA == levelB && a == b;
     if (tooFar(squareBetween(boxA, boxB))) return;
     // Boxes that share a point may hold borders that touch.
@@ -173,7 +173,7 @@ class Search {
     std::vector<std::pair<double, std::pair<std::size_t, std::size_t>>> parts;
     for (std::size_t k = inA.first; k < inA.end; ++k) {
       for (std::size_t l = same ? k : inB.first; l < inB.end; ++l) {
-        parts.push_back({squareBetween(tree_.boxes(levelA - 1)[k], tree_.boxes(levelB - 1)[l]), {k, l}});
+        parts.push_back({squareBetween(tree_.box(levelA - 1, k), tree_.box(levelB - 1, l)), {k, l}});
       }
     }
     std::sort(parts.begin(), parts.end());

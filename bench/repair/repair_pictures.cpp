@@ -1,6 +1,7 @@
 // The drawings of docs/repair.md, made by the library's own drawing.
 //
 //   repair_pictures docs/img [examples/data/tangled/tangled.jsonl]
+#include <cntr/internal/outline/box.h>
 #include <cntr/internal/repair/loops.h>
 #include <cntr/internal/repair/outside_walk.h>
 #include <cntr/region.h>

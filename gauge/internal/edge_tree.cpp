@@ -2,6 +2,8 @@
 #include <cntr/internal/outline/edge_walk.h>
 #include <gauge/internal/edge_tree.h>
 
+#include <utility>
+
 gx_EdgeTree::gx_EdgeTree(const std::vector<gx_Ring>& rings) {
   std::size_t count = 0;
   for (const gx_Ring& ring : rings) count += ring.points.size();
@@ -14,17 +16,10 @@ gx_EdgeTree::gx_EdgeTree(const std::vector<gx_Ring>& rings) {
           {points[from], points[to], static_cast<std::uint32_t>(r), static_cast<std::uint32_t>(k)});
     });
   }
-  if (edges_.empty()) return;
-  std::vector<gx_Box> level((edges_.size() + kFan - 1) / kFan);
+  std::vector<gx_Box> leaves(gx_runsOf(edges_.size()));
   for (std::size_t i = 0; i < edges_.size(); ++i) {
-    level[i / kFan].add(edges_[i].a);
-    level[i / kFan].add(edges_[i].b);
+    leaves[i / kFan].add(edges_[i].a);
+    leaves[i / kFan].add(edges_[i].b);
   }
-  boxes_.push_back(std::move(level));
-  while (boxes_.back().size() > 1) {
-    const auto& below = boxes_.back();
-    std::vector<gx_Box> above((below.size() + kFan - 1) / kFan);
-    for (std::size_t i = 0; i < below.size(); ++i) above[i / kFan].add(below[i]);
-    boxes_.push_back(std::move(above));
-  }
+  boxes_ = gx_PackedBoxes(std::move(leaves), 1);
 }

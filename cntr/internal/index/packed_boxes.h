@@ -30,8 +30,8 @@ inline std::vector<std::size_t> gx_levelStarts(std::size_t count, std::size_t to
 }
 
 /// Boxes in an order that keeps neighbours together, and above them the boxes of runs of 8, of runs of 8 of
-/// these and so on, up to a level of at most 8: an implicit R-tree, level by level in one array, without
-/// pointers.  A box test at an inner node never hides a box that passes its own.
+/// these and so on, up to a level of at most `top`, 1 to 8: an implicit R-tree, level by level in one array,
+/// without pointers.  A box test at an inner node never hides a box that passes its own.
 class gx_PackedBoxes {
  public:
   struct Run {
@@ -39,8 +39,8 @@ class gx_PackedBoxes {
     std::size_t end;
   };
 
-  explicit gx_PackedBoxes(std::vector<gx_Box> boxes)
-      : starts_(gx_levelStarts(boxes.size(), gx_kFan)), boxes_(std::move(boxes)) {
+  explicit gx_PackedBoxes(std::vector<gx_Box> boxes, std::size_t top = gx_kFan)
+      : starts_(gx_levelStarts(boxes.size(), top)), boxes_(std::move(boxes)) {
     boxes_.resize(starts_.back());
     for (std::size_t level = 1; level < levels(); ++level) {
       for (std::size_t i = 0; i < size(level); ++i) {
