@@ -64,6 +64,15 @@ Numbers fitOf(const Points& points, gxFitWeights weights) {
   return {line.deviation, line.offsetError, circle.radius, circle.deviation, circle.radiusError};
 }
 
+// The points drawn towards a circle of radius 6 around their mean: near an ellipse, which outlines are not.
+Points nearlyRound(const Points& points) {
+  V mean(0.0, 0.0);
+  for (const V& p : points) mean = mean + p * (1.0 / static_cast<double>(points.size()));
+  Points drawn;
+  for (const V& p : points) drawn.push_back(mean + (p - mean) * (6.0 / (p - mean).len() + 0.1));
+  return drawn;
+}
+
 double lengthOf(const Points& points) {
   return gxArcLength(points, true).length();
 }
@@ -171,6 +180,14 @@ const Gauge kGauges[] = {
      }},
     {"gfRobustLine, gfRobustCircle",
      [](const Points& s, const Placement&) { return fitOf(s, gxFitWeights::eLeastSquares); }},
+    {"gfRobustEllipse",
+     [](const Points& s, const Placement&) {
+       gxRobustOptions options;
+       options.weights = gxFitWeights::eLeastSquares;
+       const gxRobustEllipse e = gfRobustEllipse(nearlyRound(s), options);
+       return Numbers{e.a, e.b, e.deviation};
+     },
+     true, true, 1e-6},
     {"gxArcLength", [](const Points& s, const Placement&) { return Numbers{lengthOf(s)}; }},
     {"gfResample",
      [](const Points& s, const Placement&) {

@@ -3,6 +3,7 @@
 // Covers gauge/locate_many.cpp
 // Covers gauge/measure_many.cpp
 // Covers gauge/print_many.cpp
+#include <cntr/shapestat.h>
 #include <gauge/fit_many.h>
 #include <gauge/measure_many.h>
 
@@ -404,6 +405,22 @@ TEST(AreasMany, ASquareATriangleAndNothing) {
 
 TEST(AreasMany, DegenerateOutlinesAreAnsweredAsAlone) {
   expectAreaRows(degenerate());
+}
+
+// Doubling is exact, so these lie on a line through the origin; the differences between them are rounded, and make areas.
+TEST(AreasMany, PointsExactlyOnALineAreFlatHoweverTheirDifferencesRound) {
+  RandomShapes random("areas of many, on a line", 200);
+  int notZero = 0;
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    const gxVector<2> p(random.uniform(1.0, 2.0), random.uniform(1.0, 2.0));
+    const Points line{p, p * 8.0, p * 2.0, p * 64.0};
+    const gxAreaColumns c = gfAreasMany(manyOf({line}).all());
+    EXPECT_EQ(c.status[0], gxStatus::eFlat);
+    EXPECT_EQ(c.area[0], 0.0);
+    notZero += gf_Area(line) != 0.0 ? 1 : 0;
+  }
+  EXPECT_GT(notZero, 0);  // else nothing was rounded
 }
 
 TEST(AreasMany, EveryPlaceOfTheLastFourEdgesAndTheEndOfABlock) {
