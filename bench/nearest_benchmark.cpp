@@ -6,9 +6,8 @@
 // within 2 pixels of a vertex, and the tolerance 1 pixel.
 //
 // The queries are put to an outline that was asked before; the …_build rows make what there is to make,
-// per point of the outline.  Ours answers the first questions without an index, so its rows hold as many
-// questions as it takes until there is one: 4 for the nearest point, 11 for the nearest vertex, 17 for the
-// vertices within a tolerance.
+// per point of the outline, and answer the first questions.  Ours answers these without an index: there are as
+// many of them, for every party, as it takes ours until there is one.
 //
 //  ours       gxContour::closestPoint(point, false), closestVertexIndex, vertexIndex(point, 1).
 //  plain      every edge (plain_scan.h) or vertex (the definition in the tests' support) for every
@@ -54,6 +53,11 @@ using V = gxVector<2>;
 
 constexpr std::int64_t kQueries = 200000;
 constexpr double kTolerance = 1.0;
+
+// After so many questions ours has its index.
+constexpr int kPointQuestions = 4;
+constexpr int kVertexQuestions = 11;
+constexpr int kWithinQuestions = 17;
 
 std::vector<V> nearAndFar(std::int64_t n) {
   const std::vector<V> far = gx_pointsAround(n, kQueries / 2);
@@ -207,37 +211,40 @@ void oursBuild(benchmark::State& state, int questions, const Ask& ask) {
   gx_timeFirst(
       state, [&input] { return std::make_unique<gxContour>(input.outline); },
       [&](const gxContour& contour) {
-        for (int i = 1; i < questions; ++i) {
+        for (int i = 0; i < questions; ++i) {
           benchmark::DoNotOptimize(ask(contour, input.nearQueries.front()));
         }
-        return ask(contour, input.nearQueries.front());
+        return &contour;
       });
 }
 
 void oursPointBuild(benchmark::State& state) {
-  oursBuild(state, 4, [](const gxContour& c, const V& p) { return c.closestPoint(p, false); });
+  oursBuild(state, kPointQuestions,
+            [](const gxContour& c, const V& p) { return c.closestPoint(p, false); });
 }
 BENCHMARK(oursPointBuild)->Name("nearest_point_build/ours")->Apply(gx_allSizes);
 
 void oursVertexBuild(benchmark::State& state) {
-  oursBuild(state, 11, [](const gxContour& c, const V& p) { return c.closestVertexIndex(p); });
+  oursBuild(state, kVertexQuestions,
+            [](const gxContour& c, const V& p) { return c.closestVertexIndex(p); });
 }
 BENCHMARK(oursVertexBuild)->Name("nearest_vertex_build/ours")->Apply(gx_allSizes);
 
 void oursWithinBuild(benchmark::State& state) {
-  oursBuild(state, 17,
+  oursBuild(state, kWithinQuestions,
             [](const gxContour& c, const V& p) { return c.vertexIndex(p, kTolerance).size(); });
 }
 BENCHMARK(oursWithinBuild)->Name("vertices_within_build/ours")->Apply(gx_allSizes);
 
-// Times the making of a peer's index.
-template <class Build>
-void timeBuild(benchmark::State& state, const Build& build) {
+// Times the making of a peer's index, which `build` returns a pointer to, and the same questions.
+template <class Build, class Ask>
+void timeBuild(benchmark::State& state, int questions, const Build& build, const Ask& ask) {
   using Index = decltype(build());
   gx_timeFirst(
       state, [] { return std::make_unique<Index>(); },
-      [&build](Index& index) {
+      [&](Index& index) {
         index = build();
+        for (int i = 0; i < questions; ++i) benchmark::DoNotOptimize(ask(*index));
         return index.get();
       });
 }
@@ -267,7 +274,6 @@ void geosPoint(benchmark::State& state) {
 }
 BENCHMARK(geosPoint)->Name("nearest_point/geos")->Apply(gx_allSizes);
 
-// The tree is packed by its first query.
 void geosPointBuild(benchmark::State& state) {
   const Input& input = inputOf(state);
   const auto ring = gx_geosRing(input.outline);
@@ -275,11 +281,9 @@ void geosPointBuild(benchmark::State& state) {
   const std::unique_ptr<geos::geom::Point> point(
       geos::geom::GeometryFactory::getDefaultInstance()->createPoint(
           geos::geom::Coordinate(p.x(), p.y())));
-  timeBuild(state, [&ring, &point] {
-    auto distance = std::make_unique<FacetDistance>(ring.get());
-    benchmark::DoNotOptimize(distance->distance(point.get()));
-    return distance;
-  });
+  timeBuild(
+      state, kPointQuestions, [&ring] { return std::make_unique<FacetDistance>(ring.get()); },
+      [&point](const FacetDistance& distance) { return distance.nearestPoints(point.get()).front(); });
 }
 BENCHMARK(geosPointBuild)->Name("nearest_point_build/geos")->Apply(gx_allSizes);
 #endif
@@ -296,57 +300,79 @@ V footOn(const gx_BoostSegment& edge, const gx_BoostPoint& p) {
   return s + d * std::clamp(t, 0.0, 1.0);
 }
 
+V boostNearest(const gx_BoostEdgeTree& tree, const gx_BoostPoint& p) {
+  return footOn(*tree.qbegin(bg::index::nearest(p, 1)), p);
+}
+
+std::size_t boostNearestVertex(const gx_BoostVertexTree& tree, const gx_BoostPoint& p) {
+  return tree.qbegin(bg::index::nearest(p, 1))->second;
+}
+
+std::vector<gx_BoostVertex> boostVerticesWithin(const gx_BoostVertexTree& tree, const gx_BoostPoint& p) {
+  std::vector<gx_BoostVertex> found;
+  const bg::model::box<gx_BoostPoint> box({p.x() - kTolerance, p.y() - kTolerance},
+                                          {p.x() + kTolerance, p.y() + kTolerance});
+  tree.query(bg::index::intersects(box) && bg::index::satisfies([&p](const gx_BoostVertex& v) {
+               return bg::comparable_distance(v.first, p) < kTolerance * kTolerance;
+             }),
+             std::back_inserter(found));
+  return found;
+}
+
 void boostPoint(benchmark::State& state) {
   const Input& input = inputOf(state);
   const gx_BoostEdgeTree tree(gx_boostEdges(input.outline));
   timeNearestPoint(
       state, converted(input.queries, gx_boostPoint),
-      [&tree](const gx_BoostPoint& p) { return footOn(*tree.qbegin(bg::index::nearest(p, 1)), p); },
-      between);
+      [&tree](const gx_BoostPoint& p) { return boostNearest(tree, p); }, between);
 }
 BENCHMARK(boostPoint)->Name("nearest_point/boost")->Apply(gx_allSizes);
 
 void boostVertex(benchmark::State& state) {
   const Input& input = inputOf(state);
   const gx_BoostVertexTree tree(gx_boostVertices(input.outline));
-  timeNearestVertex(state, converted(input.queries, gx_boostPoint), [&tree](const gx_BoostPoint& p) {
-    return tree.qbegin(bg::index::nearest(p, 1))->second;
-  });
+  timeNearestVertex(state, converted(input.queries, gx_boostPoint),
+                    [&tree](const gx_BoostPoint& p) { return boostNearestVertex(tree, p); });
 }
 BENCHMARK(boostVertex)->Name("nearest_vertex/boost")->Apply(gx_allSizes);
 
 void boostWithin(benchmark::State& state) {
-  using Box = bg::model::box<gx_BoostPoint>;
   const Input& input = inputOf(state);
   const gx_BoostVertexTree tree(gx_boostVertices(input.outline));
   timeWithin(
       state, converted(input.nearQueries, gx_boostPoint),
-      [&tree](const gx_BoostPoint& p) {
-        std::vector<gx_BoostVertex> found;
-        const Box box({p.x() - kTolerance, p.y() - kTolerance},
-                      {p.x() + kTolerance, p.y() + kTolerance});
-        tree.query(bg::index::intersects(box) && bg::index::satisfies([&p](const gx_BoostVertex& v) {
-                     return bg::comparable_distance(v.first, p) < kTolerance * kTolerance;
-                   }),
-                   std::back_inserter(found));
-        return found;
-      },
+      [&tree](const gx_BoostPoint& p) { return boostVerticesWithin(tree, p); },
       [](const gx_BoostVertex& v) { return v.second; });
 }
 BENCHMARK(boostWithin)->Name("vertices_within/boost")->Apply(gx_allSizes);
 
 void boostPointBuild(benchmark::State& state) {
   const std::vector<gx_BoostSegment> edges = gx_boostEdges(inputOf(state).outline);
-  timeBuild(state, [&edges] { return std::make_unique<gx_BoostEdgeTree>(edges); });
+  const gx_BoostPoint point = gx_boostPoint(inputOf(state).nearQueries.front());
+  timeBuild(
+      state, kPointQuestions, [&edges] { return std::make_unique<gx_BoostEdgeTree>(edges); },
+      [&point](const gx_BoostEdgeTree& tree) { return boostNearest(tree, point); });
 }
 BENCHMARK(boostPointBuild)->Name("nearest_point_build/boost")->Apply(gx_allSizes);
 
-void boostVertexBuild(benchmark::State& state) {
+template <class Ask>
+void boostTreeBuild(benchmark::State& state, int questions, const Ask& ask) {
   const std::vector<gx_BoostVertex> vertices = gx_boostVertices(inputOf(state).outline);
-  timeBuild(state, [&vertices] { return std::make_unique<gx_BoostVertexTree>(vertices); });
+  const gx_BoostPoint point = gx_boostPoint(inputOf(state).nearQueries.front());
+  timeBuild(
+      state, questions, [&vertices] { return std::make_unique<gx_BoostVertexTree>(vertices); },
+      [&](const gx_BoostVertexTree& tree) { return ask(tree, point); });
+}
+
+void boostVertexBuild(benchmark::State& state) {
+  boostTreeBuild(state, kVertexQuestions, boostNearestVertex);
 }
 BENCHMARK(boostVertexBuild)->Name("nearest_vertex_build/boost")->Apply(gx_allSizes);
-BENCHMARK(boostVertexBuild)->Name("vertices_within_build/boost")->Apply(gx_allSizes);
+
+void boostWithinBuild(benchmark::State& state) {
+  boostTreeBuild(state, kWithinQuestions, boostVerticesWithin);
+}
+BENCHMARK(boostWithinBuild)->Name("vertices_within_build/boost")->Apply(gx_allSizes);
 #endif
 
 // ---- CGAL ---------------------------------------------------------------------------------------
@@ -368,11 +394,14 @@ BENCHMARK(cgalPoint)->Name("nearest_point/cgal")->Apply(gx_allSizes);
 
 void cgalPointBuild(benchmark::State& state) {
   const gx_CgalSegments edges = gx_cgalEdges(inputOf(state).outline);
-  timeBuild(state, [&edges] {
+  const gx_CgalKernel::Point_3 point = gx_cgalPoint(inputOf(state).nearQueries.front());
+  const auto build = [&edges] {
     auto tree = gx_cgalTree(edges);
     tree->accelerate_distance_queries();
     return tree;
-  });
+  };
+  timeBuild(state, kPointQuestions, build,
+            [&point](const auto& tree) { return tree.closest_point(point); });
 }
 BENCHMARK(cgalPointBuild)->Name("nearest_point_build/cgal")->Apply(gx_allSizes);
 
@@ -408,6 +437,16 @@ std::unique_ptr<CgalKdTree> cgalKdTree(const std::vector<CgalPoint>& points) {
   return tree;
 }
 
+double cgalNearestVertex(const CgalKdTree& tree, const CgalPoint& p) {
+  return CgalSearch(tree, p, 1).begin()->first.x();
+}
+
+std::vector<CgalPoint> cgalVerticesWithin(const CgalKdTree& tree, const CgalPoint& p) {
+  std::vector<CgalPoint> found;
+  tree.search(std::back_inserter(found), CGAL::Fuzzy_sphere<CgalTraits>(p, kTolerance));
+  return found;
+}
+
 void cgalVertex(benchmark::State& state) {
   const Input& input = inputOf(state);
   const auto tree = cgalKdTree(converted(input.outline, flatPoint));
@@ -419,8 +458,7 @@ void cgalVertex(benchmark::State& state) {
     got += std::sqrt(CgalSearch(*tree, queries[i], 1).begin()->second);
   });
   if (!gx_agree(state, expected, got, 1e-9)) return;
-  gx_timeQueries(state, queries,
-                 [&tree](const CgalPoint& p) { return CgalSearch(*tree, p, 1).begin()->first.x(); });
+  gx_timeQueries(state, queries, [&tree](const CgalPoint& p) { return cgalNearestVertex(*tree, p); });
 }
 BENCHMARK(cgalVertex)->Name("nearest_vertex/cgal")->Apply(gx_allSizes);
 
@@ -429,21 +467,29 @@ void cgalWithin(benchmark::State& state) {
   const auto tree = cgalKdTree(converted(input.outline, flatPoint));
   timeWithin(
       state, converted(input.nearQueries, flatPoint),
-      [&tree](const CgalPoint& p) {
-        std::vector<CgalPoint> found;
-        tree->search(std::back_inserter(found), CGAL::Fuzzy_sphere<CgalTraits>(p, kTolerance));
-        return found;
-      },
+      [&tree](const CgalPoint& p) { return cgalVerticesWithin(*tree, p); },
       VertexNumbers(input.outline));
 }
 BENCHMARK(cgalWithin)->Name("vertices_within/cgal")->Apply(gx_allSizes);
 
-void cgalVertexBuild(benchmark::State& state) {
+template <class Ask>
+void cgalTreeBuild(benchmark::State& state, int questions, const Ask& ask) {
   const auto points = converted(inputOf(state).outline, flatPoint);
-  timeBuild(state, [&points] { return cgalKdTree(points); });
+  const CgalPoint point = flatPoint(inputOf(state).nearQueries.front());
+  timeBuild(
+      state, questions, [&points] { return cgalKdTree(points); },
+      [&](const CgalKdTree& tree) { return ask(tree, point); });
+}
+
+void cgalVertexBuild(benchmark::State& state) {
+  cgalTreeBuild(state, kVertexQuestions, cgalNearestVertex);
 }
 BENCHMARK(cgalVertexBuild)->Name("nearest_vertex_build/cgal")->Apply(gx_allSizes);
-BENCHMARK(cgalVertexBuild)->Name("vertices_within_build/cgal")->Apply(gx_allSizes);
+
+void cgalWithinBuild(benchmark::State& state) {
+  cgalTreeBuild(state, kWithinQuestions, cgalVerticesWithin);
+}
+BENCHMARK(cgalWithinBuild)->Name("vertices_within_build/cgal")->Apply(gx_allSizes);
 #endif
 
 // ---- nanoflann ----------------------------------------------------------------------------------
@@ -470,45 +516,61 @@ std::unique_ptr<FlannTree> flannTree(const Cloud& cloud) {
   return std::make_unique<FlannTree>(2, cloud, nanoflann::KDTreeSingleIndexAdaptorParams(10));
 }
 
+std::uint32_t flannNearestVertex(const FlannTree& tree, const V& p) {
+  const double at[2] = {p.x(), p.y()};
+  std::uint32_t index = 0;
+  double square = 0.0;
+  nanoflann::KNNResultSet<double, std::uint32_t> result(1);
+  result.init(&index, &square);
+  tree.findNeighbors(result, at, nanoflann::SearchParams());
+  return index;
+}
+
+using FlannFound = std::vector<std::pair<std::uint32_t, double>>;
+
+FlannFound flannVerticesWithin(const FlannTree& tree, const V& p) {
+  const double at[2] = {p.x(), p.y()};
+  FlannFound found;
+  tree.radiusSearch(at, kTolerance * kTolerance, found, nanoflann::SearchParams(32, 0.0F, false));
+  return found;
+}
+
 void flannVertex(benchmark::State& state) {
   const Input& input = inputOf(state);
   const Cloud cloud{input.outline};
   const auto tree = flannTree(cloud);
-  timeNearestVertex(state, input.queries, [&tree](const V& p) {
-    const double at[2] = {p.x(), p.y()};
-    std::uint32_t index = 0;
-    double square = 0.0;
-    nanoflann::KNNResultSet<double, std::uint32_t> result(1);
-    result.init(&index, &square);
-    tree->findNeighbors(result, at, nanoflann::SearchParams());
-    return index;
-  });
+  timeNearestVertex(state, input.queries, [&tree](const V& p) { return flannNearestVertex(*tree, p); });
 }
 BENCHMARK(flannVertex)->Name("nearest_vertex/nanoflann")->Apply(gx_allSizes);
 
 void flannWithin(benchmark::State& state) {
-  using Found = std::vector<std::pair<std::uint32_t, double>>;
   const Input& input = inputOf(state);
   const Cloud cloud{input.outline};
   const auto tree = flannTree(cloud);
   timeWithin(
-      state, input.nearQueries,
-      [&tree](const V& p) {
-        const double at[2] = {p.x(), p.y()};
-        Found found;
-        tree->radiusSearch(at, kTolerance * kTolerance, found, nanoflann::SearchParams(32, 0.0F, false));
-        return found;
-      },
-      [](const Found::value_type& found) { return found.first; });
+      state, input.nearQueries, [&tree](const V& p) { return flannVerticesWithin(*tree, p); },
+      [](const FlannFound::value_type& found) { return found.first; });
 }
 BENCHMARK(flannWithin)->Name("vertices_within/nanoflann")->Apply(gx_allSizes);
 
-void flannBuild(benchmark::State& state) {
-  const Cloud cloud{inputOf(state).outline};
-  timeBuild(state, [&cloud] { return flannTree(cloud); });
+template <class Ask>
+void flannBuild(benchmark::State& state, int questions, const Ask& ask) {
+  const Input& input = inputOf(state);
+  const Cloud cloud{input.outline};
+  timeBuild(
+      state, questions, [&cloud] { return flannTree(cloud); },
+      [&](const FlannTree& tree) { return ask(tree, input.nearQueries.front()); });
 }
-BENCHMARK(flannBuild)->Name("nearest_vertex_build/nanoflann")->Apply(gx_allSizes);
-BENCHMARK(flannBuild)->Name("vertices_within_build/nanoflann")->Apply(gx_allSizes);
+
+void flannVertexBuild(benchmark::State& state) {
+  flannBuild(state, kVertexQuestions, flannNearestVertex);
+}
+BENCHMARK(flannVertexBuild)->Name("nearest_vertex_build/nanoflann")->Apply(gx_allSizes);
+
+void flannWithinBuild(benchmark::State& state) {
+  flannBuild(state, kWithinQuestions, flannVerticesWithin);
+}
+BENCHMARK(flannWithinBuild)->Name("vertices_within_build/nanoflann")->Apply(gx_allSizes);
 #endif
 
 }  // namespace

@@ -98,19 +98,25 @@ WORKLOADS = {
     "second_moments": Workload(
         "Second moments", "point",
         "The matrix of second moments of the area inside a closed outline.",
-        why="level: before the polynomials are added up, a look at all points tells whether they may "
-            "stand for the triangles."),
-    "length": Workload("Length", "point", "The length of a closed outline: one square root an edge."),
+        why="up to 16 points the triangles are added one by one, each with its angle, in the bits of the plain form; "
+            "`gfMoments` and `gfMeasureMany` go without angles at any size."),
+    "length": Workload("Length", "point", "The length of a closed outline: one square root an edge.",
+        why="level from 16 points on; below, entering the answer into the memory of a fresh contour shows."),
     "turned_rectangle": Workload(
         "Enclosing rectangle in a turned frame", "point",
-        "The smallest rectangle along the axes of a frame that is turned against the picture."),
-    "convex_hull": Workload("Convex hull", "point", "The convex hull of the vertices."),
-    "farthest_pair": Workload("Farthest pair", "point", "The two vertices farthest apart."),
+        "The smallest rectangle along the axes of a frame that is turned against the picture.",
+        why="of few points, the entry into the memory of answers by transform: two allocations."),
+    "convex_hull": Workload("Convex hull", "point", "The convex hull of the vertices.",
+        why="level at 8 points: the hull comes as a region of its own, with its memory."),
+    "farthest_pair": Workload("Farthest pair", "point", "The two vertices farthest apart.",
+        why="level: the hull is found first, also where the peer is given it by its own."),
     "containment": Workload(
         "Containment", "query",
-        "Is a point inside? A million points over a square around the outline; the index is there already."),
+        "Is a point inside? A million points over a square around the outline; the index is there already.",
+        why="level at 8 and 16 points: the box and the circle around the first point are asked before the edges."),
     "containment_bulk": Workload(
-        "Containment of many points", "query", "The same points in one call."),
+        "Containment of many points", "query", "The same points in one call.",
+        why="as with single points."),
     "containment_build": Workload(
         "Containment, the index", "edge",
         "What has to be made for those queries; ours made by, and timed with, n / 16 of them in one call.",
@@ -122,15 +128,18 @@ WORKLOADS = {
         why="of few points, every distance that may be the smallest is taken as the scan takes it, "
             "with its rounding."),
     "nearest_point_build": Workload("Nearest boundary point, the index", "edge",
-        "Made once; ours with the first questions, which it answers by a scan."),
+        "The index, and the answers to the first 4 questions: after as many ours has made its index, having scanned.",
+        why="level."),
     "nearest_vertex": Workload("Nearest vertex", "query", "The nearest vertex, for the same points.", why="level."),
-    "nearest_vertex_build": Workload("Nearest vertex, the index", "vertex", "Made once; ours with the first 10 questions."),
+    "nearest_vertex_build": Workload("Nearest vertex, the index", "vertex", "The index, and the answers to the first 11 questions.",
+        why="level."),
     "vertices_within": Workload(
         "Vertices within a tolerance", "query", "All vertices within one pixel of a point near the outline.",
         why="of few points a tree has few levels too; the answer is a list of its own, in the order "
             "of the cells."),
     "vertices_within_build": Workload("Vertices within a tolerance, the index", "vertex",
-        "Made once a tolerance; ours with the first 16 questions."),
+        "The index for a tolerance, and the answers to the first 17 questions.",
+        why="as with single questions, which make most of it."),
     "segment_short": Workload(
         "Short segment against outline", "query", "All crossings of a segment of ten pixels near the outline.",
         why="of few edges, a scan. Each crossing is computed with cross products good to the last "
@@ -138,10 +147,11 @@ WORKLOADS = {
     "segment_long": Workload(
         "Long segment against outline", "query", "All crossings of a segment across the whole outline.",
         why="as with short segments."),
-    "segment_build": Workload("Segment against outline, the index", "edge", "Made once, before the first query."),
+    "segment_build": Workload("Segment against outline, the index", "edge", "Made once, before the first query.",
+        why="of few edges, its allocations show."),
     "self_intersection": Workload(
         "Self-intersection test", "edge", "Does a fresh outline cross or touch itself? It does not.",
-        why="of few edges; an index is made for the moment."),
+        why="of few edges; the index serves this one question and is thrown away."),
     "outline_outline": Workload(
         "Outline against outline", "call",
         "All crossings of two outlines of n points, the second turned and shifted a little.",
