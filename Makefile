@@ -79,7 +79,7 @@ clang:  ## a release built with clang, its tests
 coverage:  ## the share of lines and branches that the tests reach; build/coverage/report/index.html
 	@tools/install_packages build test coverage
 	@tools/build coverage
-	@tools/run_tests coverage
+	@tools/run_tests coverage --timeout 7200
 	@tools/coverage_report
 
 soak:  ## the random tests at full length, 100,000 rounds and more (an hour)
