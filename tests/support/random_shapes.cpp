@@ -46,23 +46,23 @@ std::uint64_t environment(const char* name, std::uint64_t otherwise) {
   return end == text ? otherwise : value;
 }
 
-// Sanitizers look for faults of memory, at ten to thirty times the time; rare differences are the affair of the
-// plain builds.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kSanitized = true;
+// Sanitizers look for faults of memory, and builds without optimisation for what is reached, at ten to thirty times the
+// time; rare differences are the affair of the plain builds.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__OPTIMIZE__)
+constexpr bool kSlow = true;
 #elif defined(__has_feature)
 #  if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-constexpr bool kSanitized = true;
+constexpr bool kSlow = true;
 #  else
-constexpr bool kSanitized = false;
+constexpr bool kSlow = false;
 #  endif
 #else
-constexpr bool kSanitized = false;
+constexpr bool kSlow = false;
 #endif
 
-std::uint64_t fewerWhereSanitized(std::uint64_t rounds) {
+std::uint64_t fewerWhereSlow(std::uint64_t rounds) {
   constexpr std::uint64_t kKept = 100;
-  return kSanitized && rounds > kKept ? kKept + (rounds - kKept) / 10 : rounds;
+  return kSlow && rounds > kKept ? kKept + (rounds - kKept) / 10 : rounds;
 }
 
 gxVector<2> polar(const gxVector<2>& center, double radius, double angle) {
@@ -80,7 +80,7 @@ RandomShapes::RandomShapes(const std::string& tag, int rounds)
   if (soak > 0) {
     rounds_ = soak * std::max(kSoakFactor * rounds_, rounds <= kCostly ? 0 : kSoakRounds);
   } else {
-    rounds_ = fewerWhereSanitized(rounds_);
+    rounds_ = fewerWhereSlow(rounds_);
     if (rounds > 0) share_ = static_cast<double>(rounds_) / rounds;
   }
   const std::uint64_t alone = environment("GXSHAPE_ROUND", std::numeric_limits<std::uint64_t>::max());
