@@ -11,9 +11,9 @@ namespace {
 
 int main() {
   const gxVector<2> vector(1, 2.5);
-  const gxPoint point(-1, 0.1);
-  const gxPair<long> pair(3, 4);
-  const gxRadian radian(0.5);
+  [[maybe_unused]] const gxPoint point(-1, 0.1);
+  [[maybe_unused]] const gxPair<long> pair(3, 4);
+  [[maybe_unused]] const gxRadian radian(0.5);
   const gxDegree degree(45);
   const gxMatrix<2> matrix(1, 2, 3, 4);
   const gxXform<2> xform(matrix, vector);
@@ -24,7 +24,7 @@ int main() {
   const gxEllipse ellipse(circle);
   const gxPolygon polygon({{0, 0}, {1, 0}, {1, 1}}, gxPolygon::eNonZero);
   const gxEdgelet edgelet(vector, 30, gxAngle8(64));
-  const gxAngle8 eighth(200);
+  [[maybe_unused]] const gxAngle8 eighth(200);
   const gxColor colour(255, 0, 16);
   const gxContour contour({{0, 0}, {4, 0}}, false, 7);
   const gxContour nothing;
@@ -41,7 +41,7 @@ int main() {
   const gx2XformLinear linear(xform);
   gxBudget budget(1000);
   budget.spend(7);
-  const gxThreadID thread = gfGetCurrentThreadID();
+  [[maybe_unused]] const gxThreadID thread = gfGetCurrentThreadID();
   gxRecordingTablet tablet;
   tablet.drawLineSeg({0, 0}, {1, 1}, colour, gxUITablet::eImageLayer);
   const gxCircleFitResults circleFit(circle, 0.25, {1, 2});
