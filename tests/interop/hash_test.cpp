@@ -52,6 +52,9 @@ TEST(Hash, OfSimpleShapes) {
   expectTold(
       gxRect(V(0, 1), V(2, 3)), gxRect(V(-0.0, 1), V(2, 3)),
       {gxRect(V(0, 2), V(2, 3)), gxRect(V(0, 1), V(2, 4)), gxRect::fromCorners(V(0, 1), V(3, 4))});
+  // Of one origin and one size, with corners apart by a rounding.
+  expectTold(gxRect(V(-5, 0), V(3.2, 1)), gxRect(V(-5, 0), V(3.2, 1)),
+             {gxRect::fromCorners(V(-5, 0), V(-1.8, 1))});
   expectTold(gxLine(V(0, 0), V(1, 0)), gxLine(V(0, 0), V(1, 0)),
              {gxLine(V(0, 1), V(1, 0)), gxLine(V(0, 0), V(2, 0))});
   expectTold(gxLineSeg(V(0, 0), V(1, 0)), gxLineSeg(V(0, 0), V(1, 0)),
@@ -64,6 +67,8 @@ TEST(Hash, OfSimpleShapes) {
              {ellipse(V(1, 1), V(3, 4), 0.5, false, false), ellipse(V(1, 2), V(3, 5), 0.5, false, false),
               ellipse(V(1, 2), V(3, 4), 0.6, false, false), ellipse(V(1, 2), V(3, 4), 0.5, true, false),
               ellipse(V(1, 2), V(3, 4), 0.5, false, true)});
+  expectTold(ellipse(V(1, 2), V(3, 4), 0.5, true, false), ellipse(V(1, 2), V(3, 4), 0.5, true, false),
+             {ellipse(V(1, 2), V(3, 4), 0.5, false, true)});
   const Points points = square(0, 0, 1);
   expectTold(
       gxPolygon(points, gxPolygon::eEvenOdd), gxPolygon(points, gxPolygon::eEvenOdd),
@@ -74,8 +79,9 @@ TEST(Hash, OfEdgePointsAndColours) {
   expectTold(gxAngle8(3), gxAngle8(3), {gxAngle8(4)});
   expectTold(gxEdgelet(V(0.0, 1), 300, gxAngle8(5)), gxEdgelet(V(-0.0, 1), 300, gxAngle8(5)),
              {gxEdgelet(V(1, 1), 300, gxAngle8(5)), gxEdgelet(V(0, 1), 301, gxAngle8(5)),
-              gxEdgelet(V(0, 1), 300, gxAngle8(6))});
-  expectTold(gxColor(1, 2, 3), gxColor(1, 2, 3), {gxColor(2, 2, 3), gxColor(1, 3, 3), gxColor(1, 2, 4)});
+              gxEdgelet(V(0, 1), 300, gxAngle8(6)), gxEdgelet(V(0, 1), 301, gxAngle8(4))});
+  expectTold(gxColor(1, 2, 3), gxColor(1, 2, 3),
+             {gxColor(2, 2, 3), gxColor(1, 3, 3), gxColor(1, 2, 4), gxColor(2, 1, 3), gxColor(1, 3, 2)});
   EXPECT_EQ(hashOf(gfGetCurrentThreadID()), hashOf(gfGetCurrentThreadID()));
 }
 
