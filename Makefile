@@ -116,6 +116,11 @@ release_check:  ## what is tried before a release: neighbours, headers, ten ways
 	@tools/check_debugger build/debugger/installed
 	@tools/check_release build/consume/moved
 
+packages:  ## Debian packages in build/debian: built twice and compared, lintian, tried in a fresh Debian (needs root)
+	@tools/install_packages build tool python debian
+	@tools/build_debian --twice
+	@tools/try_packages
+
 install:  ## install a release to PREFIX (/usr/local)
 	@tools/install_packages build test
 	@tools/build release
