@@ -11,7 +11,7 @@
               or gn, or is an operator (asked of clang; python3-clang)
 
 FOLDER is that of an installation (include/gxshape-0.1); else the headers of the checkout are taken. With --quick each
-header is compiled once. Findings are printed; the exit status is 1 where there is one. The packages are those of the
+header is compiled once; JOBS says how many at a time. Findings are printed; the exit status is 1 where there is one. The packages are those of the
 purpose `neighbours`.
 """
 import argparse
@@ -90,7 +90,7 @@ def alone(include, compilers, quick):
                     continue
                 command = [compiler, standard, "-fsyntax-only", *STRICT, *paths(include)]
                 tasks.append((f"{compiler} {name} {header}", command, f"#include <{header}>\n"))
-    with concurrent.futures.ThreadPoolExecutor(os.cpu_count() or 1) as pool:
+    with concurrent.futures.ThreadPoolExecutor(int(os.environ.get("JOBS") or os.cpu_count() or 1)) as pool:
         for (name, _, _), said in zip(tasks, pool.map(lambda t: compiled(t[1], t[2]), tasks)):
             if said:
                 yield f"alone: {name}: {said}"
