@@ -98,7 +98,7 @@ fuzz:  ## fuzz each target for FUZZ_SECONDS (60); corpora stay in build/fuzz/cor
 	@tools/build fuzz
 	@tools/run_fuzzers
 
-docs:  ## reference pages from the headers; build/docs/html/index.html
+docs:  ## the documentation site; build/docs/html/index.html
 	@tools/install_packages docs
 	@tools/make_docs
 

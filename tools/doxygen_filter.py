@@ -1,69 +1,35 @@
 #!/usr/bin/env python3
-"""Prints a page or a header as Doxygen wants it: the filter of tools/make_docs, run at the checkout's root.
+"""Prints a header as Doxygen wants it: the filter of tools/make_docs, run at the checkout's root.
 
-    tools/doxygen_filter.py docs/tour.md
     tools/doxygen_filter.py cntr/contour.h
 
-Pages.  Sites that show Markdown give every heading an anchor made of its words, unique within its page.
-Doxygen wants anchors written out, unique within all pages, pages named from the root, and pictures by name.
-
-Headers.  A comment here stands above a run of declarations and is that of each; Doxygen takes it for the
-first alone. The others get its first sentence. Copying, moving, destroying and the status of an answer,
-where they are declared without a comment, get the sentence that there is to say. No line is added, so that
-line numbers hold.
+A comment here stands above a run of declarations and is that of each; Doxygen takes it for the first alone.
+The others get its first sentence. Of what is declared without a comment, copying, moving and destroying get the
+sentence that there is to say, and what docs/site/members.csv names gets the one in it; what is left is a warning.
+Specialisations of other libraries' templates are left out, for Doxygen loses its way in them. No line is added
+or taken away, so that line numbers hold.
 """
+import csv
 import os
 import re
 import sys
 
-# ---- Pages ---------------------------------------------------------------------------------------
-
-FENCE = re.compile(r"^\s*(```|~~~)")
-HEADING = re.compile(r"^(#{1,6}) +(.*?) *#*$")
-LINK = re.compile(r"\]\((?!https?:)([^()\s#]*)(?:#([^()\s]+))?\)")
-
-
-def slug(heading):
-    """The anchor that sites make of a heading's words."""
-    return re.sub(r"[^\w\- ]", "", heading.lower()).strip().replace(" ", "-")
-
-
-def stem(page):
-    """What the anchors of a page begin with: its path without the ending, as one word."""
-    return re.sub(r"\W", "-", os.path.splitext(os.path.normpath(page))[0])
-
-
-def turned_link(page, target, anchor):
-    """A link of a page for Doxygen; `target` is relative to the page, and empty for the page itself."""
-    path = os.path.normpath(os.path.join(os.path.dirname(page), target)) if target else page
-    if anchor:
-        return f"](#{stem(path)}-{anchor})"
-    return f"]({os.path.basename(path) if path.endswith(('.svg', '.png')) else path})"
-
-
-def turned(page, text):
-    """The page with anchors at its headings, the title's apart, and its links turned."""
-    lines, fenced, seen, titled = [], False, {}, False
-    for line in text.split("\n"):
-        if FENCE.match(line):
-            fenced = not fenced
-        elif not fenced and not line.startswith("    "):
-            heading = HEADING.match(line)
-            if heading and titled:
-                anchor = slug(heading.group(2))
-                again = seen[anchor] = seen.get(anchor, -1) + 1
-                line = f"{heading.group(0)} {{#{stem(page)}-{anchor}{f'-{again}' if again else ''}}}"
-            titled = titled or bool(heading)
-            line = LINK.sub(lambda found: turned_link(page, found.group(1), found.group(2)), line)
-        lines.append(line)
-    return "\n".join(lines)
-
-
-# ---- Headers -------------------------------------------------------------------------------------
+MEMBERS = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))), "docs", "site", "members.csv")
 
 COMMENT = re.compile(r"^\s*///(?!<) ?(.*)$")
 TYPE = re.compile(r"^\s*(?:template\b.*>\s*)?(?:class|struct|enum|namespace|union|extern)\b(?!.*[;)]\s*$)")
-MEMBER = re.compile(r"^\s+[\w:<>,&* ]+ \w+(?: = [^;]+|\{[^;]*\})?;$")
+MEMBER = re.compile(r"^\s+(?:[\w:<>,&*() ]+ \w+(?: = [^;]+|\{[^;]*\})?; ?)+$")
+PIECE = re.compile(r"[^;]+;")
+USING = re.compile(r"^\s+using \w+ =|^  enum class \w+|^struct (?:[A-Z_]+_API )?\w+ \{$")
+# What a declaration declares: of a function, of an alias or type, of data.
+NAME = re.compile(r"(?:(operator(?:\(\)|[^\w\s(]+)|\w+)\(|(?:using|enum class|class|struct) (?:[A-Z_]+_API )?(\w+)|(\w+)(?: = [^;]+|\{[^;]*\})?;)")
+SEVERAL_BEGIN = re.compile(r"^\s+(?:double|int|std::vector<\w+>) \w+(?: = [^,;]+)?,")
+SEVERAL = re.compile(r"^(\s+)(double|int|std::vector<\w+>) (\w+(?: = [^,;]+)?(?:, \w+(?: = [^,;]+)?)+);(\s*///< .*)?$")
+FOREIGN = re.compile(r"(?:struct|class|inline constexpr bool|constexpr bool) (?:std|fmt|boost)::|namespace (?:std|fmt|boost)\b")
+# A macro, but not a constructor whose initialisers follow.
+NO_FUNCTION = re.compile(r"\s*(//|#|}|\w+\(.*\)$(?!\n\s+: ))", re.MULTILINE)
+# What Doxygen would take for a tag.
+TAG = re.compile(r"(?<![`\w\\])<(?=[a-z][\w/.]*>)")
 ACCESS = re.compile(r"^\s*(?:public|protected|private):")
 COPIES = [
     (re.compile(r"\b(\w+)(?:<[^>]*>)?&? operator=\(const \1\b"), "Assigns by copying."),
@@ -71,7 +37,6 @@ COPIES = [
     (re.compile(r"^\s*(\w+)\(const \1(?:<[^>]*>)?&[^,)]*\)"), "Copies."),
     (re.compile(r"^\s*(\w+)\(\1(?:<[^>]*>)?&&[^,)]*\)"), "Moves."),
     (re.compile(r"^\s*(?:virtual )?~\w+\(\)"), "Destroys."),
-    (re.compile(r"^\s*gxStatus status\b"), "Whether there is an answer, and why not."),
 ]
 
 
@@ -89,16 +54,66 @@ def ends(text):
     return open_brackets <= 0 and code.rstrip().endswith((";", "}"))
 
 
-def said_of(declaration):
+def said_of(declaration, said):
     """What there is to say of a declaration without a comment; None where that is not known."""
     for pattern, sentence in COPIES:
         if pattern.search(declaration):
             return sentence
-    return None
+    found = NAME.search(declaration)
+    return said.get(found.group(1) or found.group(2) or found.group(3)) if found else None
 
 
-def header(text):
-    lines = text.split("\n")
+def members(path, table):
+    """What the rows of the table say of the names of a header: its own rows, and those of all headers (*)."""
+    rows = [row for row in table if row["header"] in ("*", path)]
+    return {row["name"]: row["sentence"] for row in sorted(rows, key=lambda row: row["header"] != "*")}
+
+
+def without_foreign(lines):
+    """The lines with those of foreign namespaces and specialisations emptied."""
+    lines = list(lines)
+    for i, line in enumerate(lines):
+        if not FOREIGN.match(line):
+            continue
+        first, last = i, i
+        while first and re.match(r"(template\b|///)", lines[first - 1]):
+            first -= 1
+        while last + 1 < len(lines) and not ends("\n".join(lines[i:last + 1])):
+            last += 1
+        lines[first:last + 1] = [""] * (last + 1 - first)
+    return lines
+
+
+def one_by_one(lines):
+    """The lines with every name of `double a = 0.0, b = 0.0;` in a declaration of its own, all in one line."""
+    lines = list(lines)
+    for i, line in enumerate(lines):
+        last = i
+        while SEVERAL_BEGIN.match(line) and ";" not in line and last + 1 < len(lines) and last < i + 3:
+            last += 1
+            line = line.rstrip() + " " + lines[last].strip()
+        found = SEVERAL.match(line)
+        if found:
+            space, kind, names, comment = found.groups()
+            lines[i:last + 1] = [space + " ".join(f"{kind} {name.strip()};" if not comment else
+                                                  f"/** {comment.strip()[4:].strip()} */ {kind} {name.strip()};"
+                                                  for name in names.split(","))] + [""] * (last - i)
+    return lines
+
+
+def without_opening(lines):
+    """The lines with the comment of the file an ordinary one, which Doxygen would give to the first class."""
+    count = next((i for i, line in enumerate(lines) if not line.startswith("///")), len(lines))
+    if lines[count:count + 1] != ["#pragma once"]:
+        return lines
+    return ["//" + line[3:] for line in lines[:count]] + lines[count:]
+
+
+def header(text, said=None):
+    """The header as Doxygen wants it; `said` has sentences for names without a comment."""
+    said = said or {}
+    lines = one_by_one(without_foreign(without_opening(text.split("\n"))))
+    lines = [TAG.sub(r"\\<", line) if COMMENT.match(line) else line for line in lines]
     comment, i = None, 0  # the comment of the run that line i belongs to
     while i < len(lines):
         line = lines[i]
@@ -108,11 +123,17 @@ def header(text):
             while i + 1 < len(lines) and COMMENT.match(lines[i + 1]):
                 i += 1
                 comment.append(COMMENT.match(lines[i]).group(1))
+            if i + 1 < len(lines) and MEMBER.match(lines[i + 1]):
+                first, *others = PIECE.findall(lines[i + 1])
+                lines[i + 1] = " ".join([first] + [f"/** {first_sentence(comment)} */ {one}" for one in others])
             i += _declaration(lines, i + 1)
-        elif MEMBER.match(line) and (comment or said_of(line)):
-            lines[i] = f"/** {first_sentence(comment) if comment else said_of(line)} */ {line}"
-        elif "(" in line and not re.match(r"\s*(//|#|}|\w+\(.*\)$)", line) and not TYPE.match(line):
-            sentence = first_sentence(comment) if comment else said_of(line)
+        elif "///<" not in line and USING.match(line) and not comment and said_of(line, said):
+            lines[i] = f"/** {said_of(line, said)} */ {line}"
+        elif MEMBER.match(line) and "/**" not in line:
+            lines[i] = " ".join(f"/** {first_sentence(comment) if comment else said_of(one, said)} */ {one}"
+                                if comment or said_of(one, said) else one for one in PIECE.findall(line))
+        elif "(" in line and not NO_FUNCTION.match("\n".join(lines[i:i + 2])) and not TYPE.match(line):
+            sentence = first_sentence(comment) if comment else said_of(line, said)
             length = _declaration(lines, i)
             if sentence and length:
                 lines[i] = f"/** {sentence} */ {line}"
@@ -139,5 +160,7 @@ def _declaration(lines, first):
 
 if __name__ == "__main__":
     PATH = os.path.relpath(sys.argv[1])
+    with open(MEMBERS, encoding="utf-8", newline="") as file:
+        SAID = members(PATH, list(csv.DictReader(file)))
     with open(PATH, encoding="utf-8") as file:
-        sys.stdout.write(turned(PATH, file.read()) if PATH.endswith(".md") else header(file.read()))
+        sys.stdout.write(header(file.read(), SAID))
