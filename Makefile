@@ -105,7 +105,7 @@ docs:  ## the documentation site; build/docs/html/index.html
 neighbours:  ## shapes to OpenCV, Boost.Geometry, Eigen, GEOS, CGAL and back (needs their packages)
 	@tools/install_packages build test neighbours
 	@tools/build release neighbours
-	@for page in neighbours packages; do tools/doc_blocks.py docs/$$page.md --build build/release || exit 1; done
+	@for page in neighbours packages; do tools/doc_blocks.py docs/$$page.md --only programs --build build/release || exit 1; done
 
 release_check:  ## what is tried before a release: neighbours, headers, ten ways to consume, debugger, symbols
 	@tools/install_packages build test neighbours release

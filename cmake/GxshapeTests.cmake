@@ -140,7 +140,7 @@ if(NOT GXSHAPE_SANITIZE AND NOT GXSHAPE_COVERAGE AND BUILD_SHARED_LIBS AND PROJE
   foreach(page IN ITEMS neighbours packages)
     add_test(NAME page_${page}
              COMMAND ${GXSHAPE_PYTHON} "${PROJECT_SOURCE_DIR}/tools/doc_blocks.py" "${PROJECT_SOURCE_DIR}/docs/${page}.md"
-                     --build "${PROJECT_BINARY_DIR}" --compiler "${CMAKE_CXX_COMPILER}" --without-neighbours)
+                     --only programs --build "${PROJECT_BINARY_DIR}" --compiler "${CMAKE_CXX_COMPILER}" --without-neighbours)
     set_tests_properties(page_${page} PROPERTIES TIMEOUT 300)
   endforeach()
 endif()
