@@ -6,6 +6,7 @@ import shutil
 
 from docutils import nodes
 from sphinx.transforms.post_transforms import SphinxPostTransform
+from sphinx.util import logging
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 
@@ -31,6 +32,11 @@ pygments_dark_style = "monokai"
 with open(os.path.join(HERE, "names.json"), encoding="utf-8") as file:
     NAMES = json.load(file)
 
+# Pages written for the site may not name what there is not; other pages name internals too.
+OWN = re.compile(r"(class|from|start)-|index|names|errors|limits|guarantees")
+NAME = re.compile(r"gf[A-Z]\w*|gx[A-Z]\w*(::\w+)?")
+LOGGER = logging.getLogger(__name__)
+
 
 def place_of(text):
     """(page, anchor) of the name that a piece of code is; None where it is none."""
@@ -53,6 +59,8 @@ class NamesLead(SphinxPostTransform):
             if isinstance(node.parent, (nodes.title, nodes.reference)):
                 continue
             found = place_of(node.astext())
+            if not found and OWN.match(here) and NAME.fullmatch(node.astext()):
+                LOGGER.warning("no public name: %s", node.astext(), location=node)
             if not found or (found[0] == here and not found[1]):
                 continue
             uri = self.app.builder.get_relative_uri(here, found[0]) if found[0] != here else ""
