@@ -2,7 +2,7 @@
 # what it needs under build/, and can be given again from any state of that folder.
 
 .DEFAULT_GOAL := help
-.PHONY: help demo gallery test python page pagetest check format lint bench soak asan tsan coverage clang debug fuzz docs neighbours release_check packages install clean
+.PHONY: help demo gallery test python page pagetest check format lint bench soak asan tsan coverage clang debug fuzz docs docstest neighbours release_check packages install clean
 
 PREFIX ?= /usr/local
 
@@ -100,6 +100,13 @@ fuzz:  ## fuzz each target for FUZZ_SECONDS (60); corpora stay in build/fuzz/cor
 
 docs:  ## the documentation site; build/docs/html/index.html
 	@tools/install_packages docs
+	@tools/make_docs
+
+docstest:  ## compile or run every code block of the pages (15 minutes of processor time), then make docs
+	@tools/install_packages build tool test python docs recipes
+	@tools/build release gxshape gxshape_gxshape_io gxshape_gxshape_cairo gxshape_tool
+	@tools/build_python release
+	@tools/doc_blocks.py README.md CONTRIBUTING.md CHANGES.md */README.md docs/*.md docs/site/*.md --build build/release
 	@tools/make_docs
 
 neighbours:  ## shapes to OpenCV, Boost.Geometry, Eigen, GEOS, CGAL and back (needs their packages)

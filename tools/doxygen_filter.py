@@ -125,12 +125,12 @@ def header(text, said=None):
                 comment.append(COMMENT.match(lines[i]).group(1))
             if i + 1 < len(lines) and MEMBER.match(lines[i + 1]):
                 first, *others = PIECE.findall(lines[i + 1])
-                lines[i + 1] = " ".join([first] + [f"/** {first_sentence(comment)} */ {one}" for one in others])
+                lines[i + 1] = " ".join([first] + [f"/** {first_sentence(comment)} */ {one.strip()}" for one in others])
             i += _declaration(lines, i + 1)
         elif "///<" not in line and USING.match(line) and not comment and said_of(line, said):
             lines[i] = f"/** {said_of(line, said)} */ {line}"
         elif MEMBER.match(line) and "/**" not in line:
-            lines[i] = " ".join(f"/** {first_sentence(comment) if comment else said_of(one, said)} */ {one}"
+            lines[i] = "".join(f"/** {first_sentence(comment) if comment else said_of(one, said)} */ {one}"
                                 if comment or said_of(one, said) else one for one in PIECE.findall(line))
         elif "(" in line and not NO_FUNCTION.match("\n".join(lines[i:i + 2])) and not TYPE.match(line):
             sentence = first_sentence(comment) if comment else said_of(line, said)

@@ -25,7 +25,9 @@ import site_reference  # noqa: E402
 import site_tables  # noqa: E402
 
 FENCE = re.compile(r"^\s*(```|~~~)")
-LINK = re.compile(r"(!?)\[((?:[^\[\]`]|`[^`]*`|!\[[^\]]*\]\([^)]*\))*)\]\((?!https?:|mailto:)([^()\s#]*)(#[^()\s]+)?\)")
+TARGET = r"\((?!https?:|mailto:)([^()\s#]*)(#[^()\s]+)?\)"
+IMAGE = re.compile(r"(!)\[([^\[\]]*)\]" + TARGET)
+LINK = re.compile(r"((?<!!))\[((?:[^\[\]`]|`[^`]*`|!\[[^\]]*\]\([^)]*\))*)\]" + TARGET)
 ROOMS = ("base", "cntr", "gauge", "overlay", "ch_core", "web")
 
 
@@ -74,7 +76,9 @@ def turned(page, text, root, files):
             fenced = not fenced
         elif not fenced:
             parts = re.split(r"(``.*?``|(?<!\[)`[^`]*`(?!\]))", line) if "](" not in line else [line]
-            line = "".join(LINK.sub(lambda found: turned_link(page, *found.groups(), root, files), part) for part in parts)
+            for kind in (IMAGE, LINK):  # a picture may be the words of a link
+                parts = [kind.sub(lambda found: turned_link(page, *found.groups(), root, files), part) for part in parts]
+            line = "".join(parts)
         lines.append(line)
     return "\n".join(lines)
 

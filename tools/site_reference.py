@@ -9,6 +9,7 @@ declarations of C++20.)
 """
 import os
 import re
+import textwrap
 import xml.etree.ElementTree as ElementTree
 from dataclasses import dataclass, field
 
@@ -272,7 +273,7 @@ def opening(text):
             block.append(line)
             continue
         if block and all(one.startswith("    ") for one in block):
-            out.append("```\n" + "\n".join(one[4:] for one in block) + "\n```")
+            out.append("```\n" + textwrap.dedent("\n".join(block)) + "\n```")
         elif block:
             out.append(marked(block))
         block = []
