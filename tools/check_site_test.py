@@ -37,6 +37,9 @@ class CheckTest(unittest.TestCase):
         self.assertEqual(self.wrong('<script src="https://example.org/a.js"></script>'),
                          ["index.html: loads https://example.org/a.js from outside"])
 
+    def test_a_picture_written_into_the_page_is_no_request(self):
+        self.assertEqual(self.wrong('<img src="data:image/gif;base64,AAAA">'), [])
+
     def test_a_path_from_a_servers_root_or_out_of_the_site_is_wrong(self):
         self.assertEqual(self.wrong('<link rel="stylesheet" href="/a.css">'), ["index.html: /a.css is named from a server's root"])
         self.assertEqual(self.wrong('<a href="../x.html">a</a>'), ["index.html: ../x.html leads out of the site"])
