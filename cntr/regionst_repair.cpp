@@ -17,7 +17,8 @@
 // that is the first thing their crossing asks.  So of many regions only those come up, in their order,
 // whose boxes touch, found in a tree over the boxes (internal/index/box_tree); the others would answer
 // that they do not meet.  Where a merged region's box has grown, only those come up besides that touch
-// what has come to it.  A region of too few points meets all, so that asking it fails as it would.
+// what has come to it.  A region of too few points meets all, so that asking it fails as it would.  A region
+// that knows about its edges knows its box: of many small ones, reading all points would be most of the work.
 //
 // Of many regions the merged one is kept in a tree of edges while the pass goes on (internal/repair/
 // spliced_outline), and becomes a region at its end: a region for every merge costs the square.  Where a
@@ -29,6 +30,7 @@
 // The result is remembered; the flag is set only after the computation returned, and the assignment
 // holds a handle of its own to the result, because the target may be this set.
 #include <cntr/internal/index/box_tree.h>
+#include <cntr/internal/index/edge_index.h>
 #include <cntr/internal/memory/computation_count.h>
 #include <cntr/internal/memory/repaired.h>
 #include <cntr/internal/outline/break_even.h>
@@ -54,17 +56,25 @@ bool isFinite(const Handle& region) {
   });
 }
 
+// The box of the region's points, from the index of its edges where that knows it: a coordinate that is NaN is passed
+// over.
+gx_Box boxOf(const gxRegion& region, const gx_EdgeIndex* edges) {
+  return edges != nullptr && !edges->hasNaN() ? edges->bounds() : gx_Box::ofPoints(region.points());
+}
+
 // Tells, for slot i = 0, 1, 2 … of a list of regions, which of those after it may meet the one that
 // stands there, while merging moves regions about.  A slot above i always holds one of the regions
 // that the list began with.
 class Neighbours {
  public:
-  explicit Neighbours(const std::vector<Handle>& regions) : regions_(regions) {
+  // `indexOf(region)` gives the index of the region's edges, null where it has none yet.
+  template <class IndexOf>
+  Neighbours(const std::vector<Handle>& regions, const IndexOf& indexOf) : regions_(regions) {
     if (regions.size() <= gx_kFewRegions || std::any_of(regions.begin(), regions.end(), isNull)) return;
     for (std::size_t k = 0; k < regions.size(); ++k) {
       slots_.push_back(k);
       ids_.push_back(k);
-      boxes_.push_back(gx_Box::ofPoints(regions[k]->points()));
+      boxes_.push_back(boxOf(*regions[k], indexOf(*regions[k])));
     }
     seen_.assign(regions.size(), 0);
     tree_.emplace(boxes_);
@@ -181,7 +191,7 @@ bool gxRegionSet::computeSelfIntersecting_(gxBudget& budget) const {
     mayFail = mayFail || (i + 1 < regions.size() && region.points().size() < 2);
   }
   if (isKnown && !mayFail) return true;
-  Neighbours neighbours(regions);
+  Neighbours neighbours(regions, [](const gxRegion& region) { return region.edgeIndexIfMade_(); });
   for (std::size_t i = 0; i + 1 < regions.size(); ++i) {
     neighbours.begin(i, i);
     for (std::size_t j = 0; neighbours.next(j);) {
@@ -246,7 +256,7 @@ void gxRegionSet::repair_(gxRegionSet& result, bool hull, gxBudget& budget) cons
 }
 
 void gxRegionSet::mergeWhereTheyMeet_(std::vector<RegionHandle>& work, gxBudget& budget) {
-  Neighbours neighbours(work);
+  Neighbours neighbours(work, [](const gxRegion& region) { return region.edgeIndexIfMade_(); });
   if (!neighbours.hasTree() || !std::all_of(work.begin(), work.end(), isFinite)) {
     mergeOneByOne_(work, budget);
     return;
@@ -279,7 +289,7 @@ void gxRegionSet::mergeWhereTheyMeet_(std::vector<RegionHandle>& work, gxBudget&
 }
 
 void gxRegionSet::mergeOneByOne_(std::vector<RegionHandle>& work, gxBudget& budget) {
-  Neighbours neighbours(work);
+  Neighbours neighbours(work, [](const gxRegion& region) { return region.edgeIndexIfMade_(); });
   for (std::size_t i = 0; i + 1 < work.size(); ++i) {
     neighbours.begin(i, i);
     for (std::size_t j = 0; neighbours.next(j);) {
