@@ -1,10 +1,11 @@
 """Rates of batches beside shapely's and OpenCV's loops: the tables of docs/python.md.
 
-    PYTHONPATH=build/release/python python3 python/bench/rates.py [SCALE]
+    PYTHONPATH=build/release/python python3 python/bench/rates.py [SCALE [ROUNDS]]
 
 SCALE (1 by default) multiplies the numbers of shapes and points.  Everything is measured in one run, one after
-the other in turns, and the least of the rounds is taken: on a machine that does other things too, the
-ratios mean more than the times.
+the other in turns, and the least of the ROUNDS (5) is taken, of wall clock and of processor time each for itself.
+Ratios are those of processor time.  On a machine that does other things too, many short rounds (0.02 150) meet a
+window in which nothing else ran sooner than a few long ones.
 """
 from __future__ import annotations
 
@@ -17,18 +18,20 @@ import numpy as np
 
 import gxshape as gx
 
-ROUNDS = 5
+Best = dict[str, tuple[float, float]]  # wall clock, processor time
 
 
-def least(ways: dict[str, Callable[[], Any]]) -> dict[str, float]:
-    """Return the least time of each way, all measured in turns."""
-    best = dict.fromkeys(ways, float("inf"))
-    for _ in range(ROUNDS):
+def least(ways: dict[str, Callable[[], Any]], times: dict[str, float] | None = None) -> Best:
+    """Return the least times of each way, all measured in turns; those of samples multiplied."""
+    wall, processor = dict.fromkeys(ways, float("inf")), dict.fromkeys(ways, float("inf"))
+    for _ in range(rounds):
         for name, way in ways.items():
-            start = time.perf_counter()
+            start, used = time.perf_counter(), time.process_time()
             way()
-            best[name] = min(best[name], time.perf_counter() - start)
-    return best
+            processor[name] = min(processor[name], time.process_time() - used)
+            wall[name] = min(wall[name], time.perf_counter() - start)
+    factors = times or {}
+    return {name: (wall[name] * factors.get(name, 1.0), processor[name] * factors.get(name, 1.0)) for name in ways}
 
 
 def polygons(count: int, points: int) -> gx.Shapes:
@@ -40,12 +43,12 @@ def polygons(count: int, points: int) -> gx.Shapes:
     return gx.Shapes(coords, np.arange(count + 1) * points)
 
 
-def show(title: str, best: dict[str, float], count: int, unit: str) -> None:
-    """Print a table: time, rate, and how many times as long as the first way."""
-    print(f"\n{title}\n\n| way | s | {unit} a second | times the first |\n|---|---|---|---|")
-    first = next(iter(best.values()))
-    for name, seconds in best.items():
-        print(f"| {name} | {seconds:.4f} | {count / seconds:,.0f} | {seconds / first:.1f} |")
+def show(title: str, best: Best, count: int, unit: str) -> None:
+    """Print a table: times, rate, and how many times the processor time of the first way."""
+    print(f"\n{title}\n\n| way | s | processor s | {unit} a second | times the first |\n|---|---|---|---|---|")
+    first = next(iter(best.values()))[1]
+    for name, (wall, processor) in best.items():
+        print(f"| {name} | {wall:.4f} | {processor:.4f} | {count / wall:,.0f} | {processor / first:.1f} |")
 
 
 def measures(count: int) -> None:
@@ -69,9 +72,8 @@ def measures(count: int) -> None:
         "batch.measure, one thread": lambda: gx.batch.measure(shapes, only=["area", "centre"]),
         "batch.measure, two threads": lambda: gx.batch.measure(shapes, only=["area", "centre"], threads=2),
         "loop over shapely's area and centroid": lambda: [(p.area, p.centroid.x, p.centroid.y) for p in theirs],
-        "loop over cv2.moments (float32)": opencv})
-    for name in list(best)[2:]:
-        best[name] *= count / sample
+        "loop over cv2.moments (float32)": opencv},
+        dict.fromkeys(("loop over shapely's area and centroid", "loop over cv2.moments (float32)"), count / sample))
     show(f"Area and centre of {count:,} 64-gons (the loops: of a twentieth, times 20)", best, count, "shapes")
 
 
@@ -88,8 +90,8 @@ def containment(count: int) -> None:
     best = least({
         "batch.inside, one thread": lambda: gx.batch.inside(ours, points),
         "batch.inside, two threads": lambda: gx.batch.inside(ours, points, threads=2),
-        "shapely.vectorized.contains": lambda: shapely.vectorized.contains(theirs, *points[:sample].T)})
-    best["shapely.vectorized.contains"] *= count / sample
+        "shapely.vectorized.contains": lambda: shapely.vectorized.contains(theirs, *points[:sample].T)},
+        {"shapely.vectorized.contains": count / sample})
     show(f"{count:,} points in an outline of 1,000 points (shapely: a tenth, times 10)", best, count, "points")
 
 
@@ -112,6 +114,7 @@ def descriptors(count: int) -> None:
 
 if __name__ == "__main__":
     scale = float(sys.argv[1]) if len(sys.argv) > 1 else 1.0
+    rounds = int(sys.argv[2]) if len(sys.argv) > 2 else 5
     measures(int(200_000 * scale))
     containment(int(1_000_000 * scale))
     many_in_many(int(20_000 * scale))
