@@ -308,9 +308,10 @@ def unnamed(results):
             if key not in words.WORKLOADS and not key.startswith(("adversary_", "small_", "many_")) and key != "memory"]
 
 
-def ratios_section(results):
-    """Gauges and overlay: how many times faster than the best peer, a row for each question, a column for each size."""
-    keys = [key for key in unnamed(results) if OURS in results.parties(key) and results.peers(key)]
+STANDARD_SIZES = {8, 16, 32, 64, 100, 128, 256, 1000, 10000, 100000, 1000000}
+
+
+def ratio_table(results, keys):
     sizes = sorted({n for key in keys for n in results.sizes(key)
                     if results.time(key, OURS, n) and results.best_peer(key, n)})
     rows = []
@@ -321,7 +322,19 @@ def ratios_section(results):
             text = ratio_text(peer[0] / ours) if ours and peer else ""
             row.append(f"**{text}**" if text and peer[0] < ours else text)
         rows.append(row)
-    return table(["best peer / ours, n ="] + [size_text(n) for n in sizes], rows) if rows else []
+    return table(["best peer / ours, n ="] + [size_text(n) for n in sizes], rows)
+
+
+def ratios_section(results):
+    """Gauges and overlay: how many times faster than the best peer, a row for each question, a column for each size;
+    what is not counted in points of an outline has a table of its own."""
+    keys = [key for key in unnamed(results) if OURS in results.parties(key) and results.peers(key)]
+    others = [key for key in keys if not STANDARD_SIZES.issuperset(results.sizes(key))]
+    lines = []
+    for group in ([key for key in keys if key not in others], others):
+        if group:
+            lines += ratio_table(results, group) + [""]
+    return lines
 
 
 def others_section(results):
@@ -339,7 +352,7 @@ def machine(context):
     caches = ", ".join(f"L{c['level']} {c['type'].lower()} {c['size'] // 1024} KiB"
                        for c in context.get("caches", []))
     return (f"{context.get('num_cpus')} cores at {context.get('mhz_per_cpu')} MHz; {caches}; "
-            f"{context.get('date', '')[:10]}")
+            f"{context.get('date', '')[:10]}, load average {max(context.get('load_avg') or [0.0]):.0f}")
 
 
 def page(results):
@@ -354,7 +367,7 @@ def page(results):
     lines += ["## Twenty thousand small outlines", "", words.MANY_HEAD, ""] + many_section(results) + [""]
     ratios = ratios_section(results)
     if ratios:
-        lines += ["## Gauges and overlay", "", words.RATIOS, ""] + ratios + [""]
+        lines += ["## Gauges and overlay", "", words.RATIOS, ""] + ratios + [words.RATIO_REASONS, ""]
     lines += ["## Workload by workload", ""]
     for key in words.WORKLOADS:
         if key in results.times:

@@ -90,9 +90,11 @@ class PerformancePageTest(unittest.TestCase):
         self.results.times["offset"] = {"ours": {8: 2.0, 64: 4.0, 100: 1.0}, "geos": {8: 1.0, 64: 8.0},
                                         "boost": {64: 10.0}}
         self.results.times["alone"] = {"ours": {8: 2.0}}
+        self.results.times["union"] = {"ours": {20: 2.0}, "geos": {20: 8.0}}
         lines = performance_page.ratios_section(self.results)
         self.assertEqual(lines[0], "| best peer / ours, n = | 8 | 64 |")
-        self.assertEqual(lines[2:], ["| offset | **0.5** | 2 |"])
+        self.assertEqual(lines[2:5], ["| offset | **0.5** | 2 |", "", "| best peer / ours, n = | 20 |"])
+        self.assertEqual(lines[6:], ["| union | 4 |", ""])
 
     def test_the_page_holds_tables_memory_and_what_was_skipped(self):
         text = performance_page.page(self.results)

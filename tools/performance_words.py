@@ -30,8 +30,9 @@ beside the plain scan: the same algorithm step by step, which the tests hold eve
 installs the peers, runs every program of `bench/`, and makes this page and its pictures from their results
 (`tools/performance_page.py build/bench/results docs`). All parties get the same input in the same run, each
 through its best interface, prepared where it has one; each program's opening comment says which, and checks
-before it times that the parties agree on the answer. Times are CPU times of one thread, on {machine}. The
-machine is a shared one: look at ratios, not at the third digit.
+before it times that the parties agree on the answer. Times are CPU times of one thread, on {machine}
+where the last program began. The machine is a shared one, and with a load above 2 its times are up to three times those of
+an idle one: look at ratios, not at the third digit.
 
 The outline is what an edge finder gives for a smooth part: n points about one pixel apart, uneven and noisy.
 "Growth" is the exponent g of n^g that the time of one item follows from n = 1,000 on: 0 for a cost per point
@@ -58,6 +59,17 @@ points and offsets. The ellipse is fitted to every tenth outline.
 
 RATIOS = """How many times faster than the best peer that answers the same question, at each size; in bold where a peer is
 faster. The times themselves stand under "Other times"."""
+
+RATIO_REASONS = """- **Hausdorff**, few points: the peers look at vertices alone; ours is exact along the edges, with both places, and
+  looks them up in an index that few points do not pay for.
+- **Simplify**: ours begins a closed outline at its farthest pair, which has to be found first, so that the start vertex does
+  not matter.
+- **Moments**: to third order, with sums that keep what rounding takes away.
+- **Circle**, few points: which points support the circle is decided exactly.
+- **Descriptors, describe each**: all columns with widths, hull and their places, where the peer computes the few that it has.
+- **Inscribed**, few points, and **overlay** of few points: what a call sets up shows.
+- **Repair turns, equal set, clustered set**: the described repairs, which ask each candidate edge or pair by itself;
+  `gfRepair` and `gfUnion` are the rows of the overlay."""
 
 # The questions of that group, and why a peer is faster where one is.
 MANY = {
