@@ -69,6 +69,21 @@ class NamesLead(SphinxPostTransform):
             reference += node
 
 
+def dark_where_asked(app, exception):
+    """Gives the theme's dark colours to readers whose system is dark: Debian's sheet of it has lost that rule."""
+    sheet = os.path.join(app.outdir, "_static", "styles", "furo.css")
+    if exception or not os.path.exists(sheet):
+        return
+    with open(sheet, encoding="utf-8") as file:
+        text = file.read()
+    colours = re.search(r'body\[data-theme="dark"\] \{([^}]*--color-background-primary[^}]*)\}', text)
+    if "prefers-color-scheme" in text or not colours:
+        return
+    with open(sheet, "a", encoding="utf-8") as file:
+        file.write("@media screen and (prefers-color-scheme: dark) { body:not([data-theme=\"light\"]) {"
+                   f"{colours.group(1)}}} }}\n")
+
+
 def without_requests(app, exception):
     """Makes the theme ask for nothing outside of the site: Debian's names a sheet of the server it is on."""
     if exception or app.builder.format != "html":
@@ -92,4 +107,5 @@ def without_requests(app, exception):
 def setup(app):
     app.add_post_transform(NamesLead)
     app.connect("build-finished", without_requests)
+    app.connect("build-finished", dark_where_asked)
     return {"parallel_read_safe": True, "parallel_write_safe": True}
