@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include <algorithm>
 #include <set>
 #include <utility>
@@ -41,6 +43,9 @@ TEST(RingBoxes, TellThatACoordinateIsNotFinite) {
     const Points points = pointsOf(text);
     EXPECT_FALSE(gx_RingBoxes(points).isFinite()) << text;
   }
+  Points many(20, V(1, 2));
+  many[3] = V(1, std::nan(""));  // in the first run of three
+  EXPECT_FALSE(gx_RingBoxes(many).isFinite());
 }
 
 TEST(RingBoxes, FindAllPairsThatMeetAndAllEdgesThatABoxMeets) {
