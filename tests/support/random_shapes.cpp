@@ -20,10 +20,9 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr std::uint64_t kSoakFactor = 50;
 
-// The least number of rounds of a soak, for all tests but those of few and costly rounds: a test that gives itself 150
-// rounds or fewer does so because each takes milliseconds, and 100,000 of them took twice the time of all the rest.
+// The least number of rounds of a soak, for all tests but those of a handful of costly rounds.
 constexpr std::uint64_t kSoakRounds = 100'000;
-constexpr int kCostly = 150;
+constexpr int kHandful = 50;
 
 std::uint64_t mixed(std::uint64_t z) {
   z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9U;
@@ -46,23 +45,23 @@ std::uint64_t environment(const char* name, std::uint64_t otherwise) {
   return end == text ? otherwise : value;
 }
 
-// Sanitizers look for faults of memory, and builds without optimisation for what is reached, at ten to thirty times the
-// time; rare differences are the affair of the plain builds.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__OPTIMIZE__)
-constexpr bool kSlow = true;
+// Sanitizers look for faults of memory, at ten to thirty times the time; rare differences are the affair of the
+// plain builds.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kSanitized = true;
 #elif defined(__has_feature)
 #  if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-constexpr bool kSlow = true;
+constexpr bool kSanitized = true;
 #  else
-constexpr bool kSlow = false;
+constexpr bool kSanitized = false;
 #  endif
 #else
-constexpr bool kSlow = false;
+constexpr bool kSanitized = false;
 #endif
 
-std::uint64_t fewerWhereSlow(std::uint64_t rounds) {
+std::uint64_t fewerWhereSanitized(std::uint64_t rounds) {
   constexpr std::uint64_t kKept = 100;
-  return kSlow && rounds > kKept ? kKept + (rounds - kKept) / 10 : rounds;
+  return kSanitized && rounds > kKept ? kKept + (rounds - kKept) / 10 : rounds;
 }
 
 gxVector<2> polar(const gxVector<2>& center, double radius, double angle) {
@@ -78,9 +77,9 @@ RandomShapes::RandomShapes(const std::string& tag, int rounds)
   seed_ = soak > 0 ? hashed(tag + std::to_string(clock)) : hashed(tag);
   seed_ = environment("GXSHAPE_SEED", seed_);
   if (soak > 0) {
-    rounds_ = soak * std::max(kSoakFactor * rounds_, rounds <= kCostly ? 0 : kSoakRounds);
+    rounds_ = soak * std::max(kSoakFactor * rounds_, rounds < kHandful ? 0 : kSoakRounds);
   } else {
-    rounds_ = fewerWhereSlow(rounds_);
+    rounds_ = fewerWhereSanitized(rounds_);
     if (rounds > 0) share_ = static_cast<double>(rounds_) / rounds;
   }
   const std::uint64_t alone = environment("GXSHAPE_ROUND", std::numeric_limits<std::uint64_t>::max());

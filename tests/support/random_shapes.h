@@ -49,8 +49,8 @@ struct OutlineWithHoles {
 /// The seed comes from the tag, so that runs repeat; the environment variable GXSHAPE_SEED gives
 /// another one to all tests.  Every round begins a sequence of its own, and GXSHAPE_ROUND runs that
 /// round alone.  GXSHAPE_SOAK = 1 makes 50 times as many rounds, and at least 100,000 of every test that
-/// has more than 150; k makes k times those.  Without GXSHAPE_SEED the seed then comes from the clock.
-/// Under a sanitizer, or without optimisation, the rounds above 100 are a tenth.
+/// has 50 or more; k makes k times those.  Without GXSHAPE_SEED the seed then comes from the clock.
+/// Under a sanitizer the rounds above 100 are a tenth.
 class RandomShapes {
  public:
   /// Prints tag, seed and number of rounds.
