@@ -82,7 +82,7 @@ coverage:  ## the share of lines and branches that the tests reach; build/covera
 	@tools/run_tests coverage --timeout 7200
 	@tools/coverage_report
 
-soak:  ## the random tests at full length, 100,000 rounds and more (an hour)
+soak:  ## the random tests at full length, 100,000 rounds and more (two hours)
 	@tools/install_packages build test python
 	@tools/build release
 	@tools/build_python release
@@ -94,7 +94,7 @@ bench:  ## the benchmarks, ours and the peers'; writes docs/performance.md
 	@tools/run_benchmarks
 
 fuzz:  ## fuzz each target for FUZZ_SECONDS (60); corpora stay in build/fuzz/corpus
-	@tools/install_packages build clang
+	@tools/install_packages build tool clang
 	@tools/build fuzz
 	@tools/run_fuzzers
 
@@ -102,7 +102,7 @@ docs:  ## the documentation site; build/docs/html/index.html
 	@tools/install_packages docs
 	@tools/make_docs
 
-docstest:  ## compile or run every code block of the pages (15 minutes of processor time), then make docs
+docstest:  ## compile or run every code block of the pages (2 minutes of processor time), then make docs
 	@tools/install_packages build tool test python docs recipes
 	@tools/build release gxshape gxshape_gxshape_io gxshape_gxshape_cairo gxshape_tool
 	@tools/build_python release

@@ -53,7 +53,7 @@ inline constexpr std::size_t gx_kFewToScan = 512;
 
 // ---- Regions of a set -----------------------------------------------------------------------------
 
-/// Regions that are asked one after the other, without a tree.  Row: clustered_set; questions have none
+/// Regions that are asked one after the other, without a tree.  Row: clustered_set (none shows questions)
 inline constexpr std::size_t gx_kFewRegions = 15;
 /// Questions to a set before its first index.                   No row shows it.
 inline constexpr std::uint64_t gx_kFirstSetIndex = 8;
