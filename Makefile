@@ -86,7 +86,7 @@ soak:  ## the random tests at full length, 100,000 rounds and more (two hours)
 	@tools/install_packages build test python
 	@tools/build release
 	@tools/build_python release
-	@GXSHAPE_SOAK=1 tools/run_tests release --timeout 36000
+	@tools/run_soak release
 
 bench:  ## the benchmarks, ours and the peers'; writes docs/performance.md
 	@tools/install_packages build test bench

@@ -97,40 +97,72 @@ void fillRaw(gxMoments& m) {
   m.raw03 = m.moment03 + 3.0 * y * m.moment02 + m.raw01 * y * y;
 }
 
+// Maps moments back from the scale of a frame, with one factor where the powers of the scale are far from the ends of
+// the range, else step by step.
+class Back {
+ public:
+  explicit Back(const gx_Frame& frame)
+      : frame_(&frame),
+        fourth_(frame.areaFrom(frame.areaFrom(1.0))),
+        fifth_(frame.lengthFrom(fourth_)) {}
+
+  double fourth(double value) const {
+    return ordinary(fourth_) ? value * fourth_ : frame_->areaFrom(frame_->areaFrom(value));
+  }
+  double fifth(double value) const {
+    return ordinary(fifth_) ? value * fifth_ : frame_->lengthFrom(fourth(value));
+  }
+
+ private:
+  static bool ordinary(double factor) { return factor > 1e-200 && factor < 1e200; }
+
+  const gx_Frame* frame_;
+  double fourth_;
+  double fifth_;
+};
+
 void fillCentral(const gx_MomentSums& s, const gx_Frame& frame, gxMoments& m) {
-  const auto fourth = [&frame](double value) { return frame.areaFrom(frame.areaFrom(value)); };
-  const auto fifth = [&](double value) { return frame.lengthFrom(fourth(value)); };
+  const Back back(frame);
   m.area = frame.areaFrom(s.area);
-  m.moment20 = fourth(s.m20);
-  m.moment11 = fourth(s.m11);
-  m.moment02 = fourth(s.m02);
-  m.moment30 = fifth(s.m30);
-  m.moment21 = fifth(s.m21);
-  m.moment12 = fifth(s.m12);
-  m.moment03 = fifth(s.m03);
+  m.moment20 = back.fourth(s.m20);
+  m.moment11 = back.fourth(s.m11);
+  m.moment02 = back.fourth(s.m02);
+  m.moment30 = back.fifth(s.m30);
+  m.moment21 = back.fifth(s.m21);
+  m.moment12 = back.fifth(s.m12);
+  m.moment03 = back.fifth(s.m03);
 }
 
 // The point that all centres are seen from: the first point there is.
-const gxVector<2>* firstPoint(const std::vector<gx_Ring>& rings) {
+const gxVector<2>* firstPoint(std::span<const gx_Ring> rings) {
   for (const gx_Ring& ring : rings) {
     if (!ring.points.empty()) return &ring.points[0];
   }
   return nullptr;
 }
 
-bool isFlat(const std::vector<gx_Ring>& rings) {
+bool isFlat(std::span<const gx_Ring> rings) {
   return std::all_of(rings.begin(), rings.end(), [](const gx_Ring& ring) {
     return ring.depth % 2 != 0 || gx_onOneLine(ring.points);
   });
 }
 
-gxMoments momentsOf(const std::vector<gx_Ring>& rings) {
+// Puts the box of all points into `box` and tells whether all of them are finite; not so, `box` holds anything.
+bool finiteBoxOf(std::span<const gx_Ring> rings, gx_Box& box) {
+  return std::all_of(rings.begin(), rings.end(), [&box](const gx_Ring& ring) {
+    gx_Box own;
+    const bool finite = gx_finiteBoxOf(ring.points, own);
+    box.add(own);
+    return finite;
+  });
+}
+
+gxMoments momentsOf(std::span<const gx_Ring> rings) {
   const gxVector<2>* first = firstPoint(rings);
   if (first == nullptr) return without(gxStatus::eEmpty);
-  if (!gx_allFinite(rings)) return without(gxStatus::eNotFinite);
-  if (!rings[0].closed) return without(gxStatus::eNotClosed);
   gx_Box box;
-  for (const gx_Ring& ring : rings) box.add(gx_boxOf(ring.points));
+  if (!finiteBoxOf(rings, box)) return without(gxStatus::eNotFinite);
+  if (!rings[0].closed) return without(gxStatus::eNotClosed);
   const gx_Frame frame(box);
   const gx_MomentSums sums = gx_momentsOf(rings, frame, *first, true);
   gxMoments m;
@@ -159,10 +191,12 @@ gxEllipse gxMoments::ellipse() const {
 }
 
 gxMoments gfMoments(std::span<const gxVector<2>> outline) {
-  return momentsOf(gx_ringsOf(outline));
+  const gx_Ring ring{outline};
+  return momentsOf({&ring, 1});
 }
 gxMoments gfMoments(const gxContour& contour) {
-  return momentsOf(gx_ringsOf(contour));
+  const gx_Ring ring{contour.points(), contour.isClosed()};
+  return momentsOf({&ring, 1});
 }
 gxMoments gfMoments(const gxRegion& region) {
   return momentsOf(gx_ringsOf(region));

@@ -35,7 +35,7 @@ double gx_ringLength(const gx_Ring& ring, const gx_Frame& frame) {
   return sum;
 }
 
-gxVector<2> gx_borderCentre(const std::vector<gx_Ring>& rings, const gx_Frame& frame) {
+gxVector<2> gx_borderCentre(std::span<const gx_Ring> rings, const gx_Frame& frame) {
   const auto begun =
       std::find_if(rings.begin(), rings.end(), [](const gx_Ring& ring) { return !ring.points.empty(); });
   if (begun == rings.end()) return {NAN, NAN};

@@ -30,7 +30,7 @@ struct gx_KeptSum {
 };
 
 /// Adds the terms of an edge from a to b, seen from the ring's first corner, to the sums of m00, m10, m01,
-/// m20, m11, m02, each times 2, 6, 6, 12, 24, 12.  An edge from a corner to itself adds nothing.
+/// m20, m11, m02, each times 2, 6, 6, 24, 24, 24.  An edge from a corner to itself adds nothing.
 template <class Number>
 GX_FOURFOLD void gx_addToMoments(const gx_Corner<Number>& a, const gx_Corner<Number>& b, Number* sums) {
   const Number w = a.x * b.y - b.x * a.y;
@@ -39,7 +39,7 @@ GX_FOURFOLD void gx_addToMoments(const gx_Corner<Number>& a, const gx_Corner<Num
   sums[0] += w;
   sums[1] += w * x;
   sums[2] += w * y;
-  sums[3] += w * (a.x * a.x + a.x * b.x + b.x * b.x);
-  sums[4] += w * (x * y + a.x * a.y + b.x * b.y);
-  sums[5] += w * (a.y * a.y + a.y * b.y + b.y * b.y);
+  sums[3] += w * (x * x + (a.x * a.x + b.x * b.x));
+  sums[4] += w * (x * y + (a.x * a.y + b.x * b.y));
+  sums[5] += w * (y * y + (a.y * a.y + b.y * b.y));
 }

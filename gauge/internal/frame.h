@@ -55,6 +55,10 @@ class GXSHAPE_API gx_Frame {
   /// Maps an area back; infinite or 0 where it leaves the range.
   double areaFrom(double area) const { return lengthFrom(lengthFrom(area)); }
 
+  /// The two factors of the scale, for loops that scale in lanes of their own: first times up(), then upAgain().
+  double up() const { return up_; }
+  double upAgain() const { return upAgain_; }
+
   /// Returns the middle of the box, the origin of the frame.
   const gxVector<2>& middle() const { return middle_; }
 

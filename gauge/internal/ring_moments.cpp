@@ -44,6 +44,16 @@ Two swapped(const Two& v) {
   return Two{v[1], v[0]};
 }
 
+// A corner, seen from the first, with the products that both of its edges need.
+struct Corner {
+  explicit Corner(const Two& p) : at(p), squares(p * p), product(p[0] * p[1]), cubes(squares * swapped(p)) {}
+
+  Two at;
+  Two squares;
+  double product;
+  Two cubes;  // x x y, y y x
+};
+
 // The sums of a block.  What one sum does with x and y another one does with y and x; the two go side by
 // side, each with the bits that it has alone (as gx_addToMoments adds them).
 struct Block {
@@ -55,22 +65,20 @@ struct Block {
   Two thirdBetween = {};  // m21, m12
 
   template <bool thirdOrder>
-  void add(const Two& a, const Two& b) {
-    const Two across = a * swapped(b);
+  void add(const Corner& a, const Corner& b) {
+    const Two across = a.at * swapped(b.at);
     const double w = across[0] - across[1];
-    const Two sum = a + b;
-    const Two aa = a * a;
-    const Two ab = a * b;
-    const Two bb = b * b;
+    const Two sum = a.at + b.at;
+    const Two squares = a.squares + b.squares;
+    const Two squared = sum * sum;
     m00 += w;
-    m11 += w * (sum[0] * sum[1] + a[0] * a[1] + b[0] * b[1]);
+    m11 += w * (sum[0] * sum[1] + (a.product + b.product));
     first += w * sum;
-    second += w * (aa + ab + bb);
+    second += w * (squared + squares);
     if constexpr (thirdOrder) {
-      const Two other = swapped(sum);
-      third += w * (sum * (aa + bb));
-      thirdBetween +=
-          w * (aa * (other + 2.0 * swapped(a)) + 2.0 * ab * other + bb * (other + 2.0 * swapped(b)));
+      const Two cubes = a.cubes + b.cubes;
+      third += w * (sum * squares);
+      thirdBetween += w * (squared * swapped(sum) + (cubes + cubes));
     }
   }
   Sums sums() const {
@@ -79,21 +87,44 @@ struct Block {
   }
 };
 
-Two asTwo(const gxVector<2>& v) {
-  return Two{v.x(), v.y()};
-}
+// Corners as seen from the first one, in the scale of a frame.
+class View {
+ public:
+  View(const gxVector<2>& first, const gx_Frame& frame)
+      : up_(frame.up()), upAgain_(frame.upAgain()), first_(scaled(first)) {}
+
+  Corner operator()(const gxVector<2>& p) const { return Corner(scaled(p) - first_); }
+
+ private:
+  Two scaled(const gxVector<2>& p) const { return Two{p.x(), p.y()} * up_ * upAgain_; }
+
+  double up_;
+  double upAgain_;
+  Two first_;
+};
 
 // The sums over all edges that do not touch the first point; those that do enclose nothing with it.
 template <bool third>
 Sums sumsOf(std::span<const gxVector<2>> points, const gx_Frame& frame) {
   Kept kept;
   if (points.size() < 3) return {};
-  const gxVector<2> first = frame.scaled(points[0]);
-  Two a = asTwo(frame.scaled(points[1]) - first);
+  const View seen(points[0], frame);
+  Corner a = seen(points[1]);
+  if (points.size() <= gx_kMomentBlock + 2) {  // a single block: rounding takes nothing from its sums
+    Block block;
+    for (const gxVector<2>& p : points.subspan(2)) {
+      const Corner b = seen(p);
+      block.add<third>(a, b);
+      a = b;
+    }
+    Sums sums = block.sums();
+    for (double& sum : sums) sum += 0.0;  // as a kept sum: no negative zero
+    return sums;
+  }
   for (std::size_t i = 2; i < points.size();) {
     Block block;
     for (const std::size_t end = std::min(i + gx_kMomentBlock, points.size()); i < end; ++i) {
-      const Two b = asTwo(frame.scaled(points[i]) - first);
+      const Corner b = seen(points[i]);
       block.add<third>(a, b);
       a = b;
     }
@@ -130,9 +161,9 @@ gx_MomentSums gx_ringMomentsFrom(const std::array<double, 10>& sums, const gxVec
   result.area = sign * sums[0] / 2.0;
   if (result.area == 0.0) return result;
   const gxVector<2> c(sums[1] / (3.0 * sums[0]), sums[2] / (3.0 * sums[0]));
-  result.m20 = sign * sums[3] / 12.0;
+  result.m20 = sign * sums[3] / 24.0;
   result.m11 = sign * sums[4] / 24.0;
-  result.m02 = sign * sums[5] / 12.0;
+  result.m02 = sign * sums[5] / 24.0;
   // From the first point to the centre, in the order in which each needs the one before.
   result.m20 -= result.area * c.x() * c.x();
   result.m11 -= result.area * c.x() * c.y();
@@ -149,7 +180,7 @@ gx_MomentSums gx_ringMomentsFrom(const std::array<double, 10>& sums, const gxVec
   return result;
 }
 
-gx_MomentSums gx_momentsOf(const std::vector<gx_Ring>& rings, const gx_Frame& frame,
+gx_MomentSums gx_momentsOf(std::span<const gx_Ring> rings, const gx_Frame& frame,
                            const gxVector<2>& from, bool thirdOrder) {
   if (rings.size() == 1) return gx_ringMoments(rings[0].points, frame, from, thirdOrder);
   std::vector<gx_MomentSums> parts;

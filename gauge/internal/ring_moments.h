@@ -28,10 +28,10 @@ GXSHAPE_API gx_MomentSums gx_ringMoments(std::span<const gxVector<2>> points, co
                                          const gxVector<2>& from, bool thirdOrder);
 
 /// Returns the same from the sums over its edges: m00, m10, m01, m20, m11, m02, m30, m21, m12, m03 about its
-/// first point, each times 2, 6, 6, 12, 24, 12, 20, 60, 60, 20; `first` is where that point lies.
+/// first point, each times 2, 6, 6, 24, 24, 24, 20, 60, 60, 20; `first` is where that point lies.
 GXSHAPE_API gx_MomentSums gx_ringMomentsFrom(const std::array<double, 10>& sums,
                                              const gxVector<2>& first, bool thirdOrder);
 
 /// Returns the moments of rings together, odd depths taken away, about their common centre.
-GXSHAPE_API gx_MomentSums gx_momentsOf(const std::vector<gx_Ring>& rings, const gx_Frame& frame,
+GXSHAPE_API gx_MomentSums gx_momentsOf(std::span<const gx_Ring> rings, const gx_Frame& frame,
                                        const gxVector<2>& from, bool thirdOrder);

@@ -20,9 +20,9 @@ TEST(EdgeTerms, TheSumsOfASquareAreItsMoments) {
   EXPECT_EQ(sums[0], 2.0 * 1.0);
   EXPECT_EQ(sums[1], 6.0 * 0.5);
   EXPECT_EQ(sums[2], 6.0 * 0.5);
-  EXPECT_EQ(sums[3], 12.0 / 3.0);
+  EXPECT_EQ(sums[3], 24.0 / 3.0);
   EXPECT_EQ(sums[4], 24.0 / 4.0);
-  EXPECT_EQ(sums[5], 12.0 / 3.0);
+  EXPECT_EQ(sums[5], 24.0 / 3.0);
 }
 
 TEST(EdgeTerms, FourSideBySideHaveTheBitsThatEachHasAlone) {

@@ -105,13 +105,13 @@ TEST(BorderLength, EdgesFarBelowTheSizeCount) {
 
 TEST(BorderLength, TheCentreIsWeightedWithLength) {
   const auto points = pointsOf("0 0, 4 0, 4 0");
-  EXPECT_EQ(gx_borderCentre({{points, false}}, gx_Frame(points)), gxVector<2>(2, 0));
+  EXPECT_EQ(gx_borderCentre(std::vector<gx_Ring>{{points, false}}, gx_Frame(points)), gxVector<2>(2, 0));
   const auto bent = pointsOf("0 0, 2 0, 2 6");
-  const auto centre = gx_borderCentre({{bent, false}}, gx_Frame(bent));
+  const auto centre = gx_borderCentre(std::vector<gx_Ring>{{bent, false}}, gx_Frame(bent));
   EXPECT_DOUBLE_EQ(centre.x(), (1 * 2 + 2 * 6) / 8.0);
   EXPECT_DOUBLE_EQ(centre.y(), 3 * 6 / 8.0);
   const auto point = pointsOf("5 6, 5 6");
-  EXPECT_EQ(gx_borderCentre({{point}}, gx_Frame(point)), gxVector<2>(5, 6));
+  EXPECT_EQ(gx_borderCentre(std::vector<gx_Ring>{{point}}, gx_Frame(point)), gxVector<2>(5, 6));
   EXPECT_TRUE(std::isnan(gx_borderCentre({}, gx_Frame()).x()));
 }
 
