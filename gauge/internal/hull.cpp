@@ -30,13 +30,6 @@ gx_Hull::gx_Hull(std::span<const gxVector<2>> points, const gx_Box& box)
   for (const auto& p : corners_) scaled_.push_back(frame_.scaled(p));
 }
 
-gxVector<2> gx_Hull::direction(std::size_t i) const {
-  const gxVector<2> e = edge(i);
-  // A corner may be as near to its neighbour as 2^-1074 of the size; scaled up it keeps its direction.
-  const bool tiny = std::max(std::fabs(e.x()), std::fabs(e.y())) < 0x1p-400;
-  return tiny ? e * 0x1p600 : e;
-}
-
 double gx_Hull::perimeter() const {
   double sum = 0.0;
   for (std::size_t i = 0; i < size(); ++i) {
@@ -123,6 +116,7 @@ gx_HullWidth gx_Hull::greatest() const {
     const double s = d * d;
     if (s < square * (1.0 - kEqual)) return;
     if (s <= square * (1.0 + kEqual)) {
+      if (from == best.from && to == best.to) return;  // the calipers meet a pair up to four times
       const int order =
           gx_CompareDistances(corners_[from], corners_[to], corners_[best.from], corners_[best.to]);
       if (order < 0) return;

@@ -5,6 +5,7 @@
 #include <gauge/internal/frame.h>
 #include <velstd/vector.h>
 
+#include <cmath>
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -39,7 +40,12 @@ class GXSHAPE_API gx_Hull {
   /// Returns the edge from corner i to the next.
   gxVector<2> edge(std::size_t i) const { return scaled_[next(i)] - scaled_[i]; }
   /// Returns a vector in the direction of that edge whose square is far from the end of the range.
-  gxVector<2> direction(std::size_t i) const;
+  gxVector<2> direction(std::size_t i) const {
+    const gxVector<2> e = edge(i);
+    // A corner may be as near to its neighbour as 2^-1074 of the size; scaled up it keeps its direction.
+    const bool tiny = std::fabs(e.x()) < 0x1p-400 && std::fabs(e.y()) < 0x1p-400;
+    return tiny ? e * 0x1p600 : e;
+  }
   std::size_t next(std::size_t i) const { return i + 1 == scaled_.size() ? 0 : i + 1; }
   const gx_Frame& frame() const { return frame_; }
 
