@@ -36,6 +36,7 @@
 // the same whatever the order of the points and whichever way is taken.  Of equal points that differ
 // in the sign of a zero the first is given.
 #include <velstd/convex_hull.h>
+#include <velstd/internal/four.h>
 #include <velstd/orientation.h>
 
 #include <algorithm>
@@ -44,6 +45,7 @@
 #include <cmath>
 #include <cstddef>
 #include <iterator>
+#include <utility>
 
 namespace {
 
@@ -296,34 +298,38 @@ class Inside {
     for (std::size_t i = 0; i < 8; ++i) {
       const Point from = around[i] - middle;
       const Point along = around[(i + 1) % 8] - around[i];
-      x_[i] = -along.y();
-      y_[i] = along.x();
+      const double x = -along.y();
+      const double y = along.x();
       // A point relative to the middle is at most `size` in each coordinate, and so is the end of an
       // edge.  Ten roundings of products of that size add up to less than the margin.
       const double margin =
           8.0 * DBL_EPSILON * (std::fabs(along.x()) * size.y() + std::fabs(along.y()) * size.x()) +
           DBL_MIN;
-      bound_[i] = x_[i] * from.x() + y_[i] * from.y() + margin;
+      double bound = x * from.x() + y * from.y() + margin;
       // An edge without a direction leaves the decision to the others.  Near the ends of the range
       // nothing is certain.
-      if (along == Point(0.0, 0.0)) bound_[i] = -1.0;
-      if (!(margin < 1e290)) bound_[i] = HUGE_VAL;
+      if (along == Point(0.0, 0.0)) bound = -1.0;
+      if (!(margin < 1e290)) bound = HUGE_VAL;
+      x_[i / 2][i % 2] = x;
+      y_[i / 2][i % 2] = y;
+      bound_[i / 2][i % 2] = bound;
     }
   }
 
   // Tells whether a point is certainly left of all edges that have a direction.
   bool has(const Point& p) const {
     const Point d = p - middle_;
-    bool inside = true;
-    for (std::size_t i = 0; i < 8; ++i) inside &= x_[i] * d.x() + y_[i] * d.y() > bound_[i];
-    return inside;
+    const auto isLeftOf = [&](std::size_t i) { return x_[i] * d.x() + y_[i] * d.y() > bound_[i]; };
+    const auto all = (isLeftOf(0) & isLeftOf(1)) & (isLeftOf(2) & isLeftOf(3));
+    return (all[0] & all[1]) != 0;
   }
 
  private:
   Point middle_;
-  std::array<double, 8> x_;
-  std::array<double, 8> y_;
-  std::array<double, 8> bound_;
+  // Two edges side by side.
+  std::array<gx_Two, 4> x_;
+  std::array<gx_Two, 4> y_;
+  std::array<gx_Two, 4> bound_;
 };
 
 // Deals the points that may be corners out to the chains in whose boxes they lie.
@@ -332,6 +338,9 @@ std::array<Points, 4> findCandidates(const Points& points, const std::array<Ends
   const Point high(-ends[2].first.x(), -ends[2].last.y());
   const Inside inside(ends, low * 0.5 + high * 0.5, high - low);
   std::array<Points, 4> candidates;
+  // As many as there are where few lie inside; of a long outline most do, and the lists grow as they must.
+  constexpr std::size_t kLikely = 256;
+  for (Points& some : candidates) some.reserve(std::min(points.size() / 4 + 16, kLikely));
   for (const Point& p : points) {
     if (inside.has(p)) continue;
     for (int k = 0; k < 4; ++k) {
@@ -348,7 +357,11 @@ std::array<Points, 4> findCandidates(const Points& points, const std::array<Ends
 // The lower left chain of the points added so far: x grows, y falls, every turn is to the left.
 class Chain {
  public:
-  explicit Chain(const Point& first) : corners_{first} {}
+  explicit Chain(const Point& first) {
+    constexpr std::size_t kLikely = 32;
+    corners_.reserve(kLikely);
+    corners_.push_back(first);
+  }
 
   // Takes a point that is not to the left of the first; returns false where its place is farther back
   // than a look at the last few corners tells.
@@ -365,7 +378,7 @@ class Chain {
     return true;
   }
 
-  const Points& corners() const { return corners_; }
+  Points& corners() { return corners_; }
 
  private:
   // Looks back from the last corner for the edge above or below p, which is to the left of it.
@@ -396,14 +409,14 @@ Points chainOf(const Points& candidates, const Ends& ends) {
   }
   if (aside.empty()) {
     chain.add(ends.last);
-    return chain.corners();
+    return std::move(chain.corners());
   }
   aside.insert(aside.end(), chain.corners().begin(), chain.corners().end());
   aside.push_back(ends.last);
   std::sort(aside.begin(), aside.end(), leftOf);
   Chain sorted(ends.first);
   for (const Point& p : aside) sorted.add(p);
-  return sorted.corners();
+  return std::move(sorted.corners());
 }
 
 bool isFinite(const Point& p) {
