@@ -13,6 +13,7 @@
 // in both directions; of equal distances the lower point wins.  Several points of these coordinates, as
 // an outline that touches itself has, all stay: any choice among them would depend on the start.
 #include <cntr/internal/index/edge_index.h>
+#include <gauge/internal/chord.h>
 #include <gauge/internal/frame.h>
 #include <gauge/simplify.h>
 #include <velstd/convex_hull.h>
@@ -20,46 +21,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <ostream>
 #include <utility>
 
 namespace {
 
 using Points = std::vector<gxVector<2>>;
-
-bool lower(const gxVector<2>& a, const gxVector<2>& b) {
-  return a.x() < b.x() || (a.x() == b.x() && a.y() < b.y());
-}
-
-// The square of the distance from a segment, times the square of its length; of the distance itself where
-// that is 0.
-class Chord {
- public:
-  Chord(const gxVector<2>& p, const gxVector<2>& q) : a_(lower(p, q) ? p : q), b_(lower(p, q) ? q : p) {
-    along_ = b_ - a_;
-    whole_ = along_ * along_;
-    scale_ = whole_ > 0.0 ? whole_ : 1.0;
-  }
-
-  double measure(const gxVector<2>& p) const {
-    const gxVector<2> v = p - a_;
-    const double dot = v * along_;
-    if (dot > 0.0 && dot < whole_) {
-      const double cross = gf_Cross(along_, v);
-      return cross * cross;
-    }
-    const gxVector<2> w = p - b_;
-    return (dot <= 0.0 ? v * v : w * w) * scale_;
-  }
-  double scale() const { return scale_; }
-
- private:
-  gxVector<2> a_;
-  gxVector<2> b_;
-  gxVector<2> along_;
-  double whole_;
-  double scale_;
-};
 
 // Tells whether the point lies on the segment, exactly.
 bool isOn(const gxVector<2>& a, const gxVector<2>& b, const gxVector<2>& p) {
@@ -92,11 +60,13 @@ std::pair<gxVector<2>, gxVector<2>> farthestPair(const Points& hull, const gx_Fr
     const gxVector<2> apart = framed[i] - framed[k];
     const double square = apart * apart;
     if (square < most) return;
-    const bool isTurned = lower(hull[k], hull[i]);
+    const bool isTurned = gx_isLower(hull[k], hull[i]);
     const gxVector<2>& p = hull[isTurned ? k : i];
     const gxVector<2>& q = hull[isTurned ? i : k];
-    const bool first = lower(p, best.first) || (p == best.first && lower(q, best.second));
-    if (square == most && !first) return;
+    const auto isFirst = [&] {
+      return gx_isLower(p, best.first) || (p == best.first && gx_isLower(q, best.second));
+    };
+    if (square == most && !isFirst()) return;
     best = {p, q};
     most = square;
   };
@@ -120,9 +90,14 @@ std::pair<gxVector<2>, gxVector<2>> farthestPair(const Points& hull, const gx_Fr
 class Simplifier {
  public:
   Simplifier(std::span<const gxVector<2>> source, bool closed, double tolerance)
-      : source_(source), closed_(closed), n_(source.size()), frame_(source), keeps_(source.size(), 0) {
-    points_.reserve(n_);
-    for (const gxVector<2>& p : source) points_.push_back(frame_.to(p));
+      : source_(source),
+        closed_(closed),
+        n_(source.size()),
+        frame_(source),
+        points_(source.begin(), source.end()),
+        measures_(new double[source.size()]),
+        keeps_(source.size(), 0) {
+    for (gxVector<2>& p : points_) p = frame_.to(p);
     const double inFrame = frame_.lengthTo(tolerance);
     square_ = inFrame * inFrame;
     exact_ = tolerance == 0.0;
@@ -182,10 +157,13 @@ class Simplifier {
   }
 
   std::vector<std::size_t> indices() const {
-    std::vector<std::size_t> kept;
+    std::vector<std::size_t> kept(n_ + 1);
+    std::size_t count = 0;
     for (std::size_t i = 0; i < n_; ++i) {
-      if (keeps_[i] != 0) kept.push_back(i);
+      kept[count] = i;
+      count += static_cast<std::size_t>(keeps_[i] != 0);
     }
+    kept.resize(count);
     return kept;
   }
 
@@ -198,15 +176,30 @@ class Simplifier {
     std::size_t to;
   };
 
+  // One or two stretches of numbers, the second where the run goes on at the start.
   template <class Visit>
-  void forEachBetween(const Run& run, const Visit& visit) const {
+  void forEachPart(const Run& run, const Visit& visit) const {
     if (run.from < run.to) {
-      for (std::size_t i = run.from + 1; i < run.to; ++i) visit(i);
+      if (run.from + 1 < run.to) visit(run.from + 1, run.to);
     } else if (closed_) {
-      for (std::size_t i = run.from + 1; i < n_; ++i) visit(i);
-      for (std::size_t i = 0; i < run.to; ++i) visit(i);
+      if (run.from + 1 < n_) visit(run.from + 1, n_);
+      if (run.to > 0) visit(std::size_t{0}, run.to);
     }
   }
+
+  template <class Visit>
+  void forEachBetween(const Run& run, const Visit& visit) const {
+    forEachPart(run, [&](std::size_t begin, std::size_t end) {
+      for (std::size_t i = begin; i < end; ++i) visit(i);
+    });
+  }
+
+  bool isEmpty(const Run& run) const {
+    return run.from < run.to ? run.from + 1 == run.to : !closed_ || (run.from + 1 == n_ && run.to == 0);
+  }
+
+  // Up to so many points a loop without lanes and without branches is quicker.
+  static constexpr std::size_t kFew = 10;
 
   // A point of a run: `n_` for none.  Whether others between have the same coordinates is only known to be
   // false.
@@ -215,21 +208,41 @@ class Simplifier {
     bool mayBeRepeated;
   };
 
-  // Returns the point farthest from the chord by measure, the lower one of equal ones.
-  Split farthest(const Run& run, const Chord& chord, double& measure) const {
-    Split best{n_, false};
+  // Returns the point farthest from the chord by measure, the lower one of equal ones; none where no measure is
+  // above `limit`.
+  Split farthest(const Run& run, const gx_Chord& chord, double limit) {
+    if (run.from < run.to && run.to - run.from <= kFew) {
+      const Split best = farthestOfFew(run, chord, limit);
+      if (!best.mayBeRepeated) return best;
+    }
+    const std::span<const gxVector<2>> points(points_);
     double most = -1.0;
-    forEachBetween(run, [&](std::size_t i) {
-      const double here = chord.measure(points_[i]);
-      if (here < most) return;
-      if (here == most && !lower(source_[i], source_[best.at])) {
-        best.mayBeRepeated = true;
-        return;
-      }
-      most = here;
-      best = {i, false};
+    forEachPart(run, [&](std::size_t begin, std::size_t end) {
+      most = std::max(most, chord.measureAll(points.subspan(begin, end - begin), &measures_[begin]));
     });
-    measure = most;
+    Split best{n_, false};
+    if (!(most > limit)) return best;
+    forEachBetween(run, [&](std::size_t i) {
+      if (measures_[i] != most) return;
+      if (best.at == n_ || gx_isLower(source_[i], source_[best.at])) {
+        best = {i, false};
+      } else {
+        best.mayBeRepeated = true;
+      }
+    });
+    return best;
+  }
+
+  // The same of a short run without a turn; any point, said to be repeated, where two measures are equal.
+  Split farthestOfFew(const Run& run, const gx_Chord& chord, double limit) const {
+    double most = limit;
+    Split best{n_, false};
+    for (std::size_t i = run.from + 1; i < run.to; ++i) {
+      const double here = chord.measure(points_[i]);
+      best.mayBeRepeated = best.mayBeRepeated || here == most;
+      best.at = here > most ? i : best.at;
+      most = here > most ? here : most;
+    }
     return best;
   }
 
@@ -237,40 +250,41 @@ class Simplifier {
   std::size_t notOn(const Run& run) const {
     std::size_t best = n_;
     forEachBetween(run, [&](std::size_t i) {
-      if (best != n_ && !lower(source_[i], source_[best])) return;
+      if (best != n_ && !gx_isLower(source_[i], source_[best])) return;
       if (!isOn(source_[run.from], source_[run.to], source_[i])) best = i;
     });
     return best;
   }
 
   // Returns the point at which the run has to be split, none where all are within the tolerance.
-  Split splitAt(const Run& run) const {
-    const Chord chord(points_[run.from], points_[run.to]);
-    double measure = 0.0;
-    const Split best = farthest(run, chord, measure);
-    if (best.at == n_) return best;
+  Split splitAt(const Run& run) {
+    const gx_Chord chord(points_[run.from], points_[run.to]);
+    if (!exact_) return farthest(run, chord, square_ * chord.scale());
     // With tolerance 0, what rounding may have made 0, or not, is decided exactly.
     constexpr double kRounding = 1e-28;
-    if (exact_) return measure > kRounding ? best : Split{notOn(run), true};
-    return measure > square_ * chord.scale() ? best : Split{n_, false};
+    const Split best = farthest(run, chord, kRounding);
+    return best.at == n_ ? Split{notOn(run), true} : best;
   }
 
   // Keeps that point of the run, and those with the same coordinates; appends the runs between.
   void keep(const Run& run, const Split& split, std::vector<Run>& runs) {
+    const auto wait = [&](const Run& part) {
+      if (!isEmpty(part)) runs.push_back(part);
+    };
     std::size_t from = run.from;
     if (!split.mayBeRepeated) {
       keeps_[split.at] = 1;
-      runs.push_back({from, split.at});
-      runs.push_back({split.at, run.to});
+      wait({from, split.at});
+      wait({split.at, run.to});
       return;
     }
     forEachBetween(run, [&](std::size_t i) {
       if (!(source_[i] == source_[split.at])) return;
       keeps_[i] = 1;
-      runs.push_back({from, i});
+      wait({from, i});
       from = i;
     });
-    runs.push_back({from, run.to});
+    wait({from, run.to});
   }
 
   void splitRunsBetweenKept() {
@@ -295,12 +309,12 @@ class Simplifier {
     for (std::size_t i = 0; i < n_; ++i) {
       if (keeps_[i] != 0 && !(source_[i] == anchors_.first) && !(source_[i] == anchors_.second)) return;
     }
-    const Chord chord(frame_.to(anchors_.first), frame_.to(anchors_.second));
+    const gx_Chord chord(frame_.to(anchors_.first), frame_.to(anchors_.second));
     std::size_t best = n_;
     double most = -1.0;
     for (std::size_t i = 0; i < n_; ++i) {
       const double here = chord.measure(points_[i]);
-      if (here > most || (here == most && lower(source_[i], source_[best]))) {
+      if (here > most || (here == most && gx_isLower(source_[i], source_[best]))) {
         most = here;
         best = i;
       }
@@ -313,9 +327,8 @@ class Simplifier {
 
   bool splitOnce(std::size_t from, std::size_t to) {
     std::vector<Run> runs;
-    double measure = 0.0;
     const Run run{from, to};
-    const Split found = farthest(run, Chord(points_[from], points_[to]), measure);
+    const Split found = farthest(run, gx_Chord(points_[from], points_[to]), -1.0);
     if (found.at == n_) return false;
     keep(run, found, runs);
     split(std::move(runs));
@@ -327,6 +340,7 @@ class Simplifier {
   std::size_t n_;
   gx_Frame frame_;
   Points points_;
+  std::unique_ptr<double[]> measures_;  // of a run, by the numbers of its points
   std::vector<char> keeps_;
   std::pair<gxVector<2>, gxVector<2>> anchors_;
   double square_ = 0.0;
