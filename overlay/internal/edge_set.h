@@ -25,10 +25,19 @@ inline bool gx_boxesMeet(const gx_Box& a, const gx_Box& b) {
 #endif
 }
 
-/// The box of two finite points.
+/// The box of two finite points.  (Made of single numbers, it would be read as pairs before it is written.)
 inline gx_Box gx_boxOfEdge(const gxVector<2>& p, const gxVector<2>& q) {
+#if defined(__SSE2__)
+  const __m128d first = _mm_loadu_pd(reinterpret_cast<const double*>(&p));
+  const __m128d second = _mm_loadu_pd(reinterpret_cast<const double*>(&q));
+  gx_Box box;
+  _mm_storeu_pd(&box.lowX, _mm_min_pd(first, second));
+  _mm_storeu_pd(&box.highX, _mm_max_pd(first, second));
+  return box;
+#else
   return {p.x() < q.x() ? p.x() : q.x(), p.y() < q.y() ? p.y() : q.y(), p.x() > q.x() ? p.x() : q.x(),
           p.y() > q.y() ? p.y() : q.y()};
+#endif
 }
 
 /// The points of closed rings and open chains, one behind the other, without points that repeat the one
