@@ -265,7 +265,7 @@ void gx_Noding::piecesOf_(std::uint32_t edge, const gx_Box& within, std::vector<
   End from{edges_.from(edge), start, (flags_[start] & eNode) != 0};
   bool bent = false;
   const auto add = [&](const End& to, bool isBent) {
-    if (gx_boxesMeet(gx_boxOfEdge(from.at, to.at), within)) pieces.push_back({from, to, edge, isBent});
+    if (gx_boxesMeet(gx_boxOfEdge(from.at, to.at), within)) pieces.push_back({from, to, edge, isBent ? 1U : 0U});
   };
   if (isSplit(edge)) {
     for (std::size_t i = firstInside_(edge);
@@ -327,7 +327,7 @@ void gx_Noding::bentPair_(std::uint32_t edge, std::uint32_t other) {
     const gx_Box own = gx_boxOfEdge(s.from.at, s.to.at);
     steps_.looked(others_.size());
     for (const Piece& t : others_) {
-      if ((s.isBent || t.isBent) && gx_boxesMeet(own, gx_boxOfEdge(t.from.at, t.to.at)))
+      if ((s.isBent | t.isBent) != 0 && gx_boxesMeet(own, gx_boxOfEdge(t.from.at, t.to.at)))
         piecePair_(s, t);
     }
   }
@@ -355,7 +355,7 @@ void gx_Noding::piecePair_(const Piece& s, const Piece& t) {
 // Pieces with a common end meet elsewhere only where they go the same way from there.
 void gx_Noding::sharedEnd_(const Piece& s, const End& own, const End& far, const Piece& t,
                            const End& other, const End& otherFar) {
-  const bool sameVertex = own.vertex != gx_EdgeSet::kNone && own.vertex == other.vertex;
+  const bool sameVertex = own.vertex() != gx_EdgeSet::kNone && own.vertex() == other.vertex();
   if (!sameVertex) {
     ensureNode_(own);
     ensureNode_(other);
@@ -387,5 +387,5 @@ void gx_Noding::onPiece_(const Piece& piece, const gxVector<2>& p, bool bends) {
 }
 
 void gx_Noding::ensureNode_(const End& end) {
-  if (!end.isNode) mark_(end.vertex, nodes_.add(end.at));
+  if (!end.isNode()) mark_(end.vertex(), nodes_.add(end.at));
 }

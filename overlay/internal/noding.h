@@ -64,10 +64,17 @@ class GXSHAPE_API gx_Noding {
  private:
   enum Flag : unsigned char { eSplit = 1, eNode = 2, eClosing = 4, eBent = 8 };
   // An end of a piece: a node, or a vertex that is none yet.
+  // The end of a piece.  Vertex and mark are one number, because ends are copied a moment after they are made, and a copy
+  // of 8 bytes waits for two smaller stores.
   struct End {
+    End(const gxVector<2>& place, std::uint32_t number, bool isMarked)
+        : at(place), tag((static_cast<std::uint64_t>(isMarked) << 32U) | number) {}
+
+    std::uint32_t vertex() const { return static_cast<std::uint32_t>(tag); }  // kNone at a node inside of an edge
+    bool isNode() const { return (tag >> 32U) != 0; }
+
     gxVector<2> at;
-    std::uint32_t vertex;  // kNone at a node inside of an edge
-    bool isNode;
+    std::uint64_t tag;
   };
   struct Near {
     std::uint32_t edge;
@@ -77,7 +84,7 @@ class GXSHAPE_API gx_Noding {
     End from;
     End to;
     std::uint32_t edge;
-    bool isBent;  // ends at a crossing of the last round
+    std::uint32_t isBent;  // 1 where it ends at a crossing of the last round
   };
 
   void markChainEnds_();
