@@ -53,7 +53,7 @@ using Point = gxVector<2>;
 using Points = std::vector<Point>;
 
 // Turns by k quarters clockwise, and back.
-Point turned(const Point& p, int quarters) {
+inline Point turned(const Point& p, int quarters) {
   switch (quarters) {
     case 0: return p;
     case 1: return {p.y(), -p.x()};
@@ -346,7 +346,7 @@ std::array<Points, 4> findCandidates(const Points& points, const std::array<Ends
     for (int k = 0; k < 4; ++k) {
       const auto i = static_cast<std::size_t>(k);
       const Point q = turned(p, k);
-      if (q.x() <= ends[i].last.x() && q.y() <= ends[i].first.y()) candidates[i].push_back(q);
+      if (q.x() <= ends[i].last.x() && q.y() <= ends[i].first.y()) candidates[i].emplace_back(q.x(), q.y());
     }
   }
   return candidates;
