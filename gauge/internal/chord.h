@@ -15,7 +15,7 @@ inline bool gx_isLower(const gxVector<2>& a, const gxVector<2>& b) {
 }
 
 /// A chord, from which distances have the same bits in both directions: they are computed from its lower end.
-class gx_Chord {
+class GXSHAPE_API gx_Chord {
  public:
   gx_Chord(const gxVector<2>& p, const gxVector<2>& q) {
     const bool inOrder = gx_isLower(p, q);

@@ -117,9 +117,7 @@ Sums sumsOf(std::span<const gxVector<2>> points, const gx_Frame& frame) {
       block.add<third>(a, b);
       a = b;
     }
-    Sums sums = block.sums();
-    for (double& sum : sums) sum += 0.0;  // as a kept sum: no negative zero
-    return sums;
+    return block.sums();
   }
   for (std::size_t i = 2; i < points.size();) {
     Block block;

@@ -114,6 +114,18 @@ TEST(Moments, KnownShapesInAnyPlace) {
   }
 }
 
+TEST(Moments, ATinyHoleDoesNotSetTheScaleOfALargeOutline) {
+  const gxRegion plate(pointsOf("-1e150 -1e150, 1e150 -1e150, 1e150 1e150, -1e150 1e150"),
+                       {pointsOf("-1 -1, 1 -1, 1 1, -1 1")});
+  const auto m = gfMoments(plate);
+  EXPECT_EQ(m.status, gxStatus::eOk);
+  EXPECT_DOUBLE_EQ(m.area, 4e300);
+  EXPECT_NEAR(m.centre.x(), 0.0, 1e135);
+  EXPECT_NEAR(m.centre.y(), 0.0, 1e135);
+  EXPECT_NEAR(m.eta20, 1.0 / 12.0, 1e-15);
+  EXPECT_NEAR(m.hu[0], 1.0 / 6.0, 1e-15);
+}
+
 TEST(Moments, TheHigherInvariantsOfShapesWithoutSymmetry) {
   // Symmetric shapes have zeros there, in which errors hide.
   const auto triangle = momentsOf(pointsOf("0 0, 2 0, 1 0x1.bb67ae8584caap0"));

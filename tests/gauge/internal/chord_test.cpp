@@ -62,7 +62,8 @@ TEST(Chord, ManyPointsHaveTheBitsThatEachHasAloneInBothDirections) {
     double expected = -1.0;
     for (std::size_t i = 0; i < points.size(); ++i) {
       const double alone = gx_Chord(a, b).measure(points[i]);
-      ASSERT_TRUE(sameBits(measures[i], alone)) << i << " of " << points.size() << ", " << random.trace();
+      ASSERT_TRUE(sameBits(measures[i], alone))
+          << i << " of " << points.size() << ", " << random.trace();
       ASSERT_TRUE(sameBits(turned[i], alone)) << i << " of " << points.size() << ", " << random.trace();
       expected = std::max(expected, alone);
     }
