@@ -70,7 +70,7 @@ struct Stretch {
   }
   // Half the length of the way, or a little more: an arc of 60 degrees is longer than its chord by a 20th.
   double reach(double r) const {
-    return 0.5 * ((to - from).len() + 1.05 * r * (toDirection - fromDirection).len());
+    return 0.5 * (gx_lengthOf(to - from) + 1.05 * r * gx_lengthOf(toDirection - fromDirection));
   }
 };
 
@@ -219,7 +219,7 @@ void Roll::proveNode(const Boxes& boxes, std::size_t level, std::size_t i, doubl
 bool Roll::leavesOut(const gx_Box& box, const Limit& first) {
   const Point low(box.lowX, box.lowY);
   const Point high(box.highX, box.highY);
-  const double half = 0.5 * (high - low).len();
+  const double half = 0.5 * gx_lengthOf(high - low);
   if (half > 2.0 * first.radius) return false;
   const std::array<Point, 4> corners{low, Point(box.highX, box.lowY), high, Point(box.lowX, box.highY)};
   const auto stops = [&](std::size_t q) {

@@ -242,7 +242,7 @@ std::size_t gxLocator::Data::nearestEdge(const Point& p) const {
   std::size_t best = 0;
   double distance = kInfinity;
   const auto offer = [&](std::size_t i) {
-    const double d = gx_footOn(edges[i].a, edges[i].b, p).distance;
+    const double d = gx_distanceFrom(edges[i].a, edges[i].b, p);
     if (d < distance || (d == distance && i < best)) {
       distance = d;
       best = i;

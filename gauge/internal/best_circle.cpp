@@ -151,7 +151,7 @@ gxVector<2> gx_BestCircle::awayFrom(std::size_t i) const {
 Point gx_BestCircle::farthestFrom(const std::vector<std::size_t>& held, double& reach) const {
   Point best{kNaN, kNaN};
   const auto consider = [&](const Point& p) {
-    if (!std::isfinite(p.x()) || !std::isfinite(p.y()) || (p - centre).len() > 4.0 * radius) return;
+    if (!std::isfinite(p.x()) || !std::isfinite(p.y()) || gx_lengthOf(p - centre) > 4.0 * radius) return;
     double least = kInfinity;
     for (const std::size_t i : held) least = std::min(least, distanceFrom(i, p));
     if (!(least > reach)) return;
@@ -199,8 +199,9 @@ Point gx_BestCircle::equidistant(const std::array<std::size_t, 3>& edges) const 
       move = Point((du * v.y() - dv * u.y()) / cross, (dv * u.x() - du * v.x()) / cross);
     }
     p += move;
-    if (!(move.len() < 1e3 * radius)) return {kNaN, kNaN};
-    if (move.len() <= 1e-17 * radius) break;
+    const double moved = gx_lengthOf(move);
+    if (!(moved < 1e3 * radius)) return {kNaN, kNaN};
+    if (moved <= 1e-17 * radius) break;
   }
   return p;
 }

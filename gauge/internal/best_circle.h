@@ -36,7 +36,7 @@ class GXSHAPE_API gx_BestCircle {
   bool isInside(const gxVector<2>& p) const { return data_.locate(p).state == gxState::eInside; }
   const gx_Edge& edge(std::size_t i) const { return data_.tree.edges()[i]; }
   double distanceFrom(std::size_t i, const gxVector<2>& p) const {
-    return gx_footOn(edge(i).a, edge(i).b, p).distance;
+    return gx_distanceFrom(edge(i).a, edge(i).b, p);
   }
 
   /// Tells whether more looks were taken than were granted.

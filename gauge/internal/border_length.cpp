@@ -3,31 +3,23 @@
 #include <cntr/internal/outline/edge_walk.h>
 #include <gauge/internal/border_length.h>
 #include <gauge/internal/edge_terms.h>
+#include <gauge/internal/segments.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 
-namespace {
-
-double lengthOf(const gxVector<2>& a, const gxVector<2>& b) {
-  const gxVector<2> d = b - a;
-  const double square = d * d;
-  return square > 1e-280 ? std::sqrt(square) : d.len();
-}
-
-}  // namespace
-
 double gx_ringLength(const gx_Ring& ring, const gx_Frame& frame) {
   const auto& points = ring.points;
   if (points.size() < 2) return 0.0;
-  double sum = ring.closed ? lengthOf(frame.scaled(points.back()), frame.scaled(points.front())) : 0.0;
+  double sum =
+      ring.closed ? gx_lengthOf(frame.scaled(points.front()) - frame.scaled(points.back())) : 0.0;
   gxVector<2> a = frame.scaled(points[0]);
   for (std::size_t i = 1; i < points.size();) {
     double block = 0.0;
     for (const std::size_t end = std::min(i + gx_kLengthBlock, points.size()); i < end; ++i) {
       const gxVector<2> b = frame.scaled(points[i]);
-      block += lengthOf(a, b);
+      block += gx_lengthOf(b - a);
       a = b;
     }
     sum += block;
@@ -47,7 +39,7 @@ gxVector<2> gx_borderCentre(std::span<const gx_Ring> rings, const gx_Frame& fram
     gx_forEachEdge(ring.points.size(), ring.closed, [&](std::size_t i, std::size_t j, std::size_t) {
       const gxVector<2> a = frame.scaled(ring.points[i]) - origin;
       const gxVector<2> b = frame.scaled(ring.points[j]) - origin;
-      const double length = lengthOf(a, b);
+      const double length = gx_lengthOf(b - a);
       total += length;
       weighted += (a + b) * (0.5 * length);
     });

@@ -32,13 +32,23 @@ gx_Gap crossing(const Point& a, const Point& b, const Point& c, const Point& d) 
 
 }  // namespace
 
+double gx_distanceFrom(const Point& a, const Point& b, const Point& p) {
+  const Point d = b - a;
+  const Point v = p - a;
+  const double along = d * v;
+  const double whole = d * d;
+  if (!(along > 0.0) || whole == 0.0) return gx_lengthOf(v);
+  if (along >= whole) return gx_lengthOf(p - b);
+  return std::fabs(gf_DifferenceOfProducts(d.x(), v.y(), d.y(), v.x())) / std::sqrt(whole);
+}
+
 gx_Foot gx_footOn(const Point& a, const Point& b, const Point& p) {
   const Point d = b - a;
   const Point v = p - a;
   const double along = d * v;
   const double whole = d * d;
-  if (!(along > 0.0) || whole == 0.0) return {0.0, a, v.len()};
-  if (along >= whole) return {1.0, b, (p - b).len()};
+  if (!(along > 0.0) || whole == 0.0) return {0.0, a, gx_lengthOf(v)};
+  if (along >= whole) return {1.0, b, gx_lengthOf(p - b)};
   const double t = along / whole;
   // From the nearer end, where less is rounded.
   const Point foot = t <= 0.5 ? a + d * t : b - d * (1.0 - t);

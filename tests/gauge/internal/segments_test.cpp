@@ -1,6 +1,7 @@
 #include <gauge/internal/segments.h>
 #include <gtest/gtest.h>
 #include <support/random_shapes.h>
+#include <support/same_bits.h>
 
 #include <cmath>
 
@@ -67,6 +68,29 @@ TEST(Segments, RandomGapsAgainstManyPoints) {
     EXPECT_NEAR((p[0] + (p[1] - p[0]) * gap.s - gap.p).len(), 0, 1e-14);
     EXPECT_NEAR((p[2] + (p[3] - p[2]) * gap.t - gap.q).len(), 0, 1e-14);
     EXPECT_EQ(gap.distance == 0.0, gx_segmentsMeet(p[0], p[1], p[2], p[3]));
+  }
+}
+
+TEST(Segments, TheDistanceAloneHasTheBitsOfTheFoot) {
+  RandomShapes random("distance alone", 2000);
+  while (random.next()) {
+    const auto point = [&] {
+      const double size = random.chance(0.2) ? 1e-150 : 1.0;
+      return gxVector<2>(size * random.integer(-3, 3), size * random.uniform(-2.0, 2.0));
+    };
+    const gxVector<2> a = point();
+    const gxVector<2> b = random.chance(0.1) ? a : point();
+    const gxVector<2> p = random.chance(0.1) ? b : point();
+    ASSERT_TRUE(sameBits(gx_distanceFrom(a, b, p), gx_footOn(a, b, p).distance)) << random.trace();
+  }
+}
+
+TEST(Segments, LengthsHaveTheBitsOfLen) {
+  for (const double size :
+       {0.0, 1e-300, 1e-160, 9e-141, 1e-140, 1.1e-140, 1.0, 9e139, 1e140, 1e150, 1e300}) {
+    for (const gxVector<2>& v : {gxVector<2>(0.6, -0.8), gxVector<2>(1, 0), gxVector<2>(-0.3, 1)}) {
+      EXPECT_TRUE(sameBits(gx_lengthOf(v * size), (v * size).len())) << size;
+    }
   }
 }
 
