@@ -4,21 +4,15 @@
 // number that a double holds exactly, the power of ten is exact too, so one multiplication or division
 // rounds once and right (W. Clinger, "How to read floating point numbers accurately", 1990).  All others
 // go through std::from_chars, which is right for every text and knows no locale; the first kind is three
-// times faster without it.
+// times faster without it.  The most usual of the first kind are read by the header, within their caller.
 #include <io/internal/text_scanner.h>
 
-#include <array>
-#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 
 namespace {
-
-constexpr std::array<double, 23> kTens = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                          1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                          1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
@@ -27,38 +21,17 @@ bool isLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-// Eight digits in eight bytes, the first in the lowest, as a number: pairs, then fours, then all are put together
-// by one multiplication each.
-std::uint64_t eightDigits(std::uint64_t bytes) {
-  bytes = (bytes * 2561) >> 8;
-  bytes = ((bytes & 0x00ff00ff00ff00ff) * 6553601) >> 16;
-  return ((bytes & 0x0000ffff0000ffff) * 42949672960001) >> 32;
-}
-
 // Appends the digits behind a point to a number, which may wrap around behind 19 of them; returns their end.  Eight
 // at a time, since most of the time of reading goes here: coordinates with 6 digits behind the point are read 1.3
 // times as fast as digit by digit.  (The digits before the point are too few for that: done the same way, the
 // gain was lost.)
 const char* takeFraction(const char* p, const char* end, std::uint64_t& number) {
-  constexpr std::array<std::uint64_t, 9> kPowers = {1,      10,      100,      1000,     10000,
-                                                    100000, 1000000, 10000000, 100000000};
-  if constexpr (std::endian::native == std::endian::little) {
-    while (end - p >= 8) {
-      std::uint64_t bytes = 0;
-      std::memcpy(&bytes, p, 8);
-      bytes ^= 0x3030303030303030;
-      // The high bit of each byte that is no digit.
-      const std::uint64_t others = ((bytes + 0x7676767676767676) | bytes) & 0x8080808080808080;
-      if (others == 0) {
-        number = number * kPowers[8] + eightDigits(bytes);
-        p += 8;
-        continue;
-      }
-      const auto count = static_cast<unsigned>(std::countr_zero(others)) / 8;
-      if (count == 0) return p;
-      number = number * kPowers[count] + eightDigits(bytes << (64 - 8 * count));
-      return p + count;
-    }
+  while (std::endian::native == std::endian::little && end - p >= 8) {
+    const auto run = gx_DigitRun::at(p);
+    if (run.count == 0) return p;
+    number = number * gn_wholeTens[run.count] + run.value();
+    p += run.count;
+    if (run.count < 8) return p;
   }
   while (p != end && isDigit(*p)) number = 10 * number + static_cast<std::uint64_t>(*p++ - '0');
   return p;
@@ -147,8 +120,8 @@ bool gx_TextScanner::plainNumber(double& value) {
     if (behind == 0) return false;
   }
   if (count > 18 || digits > (std::uint64_t{1} << 53)) return false;
-  if (p != end_ && (isLetter(*p) || *p == '.')) return false;
-  value = static_cast<double>(digits) / kTens[static_cast<std::size_t>(behind)];
+  if (p != end_ && continuesNumber(*p)) return false;
+  value = static_cast<double>(digits) / gn_exactTens[static_cast<std::size_t>(behind)];
   if (minus) value = -value;
   at_ = p;
   return true;
@@ -171,22 +144,35 @@ double gx_TextScanner::anyNumber() {
   return value;
 }
 
-double gx_TextScanner::number() {
-  skipSpace();
+double gx_TextScanner::longNumber() {
   double value = 0.0;
   if (plainNumber(value)) return value;
   const char* const first = at_;
   value = anyNumber();
   // "nan" may have a payload in brackets for from_chars, which WKT would take for its own bracket.
   if (std::isnan(value) && at_[-1] == ')') at_ = first + (*first == '-' || *first == '+' ? 4 : 3);
-  if (at_ != end_ && (isLetter(*at_) || *at_ == '.')) {
+  if (at_ != end_ && continuesNumber(*at_)) {
     fail(gxReadError::Code::eBadNumber, "number expected, found " + here());
   }
   return value;
 }
 
+// JSON allows no zero before other digits, and nothing but space or a bracket behind a number; a sign there is left
+// for isJsonNumber to find.
+bool gx_TextScanner::shortJsonNumber(double& value) {
+  const gx_TextScanner before = *this;
+  if (!shortNumber(value)) return false;
+  const char* const digits = *before.at_ == '-' ? before.at_ + 1 : before.at_;
+  const bool isPadded = digits[0] == '0' && digits[1] != '.';
+  if (!isPadded && *at_ != '-' && *at_ != '+') return true;
+  *this = before;
+  return false;
+}
+
 double gx_TextScanner::jsonNumber() {
   skipSpace();
+  double value = 0.0;
+  if (shortJsonNumber(value)) return value;
   const char* first = at_;
   const char* past = at_;
   while (past != end_ &&
@@ -198,7 +184,6 @@ double gx_TextScanner::jsonNumber() {
     fail(constant ? gxReadError::Code::eBadSyntax : gxReadError::Code::eBadNumber,
          "number expected, found " + here());
   }
-  double value = 0.0;
   return plainNumber(value) ? value : anyNumber();
 }
 

@@ -127,6 +127,15 @@ TEST(Wkt, EveryKind) {
   EXPECT_EQ(fromWkt("GEOMETRYCOLLECTION EMPTY").kind, Kind::eEmpty);
 }
 
+TEST(Wkt, SpaceOfEveryKindMayStandBetweenWords) {
+  EXPECT_EQ(fromWkt("\tPOLYGON\t(\t( 0\t0 ,\r1 0\n,\t0  1\t)\r\n)\r").points,
+            (Points{{0, 0}, {1, 0}, {0, 1}}));
+  EXPECT_THROW(fromWkt("POINT (1\v2)"), gxReadError);
+  EXPECT_THROW(fromWkt("POINT (1\xa0"
+                       "2)"),
+               gxReadError);
+}
+
 TEST(Wkt, MoreCoordinatesAreDroppedAndRemembered) {
   const gxRecord record = fromWkt("SRID=4326;POLYGON ZM ((0 0 7 8, 1 0 7 8, 0 1 7 8))");
   EXPECT_EQ(record.points, (Points{{0, 0}, {1, 0}, {0, 1}}));
@@ -244,6 +253,18 @@ TEST(GeoJson, FeaturesCollectionsAndBareGeometries) {
   EXPECT_EQ(all[0].kind, Kind::eEmpty);
   EXPECT_EQ(all[1].partEnds, (Ends{1, 1}));
   EXPECT_EQ(all[1].id.text, "q");
+}
+
+TEST(GeoJson, LaidOutOverManyLines) {
+  const auto all = allOf(
+      "{\r\n\t\"type\" : \"FeatureCollection\",\n\t\"features\" : "
+      "[\n\t\t{\n\t\t\t\"type\":\t\"Feature\",\r\n \"id\"\n:\t7,"
+      "\"geometry\": {\n\"type\": "
+      "\"Polygon\",\n\"coordinates\":\n[\n[\n[\n0\n,\n0.5\n]\n,\t[\t1\t,\t0\t]\r,\r[\r0\r,\r1\r]\n]\t]"
+      "\r}\n}\n]\n}\n");
+  ASSERT_EQ(all.size(), 1U);
+  EXPECT_EQ(all[0].id.text, "7");
+  EXPECT_EQ(all[0].points, (Points{{0, 0.5}, {1, 0}, {0, 1}}));
 }
 
 TEST(GeoJson, WhatIsWrongHasItsWord) {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 #include <io/json.h>
+#include <io/number_writer.h>
 #include <io/wkb.h>
 #include <io/wkt.h>
 #include <support/random_doubles.h>
@@ -30,6 +31,28 @@ std::string wktOutcome(const std::string& line) {
   EXPECT_EQ(all.size(), 2U) << line;
   EXPECT_EQ(all.back(), "ok") << line;
   return all.front();
+}
+
+std::string digitsOf(double value) {
+  std::string text;
+  gfAppendNumber(value, text);
+  return text;
+}
+
+// The coordinates of a line, or what is wrong with it.
+std::string reading(gxFormat format, const std::string& line) {
+  std::istringstream stream(line + '\n');
+  gxRecordReader reader(stream, {.format = format});
+  gxRecord record;
+  try {
+    reader.next(record);
+  } catch (const gxReadError& error) {
+    return std::string(error.name()) + ": " + error.cause();
+  }
+  std::string text;
+  for (const auto& p : record.points)
+    text += digitsOf(p.x()) + ' ' + digitsOf(p.y()) + (std::signbit(p.y()) ? "-, " : ", ");
+  return text;
 }
 
 // A text with some bytes changed, cut out, doubled, or cut off at the end.
@@ -88,9 +111,32 @@ TEST(Hostile, NumbersAreRoundedAsTheStandardLibraryDoes) {
     text.insert(static_cast<std::size_t>(1 + random.whole(static_cast<int>(text.size()))), ".");
     text += "5";
     gxRecord record;
-    gfReadWkt("POINT (-" + text + ' ' + text + "e3)", record);
+    gfReadWkt("MULTIPOINT (-" + text + ' ' + text + "e3, " + text + " 00000000000000001)", record);
     ASSERT_EQ(record.points[0].x(), -std::strtod(text.c_str(), nullptr)) << text;
     ASSERT_EQ(record.points[0].y(), std::strtod((text + "e3").c_str(), nullptr)) << text;
+    ASSERT_EQ(record.points[1].x(), std::strtod(text.c_str(), nullptr)) << text;
+  }
+}
+
+// Away from the end of a record a shorter way reads most numbers.  It must take the same texts for numbers, and find
+// the same values and mistakes, as the way that the last number of a record goes.
+TEST(Hostile, ANumberIsReadAlikeWhateverFollows) {
+  constexpr std::uint64_t kSeed = 11;
+  SCOPED_TRACE(kSeed);
+  RandomDoubles random(kSeed);
+  const std::string space(20, ' ');
+  const std::string kLetters = "0123456789012345678900..-+eEn,";
+  for (int i = 0; i < 30000; ++i) {
+    std::string text;
+    for (int k = random.whole(10) + 1; k > 0; --k)
+      text += kLetters[static_cast<std::size_t>(random.whole(static_cast<int>(kLetters.size())))];
+    if (random.whole(2) == 0)
+      text = std::to_string(random.whole(100000000)) + '.' + std::to_string(random.whole(100000000)) +
+             text.substr(0, static_cast<std::size_t>(random.whole(2)));
+    ASSERT_EQ(reading(gxFormat::eWkt, "MULTIPOINT (1 " + text + ')'),
+              reading(gxFormat::eWkt, "MULTIPOINT (1 " + text + space + ')'));
+    ASSERT_EQ(reading(gxFormat::eJsonl, "{\"points\":[[1," + text + "]]}"),
+              reading(gxFormat::eJsonl, "{\"points\":[[1," + text + space + "]]}"));
   }
 }
 

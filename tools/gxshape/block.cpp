@@ -41,6 +41,23 @@ std::string codeOf(const std::string& what) {
   return code;
 }
 
+void Block::clear() {
+  constexpr std::size_t kUsual = std::size_t{4} << 20;
+  if (text.capacity() > kUsual || out.capacity() > kUsual) {
+    *this = Block();
+    return;
+  }
+  raws.clear();
+  text.clear();
+  out.clear();
+  pieces.clear();
+  failures.clear();
+  sums.clear();
+  records = 0;
+  isGood = true;
+  hadMore = isLast = false;
+}
+
 void Worker::run(Block& block) {
   block.sums.resize(plan_.statColumns.size());
   for (const auto& raw : block.raws) {

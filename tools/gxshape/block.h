@@ -55,6 +55,9 @@ struct Block {
   bool isGood = true;    ///< no record was found wanting
   bool hadMore = false;  ///< coordinates beyond x and y were dropped
   bool isLast = false;   ///< a failure ends the run, here
+
+  /// Drops everything but the memory; that too where a long record has made it large.
+  void clear();
 };
 
 /// How blocks are answered; the same for all of a run.

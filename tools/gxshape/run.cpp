@@ -141,7 +141,7 @@ class Run {
     bool isWhole = true;
     bool atEnd = false;
     while (!atEnd && !isOver()) {
-      auto block = std::make_unique<Block>();
+      auto block = emptyBlock();
       try {
         atEnd = !fill(input, reader, *block);
       } catch (const gxReadError& error) {
@@ -151,14 +151,30 @@ class Run {
       }
       if (!block->raws.empty()) pool.give(std::move(block));
       while (!pool.isEmpty() && (atEnd || pool.isFull() || options_.lines))
-        write(input.name(), *pool.take());
+        writeFirst(input.name(), pool);
       messages_.progress(records_, reader.bytesCut(), input.size());
       if (options_.lines && !reader.hasBuffered() && !input.buffer().hasWaiting())
         output_->stream().flush();
     }
-    while (!pool.isEmpty()) write(input.name(), *pool.take());
+    while (!pool.isEmpty()) writeFirst(input.name(), pool);
     if (input.buffer().failed()) throw FileError{input.name() + ": cannot be read"};
     return isWhole;
+  }
+
+  // Blocks that were written are filled again: a new MiB from the system costs a fifth of the time that reading it
+  // as well-known text does.
+  std::unique_ptr<Block> emptyBlock() {
+    if (spare_.empty()) return std::make_unique<Block>();
+    auto block = std::move(spare_.back());
+    spare_.pop_back();
+    return block;
+  }
+
+  void writeFirst(const std::string& file, Pool& pool) {
+    auto block = pool.take();
+    write(file, *block);
+    block->clear();
+    spare_.push_back(std::move(block));
   }
 
   // Cuts records until there is about a block; false at the end.
@@ -260,6 +276,7 @@ class Run {
   std::unique_ptr<Table> table_;
   std::unique_ptr<gxRecordWriter> writer_;
   std::vector<Sums> sums_;
+  std::vector<std::unique_ptr<Block>> spare_;
   std::uint64_t cut_ = 0;
   std::uint64_t records_ = 0;
   std::uint64_t written_ = 0;
