@@ -5,15 +5,18 @@
 """
 import json
 import os
+import pty
 import random
+import re
 import shlex
 import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
-from session import FILES, SOURCE, TOOL, Session
+from session import FILES, HAS_CAIRO, SOURCE, TOOL, Session
 
 
 class ToolTest(Session):
@@ -228,6 +231,54 @@ class ToolTest(Session):
         if "asan" not in TOOL and "tsan" not in TOOL:
             self.assertLess(peak, 64 * 1024)
 
+    def test_progress_is_told_on_a_terminal_alone(self):
+        square = "POLYGON ((0 0, 4 0, 4 4, 0 4))\n"
+        path = os.path.join(self.folder.name, "long.wkt")
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(square * 130000 + "POLYGON ((nonsense\n")
+        cases = {"file": [path], "pipe": [], "quiet": ["-q", path], "lines": ["--lines", path, "-f", "wkt"], "dumb": [path],
+                 "not a terminal": [path], "short": ["parts.wkt"]}
+        runs = {}
+        for name, arguments in cases.items():
+            terminal, slave = pty.openpty() if name != "not a terminal" else os.pipe()
+            tool = subprocess.Popen([TOOL, "measure", "-j", "1", *([] if name == "lines" else ["-o", "csv"]), *arguments],
+                                    cwd=self.folder.name, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=slave,
+                                    env={**os.environ, "TERM": "dumb" if name == "dumb" else "xterm"})
+            os.close(slave)
+            runs[name] = tool, terminal
+        # Nobody takes the answers for more than a second, nor is the pipe full, so that the work is long for any machine.
+        runs["pipe"][0].stdin.write(square.encode() * 20000)
+        time.sleep(1.3)
+        said = {}
+        for name, (tool, terminal) in runs.items():
+            with tool:
+                out, _ = tool.communicate(square.encode() * 80000 if name == "pipe" else b"", timeout=120)
+                said[name] = self.all_that_was_said(terminal)
+                self.assertEqual(out.count(b"\n"), {"pipe": 100001, "short": 3, "lines": 130001}.get(name, 130002), name)
+        wiped = "\r" + 60 * " " + "\r"
+        told = wiped + f"gxshape: {path}: record 130001, byte {130000 * len(square) + 10}: number expected, found 'n'\n"
+        self.assertRegex(said["file"], r"^(\r[1-9][\d,]* records  \d+ %  [1-9][\d,]*/s  \d+:\d\d left *)+\r {60}\rgxshape: ")
+        self.assertIn(told, said["file"])
+        self.assertRegex(said["pipe"], r"^(\r[1-9][\d,]* records  [1-9][\d,]*/s *)+\r {60}\r$")
+        for name in ["quiet", "dumb", "not a terminal"]:
+            self.assertEqual(said[name], told[len(wiped):], name)
+        for name in ["lines", "short"]:
+            self.assertEqual(said[name], "", name)
+
+    @staticmethod
+    def all_that_was_said(descriptor):
+        """What is there to read; a terminal whose other side is closed ends with an error."""
+        said = b""
+        while True:
+            try:
+                more = os.read(descriptor, 65536)
+            except OSError:
+                more = b""
+            if not more:
+                os.close(descriptor)
+                return said.decode().replace("\r\n", "\n")
+            said += more
+
     # ---- Usage --------------------------------------------------------------------------------------------
 
     def test_a_wrong_command_line_is_told_with_what_was_meant(self):
@@ -243,6 +294,43 @@ class ToolTest(Session):
         code, out, said = self.run_tool()
         self.assertEqual((code, out), (2, ""))
         self.assertIn("usage: gxshape", said)
+
+    def test_numbers_below_zero_in_every_spelling(self):
+        needed = {"inside": ["--at", "0,0"], "closest": ["--at", "0,0"], "distance": ["--with", "bow.wkt"], "compare": ["--golden", "bow.wkt"],
+                  "intersect": ["--line", "0,0,1,1"], "clip": ["--box", "0,0,1,1"], "offset": ["--by", "1"], "simplify": ["--tolerance", "1"]}
+        good = {"--at", "--line", "--box", "--by", "--view"}
+        wrong = {"--limit", "--skip", "--jobs", "--max-record", "--max-nesting", "--size"}
+        numbers = {"X,Y": "-5,12", "X,Y,X,Y": "-1,-2,20,21", "D": "-0.5", "N": "-3"}
+        seen = set()
+        _, listed, _ = self.run_tool("--list")
+        for command in [line.split(",")[1] for line in listed.splitlines() if line.startswith("command,")]:
+            if command == "draw" and not HAS_CAIRO:
+                continue
+            _, text, _ = self.run_tool(command, "--help")
+            for option, kind in re.findall(r"^  (?:-\w, )?(--[\w-]+) (\S+)", text, re.MULTILINE):
+                if kind not in numbers:
+                    continue
+                seen.add(option)
+                value = numbers[kind]
+                others = [] if needed.get(command, [""])[0] == option else needed.get(command, [])
+                wanted = self.run_tool(command, *others, f"{option}={value}", "parts.wkt")
+                if option in good:
+                    self.assertEqual(wanted[0], 0, (command, option, wanted))
+                elif option in wrong:
+                    self.assertEqual(wanted[0:2], (2, ""), (command, option, wanted))
+                for spelling in [[option, value], [option, "--", value], [option, "--", *value.split(",")]]:
+                    self.assertEqual(self.run_tool(command, *others, *spelling, "parts.wkt"), wanted, (command, spelling))
+        self.assertEqual((good | wrong | {"--within", "--tolerance", "--max", "--step"}) - ({"--view", "--size"} if not HAS_CAIRO else set()), seen)
+
+    def test_two_dashes_elsewhere_end_the_options(self):
+        with open(os.path.join(self.folder.name, "-1.wkt"), "w", encoding="utf-8") as file:
+            file.write("POLYGON ((0 0, 1 0, 0 1))\n")
+        self.expect(["measure", "--only", "points", "-o", "csv", "--", "-1.wkt"], "id,points,status\n1,3,\n")
+        self.expect(["inside", "-o", "jsonl", "--only", "state", "--at", "--", "-1", "2", "-q", "--", "-1.wkt"], '{"id":1,"state":"outside"}\n')
+        self.expect(["inside", "--at", "-1,2", "--only", "state", "-o", "jsonl", "--", "-1.wkt"], '{"id":1,"state":"outside"}\n')
+        for wrong in [["inside", "--at", "--"], ["inside", "--at", "--", "-1", "parts.wkt"], ["measure", "-q", "--", "--only"],
+                      ["measure", "--stats", "--", "-2.wkt"]]:
+            self.assertIn(self.run_tool(*wrong)[0], (2, 3), wrong)
 
     def test_files_that_cannot_be_read_or_written(self):
         for arguments in [["measure", "absent.wkt"], ["measure", "."], ["measure", "--to", "absent/x", "parts.wkt"],

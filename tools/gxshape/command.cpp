@@ -2,8 +2,43 @@
 #include "command.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <string_view>
+
+namespace {
+
+bool isNumber(const std::string& word) {
+  char* end = nullptr;
+  std::strtod(word.c_str(), &end);
+  return !word.empty() && *end == '\0';
+}
+
+std::ptrdiff_t commasIn(const std::string& text) {
+  return std::count(text.begin(), text.end(), ',');
+}
+
+}  // namespace
+
+std::vector<std::string> withNumbersBehindDashes(
+    const std::vector<std::string>& words,
+    const std::function<std::ptrdiff_t(const std::string&)>& numbersOfOption) {
+  std::vector<std::string> out;
+  std::size_t at = 0;
+  while (at < words.size() && words[at] != "--") {
+    out.push_back(words[at++]);
+    const bool hasDashes = at + 1 < words.size() && words[at] == "--" && out.back().starts_with("--");
+    const std::ptrdiff_t most = hasDashes ? numbersOfOption(out.back()) : 0;
+    if (most == 0) continue;
+    std::string value = words[at + 1];
+    at += 2;
+    while (at < words.size() && commasIn(value) + 1 < most && isNumber(words[at]))
+      value += ',' + words[at++];
+    out.back() += '=' + value;
+  }
+  out.insert(out.end(), words.begin() + static_cast<std::ptrdiff_t>(at), words.end());
+  return out;
+}
 
 std::vector<double> numbersOf(const std::string& option, const std::string& text, std::size_t count) {
   std::vector<double> numbers;

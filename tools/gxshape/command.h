@@ -8,6 +8,7 @@
 #include <io/record.h>
 #include <overlay/options.h>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -94,6 +95,12 @@ gxFillRule fillRuleOf(std::string name);
 /// Returns the borders of all rings; they look at the record's points.
 gxBorders bordersOf(const gxRecord& record);
 
+/// Makes "--by -- -1" into "--by=-1".  What has several numbers may have them as words of their own there:
+/// "--at -- -5 12" is "--at=-5,12".  A "--" behind another word ends the options, as ever.  `numbersOfOption`
+/// tells how many an option takes, 0 for what is no option with a value.
+std::vector<std::string> withNumbersBehindDashes(
+    const std::vector<std::string>& words,
+    const std::function<std::ptrdiff_t(const std::string&)>& numbersOfOption);
 /// Reads "X,Y" or another list of numbers.  Throws: UsageError that names the option.
 std::vector<double> numbersOf(const std::string& option, const std::string& text, std::size_t count);
 gxVector<2> pointOf(const std::string& option, const std::string& text);

@@ -1,5 +1,6 @@
 // gxshape: the command line.  One table says what every command is; help, man page and completion are made
 // of it.  The only file that includes CLI11, which takes its time to compile.
+#include "command.h"
 #include "names.h"
 #include "run.h"
 
@@ -7,6 +8,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <iostream>
@@ -204,8 +206,12 @@ void addOptionsOfAll(CLI::App& app, Options& o, Words& words) {
   app.add_option("--only", words.only, "these columns, in this order")->type_name("NAMES");
   app.add_option("--select", o.select, "records for which EXPR holds: 'area>=10 and holes=0'")
       ->type_name("EXPR");
-  app.add_option("--limit", o.limit, "stop after N answers")->type_name("N");
-  app.add_option("--skip", o.skip, "pass over the first N records")->type_name("N");
+  app.add_option("--limit", o.limit, "stop after N answers")
+      ->check(CLI::NonNegativeNumber)
+      ->type_name("N");
+  app.add_option("--skip", o.skip, "pass over the first N records")
+      ->check(CLI::NonNegativeNumber)
+      ->type_name("N");
   app.add_option("--id", o.idField, "the member or property that holds the id")->type_name("FIELD");
   app.add_option("-j,--jobs", o.jobs, "threads [all cores]")->check(CLI::Range(1, 1024))->type_name("N");
   app.add_option("--on-error", words.onError, "of a record: emit, skip or fail [emit]")
@@ -216,6 +222,7 @@ void addOptionsOfAll(CLI::App& app, Options& o, Words& words) {
   app.add_flag("--time", o.time, "records and seconds at the end, on stderr");
   app.add_flag("--degrees", o.degrees, "angles in degrees");
   app.add_option("--max-record", o.limits.recordBytes, "the most bytes of a record [67108864]")
+      ->check(CLI::NonNegativeNumber)
       ->type_name("N");
   app.add_option("--max-nesting", o.limits.nesting, "the deepest nesting in JSON [64]")
       ->check(CLI::Range(1, 10000))
@@ -263,7 +270,9 @@ std::string optionNames(const CLI::Option& option) {
   for (const auto& name : option.get_lnames()) names += "--" + name + ", ";
   if (names.empty()) return {};
   names.resize(names.size() - 2);
-  return option.get_type_size() > 0 ? names + ' ' + option.get_type_name() : names;
+  if (option.get_type_size() == 0) return names;
+  const std::string type = option.get_type_name();  // "N", or "N:INT in [1 - 1024]" where it is checked
+  return names + ' ' + type.substr(0, type.find(':'));
 }
 
 // The options of a command, its own first, then those of all.
@@ -369,6 +378,14 @@ std::string unknownText(const std::string& word, const CLI::App& app) {
   return "no option '" + word + "'" + (near.empty() ? "" : "; did you mean '" + near + "'?");
 }
 
+// How many numbers an option takes by the name of their type, "X,Y": 0 for a flag, and where there is no option.
+std::ptrdiff_t numbersOfOption(const CLI::App& app, const std::string& name) {
+  const CLI::Option* option = app.get_option_no_throw(name);
+  if (option == nullptr || option->get_items_expected_max() == 0) return 0;
+  const std::string type = option->get_type_name();
+  return 1 + std::count(type.begin(), type.end(), ',');
+}
+
 class CommandLine {
  public:
   explicit CommandLine(const About& about) : about_(about), app_(about.what, about.name) {
@@ -383,6 +400,8 @@ class CommandLine {
 
   int run(std::vector<std::string> words) {
     options_.command = about_.name;
+    words = withNumbersBehindDashes(
+        words, [this](const std::string& option) { return numbersOfOption(app_, option); });
     std::reverse(words.begin(), words.end());
     try {
       app_.parse(words);

@@ -6,6 +6,8 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <iostream>
 
 namespace {
@@ -25,7 +27,9 @@ std::string grouped(std::uint64_t number) {
 }
 
 Messages::Messages(const Options& options) : options_(options) {
-  showsProgress_ = !options.quiet && !options.lines && ::isatty(2) != 0;
+  const char* const terminal = std::getenv("TERM");
+  const bool canRedraw = ::isatty(2) != 0 && (terminal == nullptr || std::strcmp(terminal, "dumb") != 0);
+  showsProgress_ = !options.quiet && !options.lines && canRedraw;
 }
 
 void Messages::tell(const std::string& file, const Failure& failure) {
