@@ -346,7 +346,8 @@ std::array<Points, 4> findCandidates(const Points& points, const std::array<Ends
     for (int k = 0; k < 4; ++k) {
       const auto i = static_cast<std::size_t>(k);
       const Point q = turned(p, k);
-      if (q.x() <= ends[i].last.x() && q.y() <= ends[i].first.y()) candidates[i].emplace_back(q.x(), q.y());
+      if (q.x() <= ends[i].last.x() && q.y() <= ends[i].first.y())
+        candidates[i].emplace_back(q.x(), q.y());
     }
   }
   return candidates;

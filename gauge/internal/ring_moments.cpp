@@ -46,7 +46,8 @@ Two swapped(const Two& v) {
 
 // A corner, seen from the first, with the products that both of its edges need.
 struct Corner {
-  explicit Corner(const Two& p) : at(p), squares(p * p), product(p[0] * p[1]), cubes(squares * swapped(p)) {}
+  explicit Corner(const Two& p)
+      : at(p), squares(p * p), product(p[0] * p[1]), cubes(squares * swapped(p)) {}
 
   Two at;
   Two squares;

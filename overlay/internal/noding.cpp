@@ -265,7 +265,8 @@ void gx_Noding::piecesOf_(std::uint32_t edge, const gx_Box& within, std::vector<
   End from{edges_.from(edge), start, (flags_[start] & eNode) != 0};
   bool bent = false;
   const auto add = [&](const End& to, bool isBent) {
-    if (gx_boxesMeet(gx_boxOfEdge(from.at, to.at), within)) pieces.push_back({from, to, edge, isBent ? 1U : 0U});
+    if (gx_boxesMeet(gx_boxOfEdge(from.at, to.at), within))
+      pieces.push_back({from, to, edge, isBent ? 1U : 0U});
   };
   if (isSplit(edge)) {
     for (std::size_t i = firstInside_(edge);

@@ -70,7 +70,9 @@ class GXSHAPE_API gx_Noding {
     End(const gxVector<2>& place, std::uint32_t number, bool isMarked)
         : at(place), tag((static_cast<std::uint64_t>(isMarked) << 32U) | number) {}
 
-    std::uint32_t vertex() const { return static_cast<std::uint32_t>(tag); }  // kNone at a node inside of an edge
+    std::uint32_t vertex() const {
+      return static_cast<std::uint32_t>(tag);
+    }  // kNone at a node inside of an edge
     bool isNode() const { return (tag >> 32U) != 0; }
 
     gxVector<2> at;
