@@ -5,8 +5,9 @@
 
 #include <string>
 
-struct _cairo;
-struct _cairo_surface;
+// The library's own names for its types, so that its headers stay out of ours.
+struct _cairo;          // NOLINT(bugprone-reserved-identifier)
+struct _cairo_surface;  // NOLINT(bugprone-reserved-identifier)
 
 /// Paints a tablet on a surface of Cairo, of which no header of ours speaks.
 class gx_Painter {
