@@ -94,6 +94,8 @@ def test_rings_that_repeat_their_first_point_count_it_once():
     assert [one for one in again] == [one for one in two()]
     assert again.to_geoarrow()[0].shape == (15, 2) and two().to_geoarrow(close_rings=False)[0].shape == (12, 2)
     assert gx.Shapes([[1, 2]], [0, 1]).to_geoarrow()[0].tolist() == [[1, 2], [1, 2]]
+    few = gx.Shapes([*SQUARE, [7, 8]], [0, 4, 4, 5, 5]).to_geoarrow()
+    assert few[1][0].tolist() == [0, 5, 5, 7, 7] and few[0][5:].tolist() == [[7, 8], [7, 8]]
     line = gx.Shapes.from_objects([gx.Contour(SQUARE, closed=False), gx.Region()])
     assert len(line.to_geoarrow()[0]) == 4
     with pytest.raises(gx.ArgumentError, match="one to three"):
