@@ -140,6 +140,15 @@ def test_shapely_geometries_both_ways():
         interop.from_geo(5)
 
 
+def test_hierarchies_for_opencv_link_outlines_and_holes():
+    square = np.array(SQUARE, float)
+    holes = [square * 0.1 + at for at in ([0.5, 0.5], [2, 0.5], [2, 2])]
+    contours, links = interop.to_opencv([gx.Region(square, holes=holes), gx.Region(square + 9)])
+    # next, previous, first hole, outline
+    assert links.tolist() == [[[4, -1, 1, -1], [2, -1, -1, 0], [3, 1, -1, 0], [-1, 2, -1, 0], [-1, 0, -1, -1]]]
+    assert [len(one) for one in contours] == [4] * 5
+
+
 def test_contours_of_scikit_image_swap_rows_and_columns():
     ring = [[1, 2], [3, 2], [3, 5], [1, 2]]
     shapes = interop.from_skimage([np.array(ring), np.array(ring[:3])])

@@ -22,6 +22,14 @@ def test_descriptors_of_a_rectangle():
     assert d.as_dict()["area"] == 12
 
 
+def test_answers_are_compared_by_number_nan_and_arrays_too():
+    from gxshape._answers import Answer
+    kinds = [kind for kind in vars(gauge).values() if isinstance(kind, type) and issubclass(kind, Answer)]
+    assert len(kinds) > 10 and {kind.__eq__ for kind in kinds} == {Answer.__eq__}
+    nothing = gauge.flat_angle([], [])
+    assert math.isnan(nothing.flat_angle) and nothing == gauge.flat_angle([], []) != gauge.flat_angle(SQUARE, SQUARE)
+
+
 def test_moments_take_holes_away():
     m = gauge.moments(plate())
     assert m.area == 1100 and len(m.hu) == 7
