@@ -329,6 +329,29 @@ TEST(Ragged, OffsetsThatFallOrEndEarlyAreRefused) {
   }
 }
 
+TEST(Ragged, WhatIsWrongWithTheFramesHasItsPlace) {
+  using namespace std::string_literals;
+  const auto told = [](const std::string& file) {
+    std::istringstream stream(file);
+    gxRecord record;
+    try {
+      gxRecordReader reader(stream);
+      while (reader.next(record)) {}
+    } catch (const gxReadError& error) {
+      return std::string(error.name()) + " at " + std::to_string(error.byte()) + ": " + error.cause();
+    }
+    return "ok"s;
+  };
+  const std::string mark(gnRaggedMark);
+  const std::string good = mark + "\1\0\0\0\0\0\0\0"s;
+  EXPECT_EQ(told(good), "ok");
+  EXPECT_EQ(told(mark + "\2\0\0\0\0\0\0\0"s), "unsupported at 8: version 2 is not read");
+  EXPECT_EQ(told(good.substr(0, 15)), "truncated at 15: ends within its head");
+  EXPECT_EQ(told(good + "\5"), "truncated at 16: ends within the length of a record");
+  EXPECT_EQ(told(good + "\5\0\0"s), "truncated at 16: ends within the length of a record");
+  EXPECT_EQ(told(good + "\5\0\0\0abcd"s), "truncated at 16: ends within a record");
+}
+
 TEST(Npz, WhatIsWrongIsToldWithItsIndex) {
   gxRaggedArrays arrays;
   arrays.add(fromWkt("POLYGON ((0 0, 1 0, 0 1))"));
