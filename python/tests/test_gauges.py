@@ -26,6 +26,8 @@ def test_answers_are_compared_by_number_nan_and_arrays_too():
     from gxshape._answers import Answer
     kinds = [kind for kind in vars(gauge).values() if isinstance(kind, type) and issubclass(kind, Answer)]
     assert len(kinds) > 10 and {kind.__eq__ for kind in kinds} == {Answer.__eq__}
+    for kind in [*kinds, gx.Place, gx.Problem]:
+        assert kind.__dataclass_params__.frozen, kind
     nothing = gauge.flat_angle([], [])
     assert math.isnan(nothing.flat_angle) and nothing == gauge.flat_angle([], []) != gauge.flat_angle(SQUARE, SQUARE)
 
