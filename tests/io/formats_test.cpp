@@ -300,6 +300,15 @@ TEST(Csv, RingsPartsAndTypes) {
   EXPECT_EQ(all[1].kind, Kind::eOpen);
 }
 
+TEST(Csv, ALineFeedInQuotesEndsNoLine) {
+  const auto all = allOf("id,x,y\n\"a\n\nb\",1,2\n\"a\n\nb\",3,4\n\"c \"\"\n\",7,8\n");
+  ASSERT_EQ(all.size(), 2U);
+  EXPECT_EQ(all[0].id.text, "a\n\nb");
+  EXPECT_EQ(all[0].points, (Points{{1, 2}, {3, 4}}));
+  EXPECT_EQ(all[1].id.text, "c \"\n");
+  EXPECT_EQ(all[1].points, (Points{{7, 8}}));
+}
+
 TEST(Csv, WhatIsWrongHasItsWord) {
   using Words = std::vector<std::string>;
   EXPECT_EQ(outcomes("1,2\n3\n\n5,6\n"), (Words{"bad_syntax", "ok"}));
