@@ -309,6 +309,18 @@ TEST(Csv, ALineFeedInQuotesEndsNoLine) {
   EXPECT_EQ(all[1].points, (Points{{7, 8}}));
 }
 
+TEST(Csv, ARecordOfTooManyRowsIsPassedOverToItsLast) {
+  using Words = std::vector<std::string>;
+  gxReadOptions options{.format = gxFormat::eCsv};
+  options.limits.recordBytes = 60;
+  std::string rows;
+  for (int i = 0; i < 20; ++i) rows += "a," + std::to_string(i) + ",7\n";
+  const std::string after = "b,1,2\nb,3,4\nb,5,6\n";
+  EXPECT_EQ(outcomes("id,x,y\n" + rows + after, options), (Words{"too_long", "ok"}));
+  EXPECT_EQ(outcomes("id,x,y\n" + rows + "\n" + after, options), (Words{"too_long", "ok"}));
+  EXPECT_EQ(outcomes("id,x,y\n" + rows, options), Words{"too_long"});
+}
+
 TEST(Csv, WhatIsWrongHasItsWord) {
   using Words = std::vector<std::string>;
   EXPECT_EQ(outcomes("1,2\n3\n\n5,6\n"), (Words{"bad_syntax", "ok"}));

@@ -190,6 +190,14 @@ class ToolTest(Session):
         for jobs in ["2", "5"]:
             self.assertEqual(self.run_tool("measure", "-o", "jsonl", "-j", jobs, text=text), one)
 
+    def test_stats_are_those_of_all_records(self):
+        text = "".join(f"POLYGON ((0 0, {k} 0, {k} {k}, 0 {k}))\n" for k in (3, 1, 4, 2)) * 15000 + "LINESTRING (0 0, 90 0)\n"
+        for jobs in ["1", "3"]:
+            code, _, said = self.run_tool("measure", "--stats", "--only", "area,length", "-o", "csv", "-j", jobs, text=text)
+            self.assertEqual((code, [line.split() for line in said.splitlines()]),
+                             (0, [["count", "least", "mean", "greatest"], ["area", "60000", "1", "7.5", "16"],
+                                  ["length", "60001", "4", "10.0013", "90"]]))
+
     def test_one_line_out_for_every_line_in(self):
         lines = ['{"id":1,"rings":[[[0,0],[1,0],[0,1]]]}', "", "nonsense", '{"rings":[]}', '{"id":"b","rings":7}']
         code, out, _ = self.run_tool("measure", "--lines", "--only", "area", text="\n".join(lines) + "\n")
