@@ -21,7 +21,7 @@
 #include <vector>
 
 namespace py = pybind11;
-using namespace pybind11::literals;
+using pybind11::literals::operator""_a;
 
 using Points = std::vector<gxVector<2>>;
 using PointSpan = std::span<const gxVector<2>>;

@@ -46,8 +46,8 @@ BoxTree::BoxTree(const std::vector<Box>& boxes) : order_(boxes.size()) {
     };
   };
   std::sort(order_.begin(), order_.end(), before(false));
-  const auto leaves = static_cast<double>((boxes.size() + kFan - 1) / kFan);
-  const auto column = static_cast<std::size_t>(std::ceil(std::sqrt(leaves))) * kFan;
+  const std::size_t leaves = (boxes.size() + kFan - 1) / kFan;
+  const auto column = static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(leaves)))) * kFan;
   for (std::size_t first = 0; first < order_.size(); first += column) {
     const auto end = (std::min)(first + column, order_.size());
     std::sort(order_.begin() + static_cast<std::ptrdiff_t>(first),

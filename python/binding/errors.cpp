@@ -22,7 +22,8 @@ std::pair<std::string, std::string> parted(const std::string& what) {
   return {what.substr(0, colon), what.substr(colon + 2)};
 }
 
-void translate(std::exception_ptr thrown) {
+// pybind11 calls it with a copy.
+void translate(std::exception_ptr thrown) {  // NOLINT(performance-unnecessary-value-param)
   try {
     if (thrown) std::rethrow_exception(thrown);
   } catch (const gxReadError& error) {

@@ -93,6 +93,7 @@ Shape makeEdgeRegion(const PointArray& positions, const Words& magnitudes, const
 
 Shape makeEdgeSet(const std::vector<Shape>& regions) {
   std::vector<gxPtrHandle_const<EdgeRegion>> handles;
+  handles.reserve(regions.size());
   for (const Shape& shape : regions) {
     handles.emplace_back(dynamic_cast<const EdgeRegion*>(&shape.region()));
   }
@@ -123,6 +124,7 @@ Shape shapeOfHandle(const RegionHandle& region) {
 
 std::vector<Shape> shapesOf(const std::vector<RegionHandle>& handles) {
   std::vector<Shape> shapes;
+  shapes.reserve(handles.size());
   for (const auto& handle : handles) shapes.push_back(shapeOfHandle(handle));
   return shapes;
 }
