@@ -2,7 +2,7 @@
 # what it needs under build/, and can be given again from any state of that folder.
 
 .DEFAULT_GOAL := help
-.PHONY: help demo gallery test python page pagetest check format lint bench soak asan tsan coverage clang debug fuzz docs docstest neighbours release_check packages install clean
+.PHONY: help demo gallery test python page pagetest check format lint bench soak asan tsan hammer coverage clang debug fuzz docs docstest neighbours release_check packages install clean
 
 PREFIX ?= /usr/local
 
@@ -65,6 +65,10 @@ tsan:  ## the tests that start threads, under the thread sanitizer
 	@tools/install_packages build test
 	@tools/build tsan gxshape_threads_tests
 	@tools/run_tests tsan --tests-regex '^threads$$'
+
+hammer:  ## threads of Python on one region, under the thread sanitizer (ten minutes of compiling)
+	@tools/install_packages build python
+	@tools/hammer
 
 debug:  ## the tests without optimisation, with the standard library's assertions
 	@tools/install_packages build test
