@@ -184,6 +184,14 @@ TEST(Wkb, BytesOfAPolygonInBothOrders) {
   EXPECT_EQ(big.kind, Kind::ePoints);
 }
 
+TEST(Wkb, ARegionOfNothingHasNoRings) {
+  gxRecord nothing;
+  nothing.kind = Kind::eRegion;
+  std::string digits;
+  gfAppendWkbHex(nothing, digits);
+  EXPECT_EQ(digits, "010300000000000000");
+}
+
 TEST(Wkb, WithReferenceSystemAndHeight) {
   gxRecord record;
   gfReadWkbHex("01010000A0E6100000000000000000F03F00000000000000400000000000000840", record);
@@ -348,6 +356,24 @@ TEST(Ragged, OffsetsThatFallOrEndEarlyAreRefused) {
     record.clear();
     EXPECT_THROW(gfReadRagged(broken, record), gxReadError) << at << ' ' << byte;
   }
+}
+
+TEST(Ragged, BodiesAreAsLongAsTheirCountsSay) {
+  std::string body;
+  gfAppendRagged(fromWkt("POLYGON ((0 0, 1 0, 0 1))"), body);
+  const auto told = [](const std::string& text) {
+    gxRecord record;
+    try {
+      gfReadRagged(text, record);
+    } catch (const gxReadError& error) {
+      return error.name() + std::string(" at ") + std::to_string(error.byte());
+    }
+    return std::string("ok");
+  };
+  const std::string size = std::to_string(body.size());
+  EXPECT_EQ(told(body), "ok");
+  EXPECT_EQ(told(body + "x"), "bad_syntax at " + size);
+  EXPECT_EQ(told(body.substr(0, body.size() - 1)), "truncated at " + std::to_string(body.size() - 1));
 }
 
 TEST(Ragged, WhatIsWrongWithTheFramesHasItsPlace) {
