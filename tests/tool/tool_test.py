@@ -112,6 +112,9 @@ class ToolTest(Session):
         self.expect(["info", "parts.wkt"],
                     "parts.wkt: wkt, 2 records (2 regions, 0 sets, 0 open), 1 hole, 11 points, box 0 0 54 30\n")
 
+        self.expect(["info"], "(standard input): wkt, 2 records (0 regions, 0 sets, 1 open, 1 of points), 0 holes, 4 points, box 0 0 3 4\n",
+                    text="MULTIPOINT (1 2, 3 4)\nLINESTRING (0 0, 1 1)\n")
+
     def test_every_format_out_and_in_again(self):
         _, wanted, _ = self.run_tool("measure", "-o", "jsonl", "parts.wkt")
         for name in ["wkt", "wkb", "geojson", "jsonl", "csv", "ragged", "npz", "gxa"]:
@@ -197,6 +200,8 @@ class ToolTest(Session):
             self.assertEqual((code, [line.split() for line in said.splitlines()]),
                              (0, [["count", "least", "mean", "greatest"], ["area", "60000", "1", "7.5", "16"],
                                   ["length", "60001", "4", "10.0013", "90"]]))
+            _, _, said = self.run_tool("measure", "--time", "-q", "-o", "csv", "-j", jobs, text=text)
+            self.assertRegex(said, r"^gxshape: 60,001 records in [\d.]+ s, [\d,]+/s\n$")
 
     def test_one_line_out_for_every_line_in(self):
         lines = ['{"id":1,"rings":[[[0,0],[1,0],[0,1]]]}', "", "nonsense", '{"rings":[]}', '{"id":"b","rings":7}']
