@@ -41,6 +41,9 @@ std::vector<std::string> withNumbersBehindDashes(
 }
 
 std::vector<double> numbersOf(const std::string& option, const std::string& text, std::size_t count) {
+  const auto wrong = [&](const std::string& field) {
+    return UsageError{option + ": number expected, found '" + field + "'"};
+  };
   std::vector<double> numbers;
   std::string_view rest = text;
   while (true) {
@@ -49,9 +52,9 @@ std::vector<double> numbersOf(const std::string& option, const std::string& text
     try {
       std::size_t used = 0;
       numbers.push_back(std::stod(field, &used));
-      if (used != field.size()) throw UsageError{option + ": number expected, found '" + field + "'"};
+      if (used != field.size()) throw wrong(field);
     } catch (const std::logic_error&) {
-      throw UsageError{option + ": number expected, found '" + field + "'"};
+      throw wrong(field);
     }
     if (comma == std::string_view::npos) break;
     rest.remove_prefix(comma + 1);

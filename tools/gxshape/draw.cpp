@@ -68,9 +68,9 @@ class Draw final : public Command {
   static std::string kindOf(const Options& options) {
     const std::string& to = options.to;
     const std::string ending = to.substr((std::min)(to.rfind('.') + 1, to.size()));
-    const std::string kind = !options.output.empty()              ? options.output
-                             : ending == "png" || ending == "pdf" ? ending
-                                                                  : "svg";
+    std::string kind = !options.output.empty()              ? options.output
+                       : ending == "png" || ending == "pdf" ? ending
+                                                            : "svg";
     if (kind == "svg" || kind == "png" || kind == "pdf") return kind;
     throw UsageError{"--output: draw gives svg, png or pdf, not " + kind};
   }
