@@ -264,7 +264,7 @@ void addOursTogether() {
     rows()[row].parties.push_back({"ours_many", pass});
   };
   add("area_centre", [] {
-    const gxMeasureColumns c = gfMeasureMany(raggedOutlines().all());
+    const gxAreaColumns c = gfAreasMany(raggedOutlines().all());
     double sum = 0.0;
     for (std::size_t k = 0; k < c.size(); ++k) sum += c.area[k] + c.centreX[k];
     return sum;
@@ -278,12 +278,7 @@ void addOursTogether() {
     }
     return sum;
   });
-  add("hull", [] {
-    const gxEnclosureColumns c = gfEncloseMany(raggedOutlines().all());
-    double sum = 0.0;
-    for (std::size_t k = 0; k < c.size(); ++k) sum += static_cast<double>(c.hullSize[k]);
-    return sum;
-  });
+  add("hull", [] { return static_cast<double>(gfHullsMany(raggedOutlines().all()).points.size()); });
   add("inside_ten", [] {
     double sum = 0.0;
     for (const gxState state : gfLocateMany(raggedOutlines().all(), raggedQueries().all())) {

@@ -52,8 +52,8 @@ SMALL = """One call on a fresh smooth outline of n points, beside the plain scan
 MANY_HEAD = """Coins, countries, glyphs and uneven rings of 5 to 120 points, 52 on average, each from a vector of bare points
 to the answer, as a program does that sees every shape once: making the shape and what it remembers, and
 throwing both away, is in the time. Wall-clock times an outline; the parties take turns, pass by pass, and each keeps the
-best of seven passes. "In one call" are `gfMeasureMany`, `gfLocateMany` and `gfEncloseMany` over one array of
-points and offsets. The ellipse is fitted to every tenth outline.
+best of seven passes. "In one call" are `gfAreasMany`, `gfMeasureMany`, `gfHullsMany` and `gfLocateMany` over one
+array of points and offsets. The ellipse is fitted to every tenth outline.
 
     build/bench/bin/small_outlines_benchmark"""
 
