@@ -107,27 +107,28 @@ class View {
 // The sums over all edges that do not touch the first point; those that do enclose nothing with it.
 template <bool third>
 Sums sumsOf(std::span<const gxVector<2>> points, const gx_Frame& frame) {
-  Kept kept;
   if (points.size() < 3) return {};
   const View seen(points[0], frame);
   Corner a = seen(points[1]);
-  if (points.size() <= gx_kMomentBlock + 2) {  // a single block: rounding takes nothing from its sums
+  const auto blockOf = [&a, seen](std::span<const gxVector<2>> ends) {
     Block block;
-    for (const gxVector<2>& p : points.subspan(2)) {
-      const Corner b = seen(p);
-      block.add<third>(a, b);
-      a = b;
+    Corner from = a;  // of its own, to stay in registers
+    for (const gxVector<2>& p : ends) {
+      const Corner to = seen(p);
+      block.add<third>(from, to);
+      from = to;
     }
+    a = from;
     return block.sums();
-  }
-  for (std::size_t i = 2; i < points.size();) {
-    Block block;
-    for (const std::size_t end = std::min(i + gx_kMomentBlock, points.size()); i < end; ++i) {
-      const Corner b = seen(points[i]);
-      block.add<third>(a, b);
-      a = b;
-    }
-    kept.add(block.sums(), third ? 10 : 6);
+  };
+  std::span<const gxVector<2>> left = points.subspan(2);
+  if (left.size() <= gx_kMomentBlock)
+    return blockOf(left);  // rounding takes nothing from a single block
+  Kept kept;
+  while (!left.empty()) {
+    const std::size_t count = std::min(left.size(), gx_kMomentBlock);
+    kept.add(blockOf(left.first(count)), third ? 10 : 6);
+    left = left.subspan(count);
   }
   return kept.total();
 }
