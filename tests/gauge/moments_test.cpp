@@ -126,6 +126,14 @@ TEST(Moments, ATinyHoleDoesNotSetTheScaleOfALargeOutline) {
   EXPECT_NEAR(m.hu[0], 1.0 / 6.0, 1e-15);
 }
 
+TEST(Moments, BeyondTheRangeAMomentOfZeroStaysZero) {
+  const auto m = momentsOf(pointsOf("0 0, 0x1p1000 0, 0x1p1000 0x1p1000, 0 0x1p1000"));
+  EXPECT_EQ(m.status, gxStatus::eOk);
+  EXPECT_EQ(m.moment11, 0.0);
+  EXPECT_EQ(m.moment20, HUGE_VAL);
+  EXPECT_DOUBLE_EQ(m.eta20, 1.0 / 12.0);
+}
+
 TEST(Moments, TheHigherInvariantsOfShapesWithoutSymmetry) {
   // Symmetric shapes have zeros there, in which errors hide.
   const auto triangle = momentsOf(pointsOf("0 0, 2 0, 1 0x1.bb67ae8584caap0"));
