@@ -86,7 +86,7 @@ coverage:  ## the share of lines and branches that the tests reach; build/covera
 	@tools/run_tests coverage --timeout 7200
 	@tools/coverage_report
 
-soak:  ## the random tests at full length, 100,000 rounds and more (two hours)
+soak:  ## the random tests at full length, up to 100,000 rounds and more (hours)
 	@tools/install_packages build test python
 	@tools/build release
 	@tools/build_python release

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <ctime>
 #include <iostream>
 #include <limits>
 
@@ -20,9 +21,14 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr std::uint64_t kSoakFactor = 50;
 
-// The least number of rounds of a soak, for all tests but those of a handful of costly rounds.
+// The rounds that a soak goes on to for so many seconds, in all tests but those of a handful of costly rounds.
 constexpr std::uint64_t kSoakRounds = 100'000;
 constexpr int kHandful = 50;
+constexpr std::uint64_t kSoakSeconds = 600;
+
+double processorSeconds() {
+  return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
 
 std::uint64_t mixed(std::uint64_t z) {
   z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9U;
@@ -77,7 +83,9 @@ RandomShapes::RandomShapes(const std::string& tag, int rounds)
   seed_ = soak > 0 ? hashed(tag + std::to_string(clock)) : hashed(tag);
   seed_ = environment("GXSHAPE_SEED", seed_);
   if (soak > 0) {
-    rounds_ = soak * std::max(kSoakFactor * rounds_, rounds < kHandful ? 0 : kSoakRounds);
+    leastRounds_ = soak * kSoakFactor * rounds_;
+    rounds_ = std::max(leastRounds_, rounds < kHandful ? 0 : soak * kSoakRounds);
+    until_ = processorSeconds() + static_cast<double>(soak * environment("GXSHAPE_SOAK_SECONDS", kSoakSeconds));
   } else {
     rounds_ = fewerWhereSanitized(rounds_);
     if (rounds > 0) share_ = static_cast<double>(rounds_) / rounds;
@@ -86,6 +94,7 @@ RandomShapes::RandomShapes(const std::string& tag, int rounds)
   if (alone != std::numeric_limits<std::uint64_t>::max()) {
     round_ = alone;
     rounds_ = alone + 1;
+    leastRounds_ = rounds_;
   }
   std::cout << "[ random   ] " << tag_ << ": GXSHAPE_SEED=" << seed_ << ", " << rounds_ - round_
             << " rounds\n";
@@ -93,6 +102,11 @@ RandomShapes::RandomShapes(const std::string& tag, int rounds)
 
 bool RandomShapes::next() {
   if (round_ >= rounds_) return false;
+  if (leastRounds_ != 0 && round_ >= leastRounds_ && processorSeconds() > until_) {
+    std::cout << "[ random   ] " << tag_ << ": its time is over after " << round_ << " rounds\n";
+    rounds_ = round_;
+    return false;
+  }
   begin(round_++);
   return true;
 }

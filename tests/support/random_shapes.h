@@ -48,8 +48,10 @@ struct OutlineWithHoles {
 ///
 /// The seed comes from the tag, so that runs repeat; the environment variable GXSHAPE_SEED gives
 /// another one to all tests.  Every round begins a sequence of its own, and GXSHAPE_ROUND runs that
-/// round alone.  GXSHAPE_SOAK = 1 makes 50 times as many rounds, and at least 100,000 of every test that
-/// has 50 or more; k makes k times those.  Without GXSHAPE_SEED the seed then comes from the clock.
+/// round alone.  GXSHAPE_SOAK = 1 makes 50 times as many rounds, and of every test that has 50 or more it goes
+/// on to 100,000 for ten minutes of processor time (GXSHAPE_SOAK_SECONDS), so that one test of a costly slow
+/// truth does not hold up all others; k makes k times those, for k times as long.  Without GXSHAPE_SEED the
+/// seed then comes from the clock.
 /// Under a sanitizer the rounds above 100 are a tenth.
 class RandomShapes {
  public:
@@ -115,6 +117,8 @@ class RandomShapes {
   std::string tag_;
   std::uint64_t seed_ = 0;
   std::uint64_t rounds_ = 0;
+  std::uint64_t leastRounds_ = 0;  // of a soak: those that are made whatever time they take
+  double until_ = 0.0;             // in processor seconds of this program: no more rounds than those after it
   double share_ = 1.0;
   std::uint64_t round_ = 0;  // the next one
   std::uint64_t state_ = 0;

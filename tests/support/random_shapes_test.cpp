@@ -6,6 +6,8 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <optional>
+#include <string>
 
 namespace {
 
@@ -20,6 +22,53 @@ TEST(RandomShapes, TheSameTagGivesTheSameRounds) {
     EXPECT_EQ(first.trace(), second.trace());
     for (int i = 0; i < 20; ++i) EXPECT_EQ(first.uniform(-1.0, 1.0), second.uniform(-1.0, 1.0));
   }
+}
+
+// A variable of the environment, put back at the end.
+class Variable {
+ public:
+  Variable(const char* name, const char* value) : name_(name) {
+    if (const char* old = std::getenv(name)) old_ = old;
+    setenv(name, value, 1);
+  }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+  ~Variable() {
+    if (old_) {
+      setenv(name_, old_->c_str(), 1);
+    } else {
+      unsetenv(name_);
+    }
+  }
+
+ private:
+  const char* name_;
+  std::optional<std::string> old_;
+};
+
+int roundsOf(int asked) {
+  RandomShapes random("rounds of a soak", asked);
+  int count = 0;
+  while (random.next()) ++count;
+  return count;
+}
+
+TEST(RandomShapes, ASoakMakesFiftyTimesTheRoundsAndGoesOnWhileThereIsTime) {
+  const Variable soak("GXSHAPE_SOAK", "1");
+  {
+    const Variable none("GXSHAPE_SOAK_SECONDS", "0");
+    EXPECT_EQ(roundsOf(60), 3000);
+    EXPECT_EQ(roundsOf(3000), 150'000);
+    EXPECT_EQ(roundsOf(7), 350);
+  }
+  const Variable many("GXSHAPE_SOAK_SECONDS", "100");
+  EXPECT_EQ(roundsOf(60), 100'000);
+  EXPECT_EQ(roundsOf(3000), 150'000);
+  EXPECT_EQ(roundsOf(7), 350) << "costly rounds";
+  const Variable twice("GXSHAPE_SOAK", "2");
+  EXPECT_EQ(roundsOf(60), 200'000);
+  const Variable alone("GXSHAPE_ROUND", "12345");
+  EXPECT_EQ(roundsOf(60), 1);
 }
 
 TEST(RandomShapes, RoundsDiffer) {
