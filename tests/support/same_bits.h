@@ -125,9 +125,9 @@ auto outcomeOf(const Call& call) {
   return outcome;
 }
 
-/// Succeeds when the library and the truth give the same bits, or throw the same.
-template <class Library, class Truth>
-testing::AssertionResult agree(const Library& library, const Truth& truth) {
+/// Succeeds when the library and the truth give what `same` takes as the same, or throw the same.
+template <class Library, class Truth, class Same>
+testing::AssertionResult agree(const Library& library, const Truth& truth, const Same& same) {
   const auto got = outcomeOf(library);
   const auto want = outcomeOf(truth);
   static_assert(std::is_same_v<decltype(got), decltype(want)>);
@@ -135,7 +135,13 @@ testing::AssertionResult agree(const Library& library, const Truth& truth) {
     return testing::AssertionFailure()
            << "throws \"" << got.thrown << "\" instead of \"" << want.thrown << '"';
   }
-  if (!want.thrown.empty() || sameBits(got.value, want.value)) return testing::AssertionSuccess();
+  if (!want.thrown.empty() || same(got.value, want.value)) return testing::AssertionSuccess();
   return testing::AssertionFailure() << "gives  " << testing::PrintToString(got.value) << "\ninstead of "
                                      << testing::PrintToString(want.value);
+}
+
+/// Succeeds when the library and the truth give the same bits, or throw the same.
+template <class Library, class Truth>
+testing::AssertionResult agree(const Library& library, const Truth& truth) {
+  return agree(library, truth, [](const auto& got, const auto& want) { return sameBits(got, want); });
 }

@@ -208,6 +208,31 @@ Moments polygonMoments(const Points& points) {
   return moments;
 }
 
+MomentsRounding momentsRounding(const Points& points) {
+  if (points.empty()) return {};
+  const gxVector<2> apex = centerOfMass(points);
+  MomentsRounding rounding;
+  double far = 0.0;
+  for (const gxVector<2>& p : points) {
+    rounding.reach = std::max(rounding.reach, p.distance(apex));
+    far = std::max(far, p.len());
+  }
+  rounding.share = 1e-11 + 1e-15 * far * static_cast<double>(points.size()) / rounding.reach;
+  return rounding;
+}
+
+bool nearMoments(const gxMatrix<2>& got, const gxMatrix<2>& want, const Points& points) {
+  const auto [reach, share] = momentsRounding(points);
+  const double bound = share * std::pow(reach, 4);
+  const double norm = std::abs(want.m00()) + std::abs(want.m11());
+  const auto isNear = [bound, norm](double a, double b) {
+    const double difference = std::abs(a - b);
+    return a == b || (std::isnan(a) && std::isnan(b)) || difference <= bound || difference <= 1e-13 * norm;
+  };
+  return isNear(got.m00(), want.m00()) && isNear(got.m01(), want.m01()) && isNear(got.m10(), want.m10()) &&
+         isNear(got.m11(), want.m11());
+}
+
 Moments momentsByGreen(const Points& points) {
   Quad area = 0;
   Quad x = 0;

@@ -14,3 +14,6 @@ GXSHAPE_API gx_InertiaData gx_triangleMoments(gxVector<2> c, gxVector<2> p, gxVe
 /// Returns the moments of a closed polygon of at least 3 points from the fan around `apex`: what
 /// `gf_InertiaDataPolygon` gives, where that is the centre of mass, or the first point for want of area.
 gx_InertiaData gx_inertiaAround(const gxVector<2>& apex, const std::vector<gxVector<2>>& points);
+
+/// The same, each triangle a record of its own, whatever the figure.
+GXSHAPE_API gx_InertiaData gx_inertiaByTriangles(const gxVector<2>& apex, const std::vector<gxVector<2>>& points);
