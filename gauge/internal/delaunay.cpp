@@ -24,7 +24,8 @@ Edge sym(Edge e) {
 
 class Triangulation {
  public:
-  explicit Triangulation(const std::vector<gxVector<2>>& points) : points_(points), order_(points.size()) {
+  explicit Triangulation(const std::vector<gxVector<2>>& points)
+      : points_(points), order_(points.size()) {
     std::iota(order_.begin(), order_.end(), 0L);
     const auto lower = [this](long i, long j) {
       const gxVector<2>& p = at(i);

@@ -173,7 +173,8 @@ TEST(SlowTruthSet, SelfIntersectionAndRepair) {
 
 slow::Points allPoints(const slow::Set& set) {
   slow::Points all;
-  for (const slow::Region& region : set) all.insert(all.end(), region.outline.begin(), region.outline.end());
+  for (const slow::Region& region : set)
+    all.insert(all.end(), region.outline.begin(), region.outline.end());
   return all;
 }
 

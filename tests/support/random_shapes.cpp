@@ -85,7 +85,8 @@ RandomShapes::RandomShapes(const std::string& tag, int rounds)
   if (soak > 0) {
     leastRounds_ = soak * kSoakFactor * rounds_;
     rounds_ = std::max(leastRounds_, rounds < kHandful ? 0 : soak * kSoakRounds);
-    until_ = processorSeconds() + static_cast<double>(soak * environment("GXSHAPE_SOAK_SECONDS", kSoakSeconds));
+    until_ = processorSeconds() +
+             static_cast<double>(soak * environment("GXSHAPE_SOAK_SECONDS", kSoakSeconds));
   } else {
     rounds_ = fewerWhereSanitized(rounds_);
     if (rounds > 0) share_ = static_cast<double>(rounds_) / rounds;

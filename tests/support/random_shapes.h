@@ -118,7 +118,7 @@ class RandomShapes {
   std::uint64_t seed_ = 0;
   std::uint64_t rounds_ = 0;
   std::uint64_t leastRounds_ = 0;  // of a soak: those that are made whatever time they take
-  double until_ = 0.0;             // in processor seconds of this program: no more rounds than those after it
+  double until_ = 0.0;  // in processor seconds of this program: no more rounds than those after it
   double share_ = 1.0;
   std::uint64_t round_ = 0;  // the next one
   std::uint64_t state_ = 0;

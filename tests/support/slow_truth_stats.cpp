@@ -227,10 +227,11 @@ bool nearMoments(const gxMatrix<2>& got, const gxMatrix<2>& want, const Points& 
   const double norm = std::abs(want.m00()) + std::abs(want.m11());
   const auto isNear = [bound, norm](double a, double b) {
     const double difference = std::abs(a - b);
-    return a == b || (std::isnan(a) && std::isnan(b)) || difference <= bound || difference <= 1e-13 * norm;
+    return a == b || (std::isnan(a) && std::isnan(b)) || difference <= bound ||
+           difference <= 1e-13 * norm;
   };
-  return isNear(got.m00(), want.m00()) && isNear(got.m01(), want.m01()) && isNear(got.m10(), want.m10()) &&
-         isNear(got.m11(), want.m11());
+  return isNear(got.m00(), want.m00()) && isNear(got.m01(), want.m01()) &&
+         isNear(got.m10(), want.m10()) && isNear(got.m11(), want.m11());
 }
 
 Moments momentsByGreen(const Points& points) {

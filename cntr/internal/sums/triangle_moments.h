@@ -16,4 +16,5 @@ GXSHAPE_API gx_InertiaData gx_triangleMoments(gxVector<2> c, gxVector<2> p, gxVe
 gx_InertiaData gx_inertiaAround(const gxVector<2>& apex, const std::vector<gxVector<2>>& points);
 
 /// The same, each triangle a record of its own, whatever the figure.
-GXSHAPE_API gx_InertiaData gx_inertiaByTriangles(const gxVector<2>& apex, const std::vector<gxVector<2>>& points);
+GXSHAPE_API gx_InertiaData gx_inertiaByTriangles(const gxVector<2>& apex,
+                                                 const std::vector<gxVector<2>>& points);
