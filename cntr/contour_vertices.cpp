@@ -1,6 +1,6 @@
 // Vertex lookup.
 //
-//   1. The first questions with a tolerance look at every vertex.
+//   1. Of few vertices, and at the first questions with a tolerance, every vertex is looked at.
 //   2. When they have cost about as much as a grid of cells does (internal/index/vertex_grid), it is made, one
 //      for a tolerance, and answers from then on, with the same vertices in the same order.
 //   3. At most `cachedVectorSize` + 1 tolerances are known, as of the answers remembered by argument; a new
@@ -35,6 +35,8 @@ std::vector<int> gxContour::vertexIndex(const gxVector<2>& point, double toleran
   if (tolerance == std::numeric_limits<double>::infinity()) {
     return verticesAtFiniteDistance(state_.points, point);
   }
+  if (state_.points.size() <= gx_kFewToLookUp)
+    return gx_VertexGrid::scan(state_.points, tolerance, point);
   const auto lookup = state_.memory.seldom.made().vertexLookups.used(tolerance, state_.cachedVectorSize);
   const gx_VertexGrid* grid = lookup->grid.get();
   if (grid == nullptr && lookup->questions.spent() < gx_kPlainLookups) {

@@ -1,6 +1,7 @@
 #include <cntr/contour.h>
 #include <cntr/internal/index/vertex_grid.h>
 #include <cntr/internal/memo/eviction.h>
+#include <cntr/internal/outline/break_even.h>
 #include <velstd/random.h>
 #include <velstd/real_eq.h>
 
@@ -92,8 +93,27 @@ TEST(ContourVertexLookup, AToleranceThatMakesNoCellsBuildsNoGrid) {
   EXPECT_EQ(grids.times(), 0);
 }
 
+// More than are looked at one by one at each question.
+std::vector<V> manyVertices() {
+  std::vector<V> points = pointsOf("0 0, 1 0, 1.5 0, 1.5 0.5, 0 0");
+  while (points.size() <= gx_kFewToLookUp)
+    points.emplace_back(static_cast<double>(points.size()) * 0.75, 3.0);
+  return points;
+}
+
+TEST(ContourVertexLookup, OfFewVerticesMakesNoGrid) {
+  std::vector<V> points = manyVertices();
+  points.resize(gx_kFewToLookUp);
+  const gxContour contour(points);
+  const Computed grids(gx_Computation::eVertexGrid);
+  for (int i = 0; i < 3 * kPlainQuestions; ++i) {
+    EXPECT_EQ(contour.vertexIndex(V(1, 0.25), 1.125), (std::vector<int>{0, 4, 1, 2, 3}));
+  }
+  EXPECT_EQ(grids.times(), 0);
+}
+
 TEST(ContourVertexLookup, EachToleranceBuildsItsGridOnce) {
-  const gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
+  const gxContour contour(manyVertices());
   const Computed grids(gx_Computation::eVertexGrid);
   for (int i = 0; i < kPlainQuestions; ++i) {
     contour.vertexIndex(V(0, 0), 1);
@@ -115,7 +135,7 @@ void askForAGrid(const gxContour& contour, double tolerance) {
 }
 
 TEST(ContourVertexLookup, KnowsAsManyTolerancesAsTheBoundAndOneMore) {
-  gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
+  gxContour contour(manyVertices());
   contour.cachedVectorSize(2);
   for (const double tolerance : {1.0, 2.0, 3.0}) askForAGrid(contour, tolerance);
   const Computed grids(gx_Computation::eVertexGrid);
@@ -127,7 +147,7 @@ TEST(ContourVertexLookup, KnowsAsManyTolerancesAsTheBoundAndOneMore) {
 }
 
 TEST(ContourVertexLookup, ForgetsTheToleranceThatWasAskedForTheLongestAgo) {
-  gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
+  gxContour contour(manyVertices());
   contour.cachedVectorSize(2);
   for (const double tolerance : {1.0, 2.0, 3.0}) askForAGrid(contour, tolerance);
   contour.vertexIndex(V(0, 0), 1.0);  // so 2 is the one
@@ -140,7 +160,7 @@ TEST(ContourVertexLookup, ForgetsTheToleranceThatWasAskedForTheLongestAgo) {
 }
 
 TEST(ContourVertexLookup, OfABoundOfZeroKnowsTheLastToleranceAlone) {
-  gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
+  gxContour contour(manyVertices());
   contour.cachedVectorSize(0);
   const Computed grids(gx_Computation::eVertexGrid);
   for (const double tolerance : {1.0, 2.0, 1.0}) askForAGrid(contour, tolerance);
@@ -148,7 +168,7 @@ TEST(ContourVertexLookup, OfABoundOfZeroKnowsTheLastToleranceAlone) {
 }
 
 TEST(ContourVertexLookup, ALoweredBoundForgetsNothing) {
-  gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
+  gxContour contour(manyVertices());
   for (const double tolerance : {1.0, 2.0}) askForAGrid(contour, tolerance);
   contour.cachedVectorSize(0);
   const Computed grids(gx_Computation::eVertexGrid);
@@ -159,7 +179,7 @@ TEST(ContourVertexLookup, ALoweredBoundForgetsNothing) {
 TEST(ContourVertexLookup, DrawsNothingFromTheGeneratorOfTheOtherMemories) {
   long drawn = -1;
   std::thread([&drawn] {
-    const gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
+    const gxContour contour(manyVertices());
     for (int i = 1; i < 100; ++i) contour.vertexIndex(V(0, 0), i);
     drawn = gx_drawEvicted(1000);
   }).join();
@@ -167,7 +187,7 @@ TEST(ContourVertexLookup, DrawsNothingFromTheGeneratorOfTheOtherMemories) {
 }
 
 TEST(ContourVertexLookup, AnswersTheSameWhateverWasForgotten) {
-  const gxContour contour(pointsOf("0 0, 1 0, 1.5 0, 1.5 0.5, 0 0"));
+  const gxContour contour(manyVertices());
   for (int round = 0; round < 40; ++round) {
     for (const double tolerance : {0.25, 0.75, 1.25, 1.75, 2.25, 2.75}) {
       const V query(0.25 * (round % 7), 0.125);
@@ -178,7 +198,7 @@ TEST(ContourVertexLookup, AnswersTheSameWhateverWasForgotten) {
 }
 
 TEST(ContourVertexLookup, QuestionsOfACopyGoOnWhereThoseOfTheOriginalStood) {
-  const gxContour contour(pointsOf("0 0, 1 0, 1.5 0"));
+  const gxContour contour(manyVertices());
   for (int i = 0; i < kPlainQuestions; ++i) contour.vertexIndex(V(0, 0), 1);
   gxContour copy(contour);
   const Computed grids(gx_Computation::eVertexGrid);

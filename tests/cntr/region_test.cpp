@@ -1,3 +1,4 @@
+#include <cntr/internal/outline/break_even.h>
 #include <cntr/region.h>
 
 #include <support/computed.h>
@@ -402,6 +403,9 @@ void expectNothingRemembered(const gxRegion& region) {
   for (const gx_Computation what : kRemembered) computed.emplace_back(what);
   askAll(region);
   for (std::size_t i = 0; i < computed.size(); ++i) {
+    // Of few vertices all are looked at each time.
+    const bool fewVertices = region.points().size() <= gx_kFewToLookUp;
+    if (fewVertices && kRemembered[i] == gx_Computation::eVertexGrid) continue;
     EXPECT_GE(computed[i].times(), 1) << "computation number " << static_cast<int>(kRemembered[i]);
   }
 }

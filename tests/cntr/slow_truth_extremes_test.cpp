@@ -1,6 +1,7 @@
 // Contours against the slow truth, bit for bit: extremes, circles, features, vertex lookup; and the
 // order of the exchange sort.
 #include <cntr/contour.h>
+#include <cntr/internal/index/vertex_grid.h>
 #include <cntr/internal/search/exchange_order.h>
 #include <cntr/region.h>
 #include <cntr/shapestat.h>
@@ -147,6 +148,12 @@ TEST(SlowTruthExtremes, VertexLookup) {
                         [&] { return slow::vertexIndex(outline.points, p, tolerance); }))
           << "tolerance " << tolerance << " at " << testing::PrintToString(p) << " of "
           << testing::PrintToString(outline.points);
+      // The grid, which the contour makes after many questions with one tolerance.
+      if (outline.points.size() > 1 && tolerance > 0.0 && tolerance < kInfinity) {
+        EXPECT_EQ(gx_VertexGrid(outline.points, tolerance).near(outline.points, p),
+                  slow::vertexIndex(outline.points, p, tolerance))
+            << "tolerance " << tolerance << " at " << testing::PrintToString(p);
+      }
     }
   }
 }

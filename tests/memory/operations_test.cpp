@@ -301,6 +301,8 @@ TEST(AllocationFailure, InQuestionsOfAContour) {
         question("vertices within a tolerance", outline,
                  [](const Contour& c, Numbers& answer) {
                    for (int i = 0; i < 40; ++i) {
+                     for (const int vertex : c.vertexIndex(c.points()[0], 0.5 + i * 0.01))
+                       answer.push_back(vertex);
                      for (const int vertex : c.vertexIndex(gxVector<2>(10, i * 0.1), 0.5))
                        answer.push_back(vertex);
                      for (const int vertex : c.vertexIndex(gxVector<2>(10, 0), 0.1 + i * 0.01))

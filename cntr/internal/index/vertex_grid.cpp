@@ -11,14 +11,19 @@
 // each is visited once and in order.  A table of groups of columns, about as many as vertices, says
 // where in the list to look; it also makes the sorting a counting of groups and many short sorts.
 //
-// Without a grid every vertex is held against the tolerance, by its square first, and only those that
-// are found get a cell, to be put in order.
+// Without a grid every vertex is held against the tolerance, by its square first, and only of those that
+// are found cells are computed, to put them in order.
 #include <cntr/internal/index/vertex_grid.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <limits>
 #include <numeric>
+
+#if defined(__SSE2__)
+#  include <emmintrin.h>
+#endif
 
 namespace {
 
@@ -28,7 +33,10 @@ constexpr double kLastCell = 9007199254740992.0;  // 2^53
 // So many entries are looked at one after the other before a place is looked up.
 constexpr int kStep = 8;
 
-double roundHalfAway(double value) {
+// So many vertices are looked at, side by side, before those that may be near are looked at again.
+constexpr std::size_t kBlock = 64;
+
+inline double roundHalfAway(double value) {
   const double moved = value >= 0.0 ? value + 0.5 : value - 0.5;
   // Cut off through an integer, which takes no call; beyond, there are no digits to cut off.
   return std::abs(moved) < kLastCell ? static_cast<double>(static_cast<long long>(moved))
@@ -39,7 +47,7 @@ double scaleOf(double tolerance) {
   return std::min(1.0 / tolerance, std::numeric_limits<double>::max());
 }
 
-double cellOf(double coordinate, double scale) {
+inline double cellOf(double coordinate, double scale) {
   return std::clamp(roundHalfAway(scale * coordinate), -kLastCell, kLastCell);
 }
 
@@ -52,6 +60,31 @@ bool finite(const gxVector<2>& p) {
 double squareAbove(double tolerance) {
   if (!(tolerance > 1e-140 && tolerance < 1e150)) return std::numeric_limits<double>::infinity();
   return tolerance * tolerance * (1.0 + 1e-12);
+}
+
+// Tells, bit by bit, of which of at most 64 points the squared distance is not above the limit.
+std::uint64_t notAbove(const gxVector<2>* points, std::size_t count, const gxVector<2>& point,
+                       double limit) {
+  std::uint64_t result = 0;
+  std::size_t i = 0;
+#if defined(__SSE2__)
+  const double* xy = reinterpret_cast<const double*>(points);
+  const __m128d origin = _mm_set_pd(point.y(), point.x());
+  for (; i + 2 <= count; i += 2) {
+    const __m128d a = _mm_sub_pd(_mm_loadu_pd(xy + 2 * i), origin);
+    const __m128d b = _mm_sub_pd(_mm_loadu_pd(xy + 2 * i + 2), origin);
+    const __m128d aa = _mm_mul_pd(a, a);
+    const __m128d bb = _mm_mul_pd(b, b);
+    const __m128d square = _mm_add_pd(_mm_unpacklo_pd(aa, bb), _mm_unpackhi_pd(aa, bb));
+    const int two = _mm_movemask_pd(_mm_cmple_pd(square, _mm_set1_pd(limit)));
+    result |= static_cast<std::uint64_t>(two) << i;
+  }
+#endif
+  for (; i < count; ++i) {
+    const gxVector<2> d = points[i] - point;
+    result |= static_cast<std::uint64_t>(d * d <= limit) << i;
+  }
+  return result;
 }
 
 }  // namespace
@@ -159,18 +192,44 @@ std::vector<int> gx_VertexGrid::near(const std::vector<gxVector<2>>& points,
 std::vector<int> gx_VertexGrid::scan(const std::vector<gxVector<2>>& points, double tolerance,
                                      const gxVector<2>& point) {
   const double limit = squareAbove(tolerance);
-  const double scale = scaleOf(tolerance);
-  std::vector<Entry> entries;
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    const gxVector<2> d = points[i] - point;
-    if (!(d * d <= limit) || !(d.len() < tolerance)) continue;
-    entries.push_back({cellOf(points[i].x(), scale), cellOf(points[i].y(), scale), static_cast<int>(i)});
-  }
-  if (!std::is_sorted(entries.begin(), entries.end(), comesBefore_)) {
-    std::sort(entries.begin(), entries.end(), comesBefore_);
-  }
   std::vector<int> found;
-  found.reserve(entries.size());
-  for (const Entry& entry : entries) found.push_back(entry.index);
+  for (std::size_t begin = 0; begin < points.size(); begin += kBlock) {
+    const std::size_t count = std::min(kBlock, points.size() - begin);
+    std::uint64_t near = notAbove(points.data() + begin, count, point, limit);
+    if (near == 0) continue;
+    const auto most = static_cast<std::size_t>(std::popcount(near));
+    if (found.capacity() - found.size() < most)
+      found.reserve(std::max(found.size() + most, 2 * found.size()));
+    for (; near != 0; near &= near - 1) {
+      const std::size_t i = begin + static_cast<std::size_t>(std::countr_zero(near));
+      if ((points[i] - point).len() < tolerance) found.push_back(static_cast<int>(i));
+    }
+  }
+  if (found.size() > 1) sortByCells_(points, scaleOf(tolerance), found);
   return found;
+}
+
+// Puts vertices that ascend into the order of the grid.
+void gx_VertexGrid::sortByCells_(const std::vector<gxVector<2>>& points, double scale,
+                                 std::vector<int>& found) {
+  const auto entryOf = [&points, scale](int index) {
+    const gxVector<2>& p = points[static_cast<std::size_t>(index)];
+    return Entry{cellOf(p.x(), scale), cellOf(p.y(), scale), index};
+  };
+  const auto isInOrder = [&] {
+    Entry before = entryOf(found.front());
+    for (const int index : found) {
+      const Entry entry = entryOf(index);
+      if (comesBefore_(entry, before)) return false;
+      before = entry;
+    }
+    return true;
+  };
+  if (isInOrder()) return;
+  std::vector<Entry> entries;
+  entries.reserve(found.size());
+  for (const int index : found) entries.push_back(entryOf(index));
+  std::sort(entries.begin(), entries.end(), comesBefore_);
+  std::transform(entries.begin(), entries.end(), found.begin(),
+                 [](const Entry& entry) { return entry.index; });
 }

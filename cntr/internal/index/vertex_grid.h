@@ -35,6 +35,8 @@ class GXSHAPE_API gx_VertexGrid {
   };
 
   static bool comesBefore_(const Entry& a, const Entry& b);
+  static void sortByCells_(const std::vector<gxVector<2>>& points, double scale,
+                           std::vector<int>& found);
 
   double cell_(double coordinate) const;
   Cells around_(double coordinate) const;

@@ -42,6 +42,8 @@ inline constexpr unsigned gx_kTreeEffort = 10;
 /// Look-ups of one tolerance before its grid is made: a grid costs 11 to 25 ns a vertex, and far more
 /// where one vertex lies far from all others; looking at it, one.          Row: vertices_within
 inline constexpr unsigned gx_kPlainLookups = 16;
+/// Up to so many vertices looking at all of them is quicker than a grid.          Row: vertices_within
+inline constexpr std::size_t gx_kFewToLookUp = 64;
 /// What a ray costs, in nanoseconds, and one more, a point, where it looks at the directions of all
 /// vertices; what rays and scans may cost, a point, before a containment grid is made, which takes 30 of a
 /// smooth outline and up to 400 of a comb or tangle.          Rows: containment, containment_build

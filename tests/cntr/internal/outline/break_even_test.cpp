@@ -46,7 +46,8 @@ void expectPlainAnswers(std::size_t count) {
 }
 
 TEST(BreakEven, AnswersAreTheSameOnBothSidesOfEveryNumberOfPoints) {
-  for (const std::size_t limit : {gx_kFewEdges, gx_kFewPairs, gx_kFewFarthest, gx_kHandful}) {
+  for (const std::size_t limit :
+       {gx_kFewEdges, gx_kFewPairs, gx_kFewFarthest, gx_kFewToLookUp, gx_kHandful}) {
     for (const std::size_t count : around(limit)) expectPlainAnswers(count);
   }
 }
