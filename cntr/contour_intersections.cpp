@@ -32,7 +32,8 @@ std::vector<gxVector<2>> gxContour::intersections(const gxLineSeg& seg, std::vec
   checkEmptyContour();
   const gx_CrossingQuery query(seg, countEndContacts);
   std::vector<gx_Hit> hits;
-  if (!query.reaches(uprightBox_())) {
+  const gxRect box = uprightBox_();
+  if (!query.reaches(box)) {
     edges.clear();
     return {};
   }
@@ -40,10 +41,7 @@ std::vector<gxVector<2>> gxContour::intersections(const gxLineSeg& seg, std::vec
     gxBudget unlimited;
     gx_findHits(edgeIndex_(), outline_(), query, hits, unlimited);
   } else {
-    const std::vector<gxVector<2>>& points = state_.points;
-    outline_().forEachEdge([&](std::size_t from, std::size_t to, std::size_t k) {
-      query.test(points[from], points[to], k, hits);
-    });
+    gx_findHits(box, outline_(), query, hits);
   }
   std::vector<int> found;
   std::vector<gxVector<2>> points = gx_inOrderAlong(seg, hits, found);

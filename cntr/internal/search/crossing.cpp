@@ -16,7 +16,9 @@
 #include <velstd/real_eq.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 gx_CrossingQuery::gx_CrossingQuery(const gxVector<2>& from, const gxVector<2>& to, bool countEndContacts)
@@ -109,6 +111,13 @@ void gx_findHits(const gx_EdgeIndex& index, const gx_Outline& outline, const gx_
                    });
 }
 
+void gx_findHits(const gxRect& box, const gx_Outline& outline, const gx_CrossingQuery& query,
+                 std::vector<gx_Hit>& hits) {
+  const gx_Box bounds{box.origin().x(), box.origin().y(), box.corner().x(), box.corner().y()};
+  const std::size_t edges = outline.edges();
+  if (edges != 0) testRun(outline, 0, edges, query, query.sideSlack(bounds), hits);
+}
+
 void gx_appendAlong(const gxVector<2>& from, const gxVector<2>& to, const std::vector<gx_Hit>& hits,
                     std::vector<gxVector<2>>& points, std::vector<int>* edges) {
   if (hits.size() == 1) {
@@ -117,6 +126,15 @@ void gx_appendAlong(const gxVector<2>& from, const gxVector<2>& to, const std::v
   }
   if (hits.size() < 2) return;
   const gxVector<2> direction = to - from;
+  if (hits.size() == 2) {  // as most lines through a shape have them
+    const bool turned =
+        gx_exchanged((hits[0].point - from) * direction, (hits[1].point - from) * direction);
+    const gx_Hit& first = hits[turned ? 1 : 0];
+    const gx_Hit& second = hits[turned ? 0 : 1];
+    points.insert(points.end(), {first.point, second.point});
+    if (edges != nullptr) edges->insert(edges->end(), {first.edge, second.edge});
+    return;
+  }
   std::vector<double> keys;
   keys.reserve(hits.size());
   for (const gx_Hit& hit : hits) keys.push_back((hit.point - from) * direction);
@@ -248,9 +266,9 @@ bool forHitsOfFew(const gx_Outline& our, const gxRect& box, const gx_Outline& th
     const gx_CrossingQuery query(their.from(edge), their.to(edge), true);
     if (!query.reaches(box)) continue;
     hits.clear();
-    for (std::size_t i = 0; i < boxes.count() && !(first && !hits.empty()); ++i) {
-      if (!boxes.meets(i, query.box())) continue;
-      const std::size_t k = boxes.number(i);
+    for (std::uint64_t near = boxes.meeting(query.box()); near != 0 && !(first && !hits.empty());
+         near &= near - 1) {
+      const std::size_t k = boxes.number(static_cast<std::size_t>(std::countr_zero(near)));
       if (query.hits(our.from(k), our.to(k), place)) hits.push_back({place, static_cast<int>(k)});
     }
     if (!hits.empty() && visit(query, hits)) return true;

@@ -65,6 +65,10 @@ class GXSHAPE_API gx_CrossingQuery {
 GXSHAPE_API void gx_findHits(const gx_EdgeIndex& index, const gx_Outline& outline,
                              const gx_CrossingQuery& query, std::vector<gx_Hit>& hits, gxBudget& budget);
 
+/// Appends the same without an index, the points of the outline lying in the box.
+GXSHAPE_API void gx_findHits(const gxRect& box, const gx_Outline& outline, const gx_CrossingQuery& query,
+                             std::vector<gx_Hit>& hits);
+
 /// Appends the points of the hits in the order along the segment from `from` to `to` to `points`, their
 /// edges to `edges` where that is not null.
 GXSHAPE_API void gx_appendAlong(const gxVector<2>& from, const gxVector<2>& to,

@@ -23,17 +23,12 @@
 
 namespace {
 
-bool greater(double a, double b) {
-  if (std::isnan(b)) return false;
-  return std::isnan(a) || a > b;
-}
-
 std::vector<std::size_t> exchangeSort(const std::vector<double>& keys) {
   std::vector<std::size_t> order(keys.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
   for (std::size_t i = 0; i + 1 < order.size(); ++i) {
     for (std::size_t j = i + 1; j < order.size(); ++j) {
-      if (greater(keys[order[i]], keys[order[j]])) std::swap(order[i], order[j]);
+      if (gx_exchanged(keys[order[i]], keys[order[j]])) std::swap(order[i], order[j]);
     }
   }
   return order;
@@ -79,11 +74,11 @@ std::vector<std::size_t> gx_exchangeOrder(const std::vector<double>& keys) {
   std::vector<std::size_t> order(count);
   std::iota(order.begin(), order.end(), std::size_t{0});
   std::stable_sort(order.begin(), order.end(),
-                   [&](std::size_t a, std::size_t b) { return greater(keys[b], keys[a]); });
+                   [&](std::size_t a, std::size_t b) { return gx_exchanged(keys[b], keys[a]); });
   Fenwick smaller(count);
   for (std::size_t first = 0; first < count;) {
     std::size_t end = first + 1;
-    while (end < count && !greater(keys[order[end]], keys[order[first]])) ++end;
+    while (end < count && !gx_exchanged(keys[order[end]], keys[order[first]])) ++end;
     if (end - first > 1) orderGroup(&order[first], end - first, count, smaller);
     for (; first < end; ++first) smaller.mark(order[first]);
   }

@@ -21,6 +21,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <numeric>
 
 bool gx_hasEdgeOfLength(const gx_Outline& outline) {
@@ -56,9 +58,9 @@ class SelfCrossing {
   bool foundAmongFew() const {
     const gx_FewBoxes boxes(outline_);
     for (std::size_t i = 0; i < boxes.count(); ++i) {
-      const gx_Box a = boxes.box(i);
-      for (std::size_t j = i + 1; j < boxes.count(); ++j) {
-        if (!boxes.apart(j, a) && pairCrosses(boxes.number(i), boxes.number(j))) return true;
+      for (std::uint64_t near = boxes.notApartAfter(i); near != 0; near &= near - 1) {
+        const auto j = static_cast<std::size_t>(std::countr_zero(near));
+        if (pairCrosses(boxes.number(i), boxes.number(j))) return true;
       }
     }
     return false;

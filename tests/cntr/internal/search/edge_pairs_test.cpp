@@ -45,9 +45,44 @@ TEST(EdgePairs, FewBoxesLeaveOutEdgesOfNoLength) {
   ASSERT_EQ(boxes.count(), 3U);
   EXPECT_EQ(boxes.number(1), 1U);
   EXPECT_EQ(boxes.number(2), 3U);
-  EXPECT_TRUE(boxes.meets(0, boxes.box(1)));
-  EXPECT_FALSE(boxes.meets(1, gx_Box{2, 0, 3, 1}));
-  EXPECT_TRUE(boxes.apart(1, gx_Box{2, 0, 3, 1}));
+  EXPECT_EQ(boxes.meeting({0, 0, 1, 0}), 0b111U);
+  EXPECT_EQ(boxes.meeting({1, 0.5, 3, 1}), 0b101U) << "the closing edge and the upright one";
+  EXPECT_EQ(boxes.meeting({2, 0, 3, 1}), 0U);
+  EXPECT_EQ(boxes.notApartAfter(0), 0b110U);
+}
+
+// Of every number of edges, with coordinates that are not finite among them: a bit for each box, as the
+// comparison of two boxes has it.
+TEST(EdgePairs, FewBoxesTellOfEachWhatTheBoxItselfTells) {
+  RandomShapes random("few boxes", 2000);
+  long met = 0;
+  while (random.next()) {
+    SCOPED_TRACE(random.trace());
+    std::vector<V> points = random.outline();
+    if (points.size() > gx_kFewEdges) points.resize(gx_kFewEdges);
+    if (!points.empty() && random.chance(0.2))
+      points[static_cast<std::size_t>(random.integer(0, 1)) % points.size()] = V(kNaN, 1.0);
+    const gx_Outline outline{points, random.chance(0.5)};
+    const gx_FewBoxes boxes(outline);
+    const auto box = [&](std::size_t i) {
+      return gx_Box::ofEdge(outline.from(boxes.number(i)), outline.to(boxes.number(i)));
+    };
+    for (std::size_t i = 0; i < boxes.count(); ++i) {
+      const gx_Box b = box(i);
+      std::uint64_t meeting = 0;
+      std::uint64_t notApart = 0;
+      for (std::size_t j = 0; j < boxes.count(); ++j) {
+        const gx_Box o = box(j);
+        meeting |= static_cast<std::uint64_t>(o.meets(b)) << j;
+        const bool apart = o.highX < b.lowX || b.highX < o.lowX || o.highY < b.lowY || b.highY < o.lowY;
+        notApart |= static_cast<std::uint64_t>(j > i && !apart) << j;
+      }
+      EXPECT_EQ(boxes.meeting(b), meeting) << i;
+      EXPECT_EQ(boxes.notApartAfter(i), notApart) << i;
+      met += std::popcount(meeting);
+    }
+  }
+  EXPECT_GT(met, 1000);
 }
 
 TEST(EdgePairs, WhatIsDecidedIsNeverAHitAndSurelyParallelIsParallel) {
