@@ -78,8 +78,7 @@ MANY = {
     "area_centre": ("Area and centre", "half of it is the making. The centres of the triangles are quotients, added in a stated "
                     "order, so that the bits are the same on every machine; the peer adds products in one pass."),
     "measures": ("Area, centre, length, box, moments",
-                 "every measure is a pass of its own with a memory of its own, and moments of up to 16 points "
-                 "go triangle by triangle, each with an angle, in single calls. In one call they do not."),
+                 "every measure is a pass of its own with a memory of its own."),
     "hull": ("Convex hull", ""),
     "inside_one": ("One point inside", "the box, the circle around the first point and the shape itself are made first; the scan is a fifth "
                    "of the time. The peer answers in single precision."),
@@ -110,8 +109,7 @@ WORKLOADS = {
     "second_moments": Workload(
         "Second moments", "point",
         "The matrix of second moments of the area inside a closed outline.",
-        why="up to 16 points the triangles are added one by one, each with its angle, in the bits of the plain form; "
-            "`gfMoments` and `gfMeasureMany` go without angles at any size."),
+        why="level."),
     "length": Workload("Length", "point", "The length of a closed outline: one square root an edge.",
         why="level from 16 points on; below, entering the answer into the memory of a fresh contour shows."),
     "turned_rectangle": Workload(
@@ -147,11 +145,11 @@ WORKLOADS = {
         why="level."),
     "vertices_within": Workload(
         "Vertices within a tolerance", "query", "All vertices within one pixel of a point near the outline.",
-        why="of few points a tree has few levels too; the answer is a list of its own, in the order "
-            "of the cells."),
+        why="of few vertices all are looked at; of some hundred, a tree has few levels too. The answer is a list of "
+            "its own, in the order of the cells."),
     "vertices_within_build": Workload("Vertices within a tolerance, the index", "vertex",
         "The index for a tolerance, and the answers to the first 17 questions.",
-        why="as with single questions, which make most of it."),
+        why="up to 64 vertices there is none; beyond, as with single questions, which make most of it."),
     "segment_short": Workload(
         "Short segment against outline", "query", "All crossings of a segment of ten pixels near the outline.",
         why="of few edges, a scan. Each crossing is computed with cross products good to the last "
