@@ -67,6 +67,7 @@ TEST(RandomShapes, ASoakMakesFiftyTimesTheRoundsAndGoesOnWhileThereIsTime) {
   EXPECT_EQ(roundsOf(7), 350) << "costly rounds";
   const Variable twice("GXSHAPE_SOAK", "2");
   EXPECT_EQ(roundsOf(60), 200'000);
+  EXPECT_EQ(roundsOf(7), 700);
   const Variable alone("GXSHAPE_ROUND", "12345");
   EXPECT_EQ(roundsOf(60), 1);
 }
