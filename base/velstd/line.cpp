@@ -29,6 +29,13 @@ double lostBySubtraction(double a, double b, double difference) {
   return (a - (difference - minusB)) - (b + minusB);
 }
 
+// Tells whether the two products of a cross product that is 0 have all their digits: they are equal then at
+// any scale.
+bool losesNothing(const gxVector<2>& d, const gxVector<2>& w) {
+  const bool bothAreNothing = (d.x() == 0.0 || w.y() == 0.0) && (d.y() == 0.0 || w.x() == 0.0);
+  return bothAreNothing || gf_IsSafe(d.x() * w.y());
+}
+
 }  // namespace
 
 gxLine::~gxLine() = default;
@@ -105,6 +112,7 @@ double gxLine::distToPoint(const gxVector<2>& point) const {
   const double length = direction_.len();
   if (length == 0.0) return w.len();
   const double cross = std::abs(gf_Cross(direction_, w));
+  if (cross == 0.0 && losesNothing(direction_, w)) return 0.0;  // as of a place that two lines share
   if (gf_IsSafe(cross) || !isFinite_() || !gf_IsFinite(point)) return cross / length;
 
   const gxVector<2> d = gf_Scaled(direction_).vector;

@@ -15,7 +15,6 @@
 #include <velstd/line_seg.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 
@@ -166,12 +165,13 @@ struct Running {
   __m256d before = {};   // two points each, the upper half the one before the next two
 };
 
-// Adds the triangles of the edges that end at the four points at `four`, of which those from `first` up to
+// Adds the triangles of the edges that end at four points, two and two, of which those from `first` up to
 // `end` are points of the outline.
-GX_WITH_VECTORS void addFourPoints(const double* four, const __m256d& from, const Points& points,
-                                   std::size_t first, std::size_t end, Running& running) {
-  const __m256d a = _mm256_sub_pd(_mm256_loadu_pd(four), from);
-  const __m256d b = _mm256_sub_pd(_mm256_loadu_pd(four + 4), from);
+GX_WITH_VECTORS void addFourPoints(const __m256d& two, const __m256d& twoMore, const __m256d& from,
+                                   const Points& points, std::size_t first, std::size_t end,
+                                   Running& running) {
+  const __m256d a = _mm256_sub_pd(two, from);
+  const __m256d b = _mm256_sub_pd(twoMore, from);
   const Lanes p =
       lanes(_mm256_permute2f128_pd(running.before, a, 0x21), _mm256_permute2f128_pd(a, b, 0x21));
   running.before = b;
@@ -193,11 +193,16 @@ __attribute__((target("avx2,fma"))) void addAllByFours(const Points& points, gx_
   const gxVector<2> last = points.back() - origin;
   if (last.x() - last.x() != 0.0 || last.y() - last.y() != 0.0) running.leftOut = _mm256_set1_pd(1.0);
   std::size_t i = 1;
-  for (; i + 4 <= size; i += 4) addFourPoints(xy + 2 * i, from, points, i, i + 4, running);
+  for (; i + 4 <= size; i += 4) {
+    const double* four = xy + 2 * i;
+    addFourPoints(_mm256_loadu_pd(four), _mm256_loadu_pd(four + 4), from, points, i, i + 4, running);
+  }
   if (i < size) {
-    std::array<gxVector<2>, 4> rest;
-    for (std::size_t k = 0; k < rest.size(); ++k) rest[k] = points[std::min(i + k, size - 1)];
-    addFourPoints(reinterpret_cast<const double*>(rest.data()), from, points, i, size, running);
+    const auto at = [xy, last = size - 1](std::size_t k) {
+      return _mm_loadu_pd(xy + 2 * std::min(k, last));
+    };
+    addFourPoints(_mm256_set_m128d(at(i + 1), at(i)), _mm256_set_m128d(at(i + 3), at(i + 2)), from,
+                  points, i, size, running);
   }
   const __m256i bits = _mm256_castpd_si256(running.leftOut);
   result = asNumbers(running.sum);

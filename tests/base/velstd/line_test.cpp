@@ -308,4 +308,23 @@ TEST(LineDistance, RandomPointsOverTheWholeRange) {
   }
 }
 
+// A place on the line is at distance 0, one a unit beside it is not, also where the products of a cross
+// product vanish.
+TEST(LineDistance, OfPlacesOnTheLineIsZeroAtEveryScaleAndOfPlacesBesideItIsNot) {
+  for (int exponent = -1040; exponent <= 1010; exponent += 10) {
+    const double unit = std::ldexp(1.0, exponent);
+    for (const V& d : {V(3, 2), V(1, 0), V(0, 1), V(-5, 7)}) {
+      const gxLine line(V(4 * unit, -unit), d * unit);
+      for (const double t : {-3.0, 0.0, 1.0, 4.0}) {
+        const V on = V((4 + d.x() * t) * unit, (-1 + d.y() * t) * unit);
+        EXPECT_EQ(line.distToPoint(on), 0.0) << exponent << ' ' << d.x() << ' ' << t;
+        const double want = 1.0 / d.len();
+        const V beside = d.x() != 0.0 ? on + V(0, unit) : on + V(unit, 0);
+        const double share = d.x() != 0.0 ? std::abs(d.x()) : std::abs(d.y());
+        EXPECT_NEAR(line.distToPoint(beside) / unit, want * share, 1e-14 + 0x1p-1074 / unit) << exponent;
+      }
+    }
+  }
+}
+
 }  // namespace
